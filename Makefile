@@ -1,0 +1,78 @@
+# Vantrel: set-up, build, run and test.
+#   make run       install what is missing, build, start Vantrel on the demo data
+#   make test      install what is missing, build, run every test
+#   make sanitize  core tests under AddressSanitizer and UndefinedBehaviorSanitizer
+#   make bench     build and run the benchmarks
+#   make fuzz      build the fuzz targets with clang (libFuzzer)
+#   make install   install the programs, the help file and the desktop entry
+
+BUILD      ?= build
+SAN_BUILD  ?= build-sanitize
+FUZZ_BUILD ?= build-fuzz
+JOBS       ?= $(shell nproc 2>/dev/null || echo 2)
+PREFIX     ?= /usr/local
+DEMO_DIR   ?= $(BUILD)/demo
+
+DEB_PACKAGES := g++ cmake ninja-build pkg-config qt6-base-dev libzip-dev zlib1g-dev \
+                libgtest-dev libgmock-dev libbenchmark-dev
+
+SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
+
+.PHONY: all deps configure build run demo test sanitize bench fuzz install clean
+
+all: build
+
+# Install the Debian packages that are not there yet (nothing when all are present).
+deps:
+	@missing=""; for p in $(DEB_PACKAGES); do \
+	  dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q "ok installed" || missing="$$missing $$p"; \
+	done; \
+	if [ -n "$$missing" ]; then \
+	  echo "Installing:$$missing"; \
+	  $(SUDO) apt-get update -qq && \
+	  DEBIAN_FRONTEND=noninteractive $(SUDO) apt-get install -y -qq $$missing; \
+	fi
+
+$(BUILD)/build.ninja:
+	cmake -S . -B $(BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
+
+configure: deps $(BUILD)/build.ninja
+
+build: configure
+	cmake --build $(BUILD) -j $(JOBS)
+
+demo: build
+	@rm -rf $(DEMO_DIR) && $(BUILD)/vantrel-demo-data $(DEMO_DIR) >/dev/null
+	@echo "Demo program folder: $(DEMO_DIR)"
+
+run: demo
+	@if [ -n "$$DISPLAY$$WAYLAND_DISPLAY" ]; then \
+	  $(BUILD)/vantrel --app-dir $(DEMO_DIR); \
+	else \
+	  echo "No display found (DISPLAY and WAYLAND_DISPLAY are unset): running the headless demo."; \
+	  $(BUILD)/vantrel-cli demo $(DEMO_DIR); \
+	fi
+
+test: build
+	cd $(BUILD) && QT_QPA_PLATFORM=offscreen ctest --output-on-failure -j $(JOBS)
+
+sanitize: deps
+	cmake -S . -B $(SAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DVANTREL_SANITIZE=ON \
+	  -DVANTREL_GUI=OFF -DVANTREL_BENCH=OFF
+	cmake --build $(SAN_BUILD) -j $(JOBS) 
+	cd $(SAN_BUILD) && ctest --output-on-failure -j $(JOBS)
+
+bench: build
+	@for b in $(BUILD)/*_bench; do echo "== $$b"; $$b; done
+
+fuzz: deps
+	CXX=clang++ CC=clang cmake -S . -B $(FUZZ_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	  -DVANTREL_FUZZ=ON -DVANTREL_GUI=OFF -DVANTREL_TESTS=OFF -DVANTREL_BENCH=OFF
+	cmake --build $(FUZZ_BUILD) -j $(JOBS)
+	@ls $(FUZZ_BUILD)/*_fuzz 2>/dev/null || true
+
+install: build
+	cmake --install $(BUILD) --prefix $(PREFIX)
+
+clean:
+	rm -rf $(BUILD) $(SAN_BUILD) $(FUZZ_BUILD)

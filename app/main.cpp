@@ -1,0 +1,58 @@
+// Vantrel desktop program: start-up, then the main window.
+#include "app/qt_gui_ports.h"
+#include "app/qt_settings_store.h"
+#include "startup/frmLoad.h"
+#include "startup/main_sequence.h"
+#include "startup/paths.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QMainWindow>
+
+#include <cstdlib>
+
+using namespace vantrel;
+
+namespace {
+// The program folder: --app-dir DIR when given (the demo uses it), else the
+// executable's folder when writable, else the per-user data folder.
+std::string ProgramFolder(const QStringList& args) {
+    int i = static_cast<int>(args.indexOf("--app-dir"));
+    if (i >= 0 && i + 1 < args.size()) return args[i + 1].toStdString();
+    const char* xdg = std::getenv("XDG_DATA_HOME");
+    const char* home = std::getenv("HOME");
+    std::string exeDir = ExecutableDir();
+    std::string folder = ChooseProgramFolder(exeDir, IsWritableDirectory(exeDir), xdg ? xdg : "",
+                                             home ? home : "");
+    MakeDirectory(folder);
+    return folder;
+}
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication app(argc, argv);
+    QApplication::setApplicationName("vantrel");
+
+    Definitions defs;
+    frmLoad progress;
+    QtMessages messages;
+    QtSettingsStore settings;
+    QtShell shell;
+    DefaultRandom random;
+    GameFolderOnlyLibrary archives(settings);
+    ZipSteps zips;
+    StartupPorts ports{progress, messages, settings, shell, random, archives, zips};
+
+    if (Main(defs, ports, ProgramFolder(QApplication::arguments())) != LoadOutcome::Loaded) return 0;
+
+    QMainWindow window;
+    window.setObjectName("frmMain");
+    window.setWindowTitle("Vantrel");
+    auto* label = new QLabel(QString("%1 units loaded from %2")
+                                 .arg(defs.Units.UBound())
+                                 .arg(QString::fromStdString(UnitsDir(defs.AppDir))));
+    label->setMargin(24);
+    window.setCentralWidget(label);
+    window.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,39 @@
+#include "catalogue/definitions.h"
+
+#include "catalogue/text.h"
+
+namespace vantrel {
+
+const std::array<Category, 11> Categories{{
+    {"All", "&All", "CNSTR;TANK;SPECIAL;SHIP;WATER;ENERGY;METAL;PLANT;KBOT;FORT;VTOL;COMMANDER"},
+    {"Aircraft", "&Aircraft", "VTOL"},
+    {"Commanders", "&Commanders", "COMMANDER"},
+    {"Defenses", "&Defenses", "FORT"},
+    {"Kbots", "&Kbots", "KBOT"},
+    {"Navy", "&Navy", "SHIP;WATER"},
+    {"Plants", "&Plants", "PLANT"},
+    {"Resources", "&Resources", "ENERGY;METAL;"},
+    {"Specials", "&Specials", "SPECIAL"},
+    {"Vehicles", "&Vehicles", "TANK"},
+    {"Workers", "&Workers", "CNSTR"},
+}};
+
+const std::array<std::string_view, 11> BuildSetCategoryOrder{
+    "All",    "Commanders", "Aircraft", "Defenses", "Kbots",  "Plants",
+    "Resources", "Navy",    "Specials", "Vehicles", "Workers"};
+
+std::string_view CategoryKeywords(std::string_view caption) {
+    for (const auto& c : Categories)
+        if (c.Caption == caption) return c.Keywords;
+    return {};
+}
+
+bool InCategory(std::string_view tedClass, std::string_view keywords) {
+    return ContainsText(keywords, tedClass);
+}
+
+bool InCategoryForMerge(const vtUnit& unit, std::string_view keywords, std::string_view side) {
+    return ContainsText(UCase(keywords), UCase(unit.TEDClass)) && UCase(unit.Side) == UCase(side);
+}
+
+} // namespace vantrel

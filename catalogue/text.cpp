@@ -1,0 +1,102 @@
+#include "catalogue/text.h"
+
+#include <charconv>
+#include <fstream>
+#include <sys/stat.h>
+
+namespace vantrel {
+
+namespace {
+char Upper(char c) { return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c; }
+char Lower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
+bool StartsWord(char c) {
+    return c == '\0' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r' || c == ' ';
+}
+bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r'; }
+} // namespace
+
+std::string UCase(std::string_view s) {
+    std::string out(s);
+    for (char& c : out) c = Upper(c);
+    return out;
+}
+
+std::string LCase(std::string_view s) {
+    std::string out(s);
+    for (char& c : out) c = Lower(c);
+    return out;
+}
+
+std::string ProperCase(std::string_view s) {
+    std::string out(s);
+    bool start = true;
+    for (char& c : out) {
+        c = start ? Upper(c) : Lower(c);
+        start = StartsWord(c);
+    }
+    return out;
+}
+
+std::string TrimSpaces(std::string_view s) {
+    std::size_t b = s.find_first_not_of(' ');
+    if (b == std::string_view::npos) return {};
+    std::size_t e = s.find_last_not_of(' ');
+    return std::string(s.substr(b, e - b + 1));
+}
+
+std::string TrimBlanks(std::string_view s) {
+    std::size_t b = 0, e = s.size();
+    while (b < e && IsBlank(s[b])) ++b;
+    while (e > b && IsBlank(s[e - 1])) --e;
+    return std::string(s.substr(b, e - b));
+}
+
+bool ContainsText(std::string_view haystack, std::string_view needle) {
+    return haystack.find(needle) != std::string_view::npos;
+}
+
+bool EqualsNoCase(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (Upper(a[i]) != Upper(b[i])) return false;
+    return true;
+}
+
+std::string ReplaceAll(std::string_view s, std::string_view from, std::string_view to) {
+    std::string out;
+    if (from.empty()) return std::string(s);
+    std::size_t pos = 0;
+    while (true) {
+        std::size_t hit = s.find(from, pos);
+        if (hit == std::string_view::npos) break;
+        out.append(s.substr(pos, hit - pos));
+        out.append(to);
+        pos = hit + from.size();
+    }
+    out.append(s.substr(pos));
+    return out;
+}
+
+std::string FloatText(float value) {
+    char buf[64];
+    auto res = std::to_chars(buf, buf + sizeof buf, value);
+    std::string out(buf, res.ptr);
+    if (out == "-0") out = "0";
+    return out;
+}
+
+std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t maxBytes) {
+    struct stat st {};
+    if (::stat(path.c_str(), &st) != 0 || !S_ISREG(st.st_mode)) return std::nullopt;
+    if (static_cast<unsigned long long>(st.st_size) > maxBytes) return std::nullopt;
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return std::nullopt;
+    std::string data;
+    data.resize(static_cast<std::size_t>(st.st_size));
+    in.read(data.data(), static_cast<std::streamsize>(data.size()));
+    data.resize(static_cast<std::size_t>(in.gcount()));
+    if (in.bad()) return std::nullopt;
+    return data;
+}
+
+} // namespace vantrel

@@ -1,0 +1,33 @@
+// Small text helpers on single-byte strings (unit files, profiles, menus).
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace vantrel {
+
+std::string UCase(std::string_view s); // ASCII letters only, like the game's ANSI files
+std::string LCase(std::string_view s);
+// Lower-case everything, then upper-case the first character and each
+// character after NUL, tab, LF, VT, FF, CR or space.
+std::string ProperCase(std::string_view s);
+// Trim spaces only (not tabs), as the profile rules require.
+std::string TrimSpaces(std::string_view s);
+// Trim all ASCII white space.
+std::string TrimBlanks(std::string_view s);
+bool ContainsText(std::string_view haystack, std::string_view needle);
+// Case-insensitive (ASCII) equality.
+bool EqualsNoCase(std::string_view a, std::string_view b);
+// Replace every occurrence of `from` (non-empty) by `to`.
+std::string ReplaceAll(std::string_view s, std::string_view from, std::string_view to);
+
+// Shortest decimal text that reads back as the same 32-bit float ("1.5", "10", "0.25").
+std::string FloatText(float value);
+
+// Whole-file reading. Returns nullopt when the file cannot be opened, is not a
+// regular file, or is larger than maxBytes.
+std::optional<std::string> ReadWholeFile(const std::string& path,
+                                         std::size_t maxBytes = 16u * 1024u * 1024u);
+
+} // namespace vantrel

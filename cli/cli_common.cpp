@@ -1,0 +1,85 @@
+#include "cli/cli_common.h"
+
+#include "catalogue/load_units.h"
+#include "catalogue/text.h"
+#include "startup/paths.h"
+
+#include <iostream>
+
+namespace vantrel::cli {
+
+std::vector<Command>& Commands() {
+    static std::vector<Command> commands;
+    return commands;
+}
+
+CommandRegistrar::CommandRegistrar(std::string name, std::string usage, std::string summary,
+                                   CommandFn fn) {
+    Commands().push_back({std::move(name), std::move(usage), std::move(summary), std::move(fn)});
+}
+
+bool WantsHelp(const std::vector<std::string>& args, const std::string& usage,
+               const std::string& details) {
+    for (const std::string& a : args)
+        if (a == "--help" || a == "-h") {
+            std::cout << "usage: vantrel-cli " << usage << "\n";
+            if (!details.empty()) std::cout << "\n" << details << "\n";
+            return true;
+        }
+    return false;
+}
+
+int UsageError(const std::string& usage, const std::string& message) {
+    std::cerr << "vantrel-cli: " << message << "\nusage: vantrel-cli " << usage << "\n";
+    return ExitUsage;
+}
+
+std::string Escape(const std::string& s) {
+    std::string out;
+    out.reserve(s.size());
+    for (char c : s) {
+        switch (c) {
+        case '\t': out += "\\t"; break;
+        case '\r': out += "\\r"; break;
+        case '\n': out += "\\n"; break;
+        case '\\': out += "\\\\"; break;
+        default: out.push_back(c);
+        }
+    }
+    return out;
+}
+
+void PrintUnitTable(std::ostream& out, const RecordArray<vtUnit>& units) {
+    out << "index\tSide\tName\tUnitName\tTEDClass\tDescription\tWeight\tLimit\tInclude\n";
+    for (int i = 1; i <= units.UBound(); ++i) {
+        const vtUnit& u = units[i];
+        out << i << '\t' << Escape(u.Side) << '\t' << Escape(u.Name) << '\t' << Escape(u.UnitName)
+            << '\t' << Escape(u.TEDClass) << '\t' << Escape(u.Description) << '\t'
+            << FloatText(u.Weight) << '\t' << FloatText(u.Limit) << '\t' << (u.Include ? 1 : 0)
+            << '\n';
+    }
+}
+
+void ConsoleProgress::OnChange() {
+    if (echo_ && Status() != last_) {
+        last_ = Status();
+        std::cout << last_ << "\n";
+    }
+}
+
+MsgAnswer ConsoleMessages::Show(const std::string& text, const std::string& title,
+                                MsgButtons buttons, MsgIcon) {
+    std::cerr << title << ": " << text << "\n";
+    return buttons == MsgButtons::OK ? MsgAnswer::OK : answer_;
+}
+
+bool LoadCatalogue(Definitions& defs, const std::string& unitsDir) {
+    if (!IsDirectory(unitsDir)) {
+        std::cerr << "vantrel-cli: no such folder: " << unitsDir << "\n";
+        return false;
+    }
+    LoadUnitsFromFolder(defs, unitsDir, nullptr, nullptr);
+    return true;
+}
+
+} // namespace vantrel::cli

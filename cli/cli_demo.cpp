@@ -1,0 +1,61 @@
+// vantrel-cli demo APP_DIR: the headless demo that `make run` falls back to.
+#include "cli/cli_common.h"
+
+#include "catalogue/text.h"
+#include "startup/main_sequence.h"
+#include "startup/paths.h"
+
+#include <iostream>
+#include <map>
+
+namespace vantrel::cli {
+namespace {
+
+const char* Usage = "demo APP_DIR";
+
+int RunDemo(const std::vector<std::string>& args) {
+    if (WantsHelp(args, Usage,
+                  "Runs the start-up sequence on the program folder APP_DIR (stored options\n"
+                  "are kept in memory, so the user's settings are not touched), then prints\n"
+                  "the sides, the units per category and the unit table."))
+        return ExitOk;
+    if (args.size() != 1) return UsageError(Usage, "expected one program folder");
+    if (!IsDirectory(args[0])) {
+        std::cerr << "vantrel-cli: no such folder: " << args[0] << "\n";
+        return ExitUsage;
+    }
+    Definitions defs;
+    ConsoleProgress progress(false);
+    ConsoleMessages messages;
+    MemorySettingsStore settings;
+    ConsoleShell shell;
+    DefaultRandom random;
+    GameFolderOnlyLibrary archives(settings);
+    ZipSteps zips;
+    StartupPorts ports{progress, messages, settings, shell, random, archives, zips};
+    if (Main(defs, ports, args[0]) != LoadOutcome::Loaded) {
+        std::cerr << "vantrel-cli: no unit files in " << UnitsDir(WithTrailingSep(args[0])) << "\n";
+        return ExitFailed;
+    }
+    std::cout << "Vantrel " << VANTREL_VERSION_MAJOR << "." << VANTREL_VERSION_MINOR << "."
+              << VANTREL_VERSION_PATCH << " headless demo\n";
+    std::cout << "Program folder: " << defs.AppDir << "\n";
+    std::cout << defs.Units.UBound() << " units loaded\n\nSides:";
+    for (int r = 1; r <= defs.Races.UBound(); ++r)
+        std::cout << (r > 1 ? ", " : " ") << ProperCase(defs.Races[r].Name);
+    std::cout << "\n\nUnits per category (board rules):\n";
+    for (const Category& c : Categories) {
+        int n = 0;
+        for (int i = 1; i <= defs.Units.UBound(); ++i)
+            if (InCategory(defs.Units[i].TEDClass, c.Keywords)) ++n;
+        std::cout << "  " << c.Caption << ": " << n << "\n";
+    }
+    std::cout << "\n";
+    PrintUnitTable(std::cout, defs.Units);
+    return ExitOk;
+}
+
+const CommandRegistrar reg("demo", Usage, "headless demo: start up on a program folder", RunDemo);
+
+} // namespace
+} // namespace vantrel::cli

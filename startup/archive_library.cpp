@@ -1,0 +1,182 @@
+#include "startup/archive_library.h"
+
+#include "catalogue/text.h"
+#include "startup/paths.h"
+
+#include <cstdlib>
+#include <sstream>
+#include <vector>
+
+namespace vantrel {
+
+void FillNameBuffer(std::string& buffer, const std::string& text) {
+    buffer = FreshNameBuffer();
+    std::size_t n = std::min(text.size(), NameBufferSize - 1);
+    buffer.replace(0, n, text.substr(0, n));
+    buffer[n] = '\0';
+}
+
+void GameFolderOnlyLibrary::GetTADirectory(std::string& buffer) {
+    std::string dir = FindGameDirectory(GameSearchEnvFromProcess(settings_));
+    if (!dir.empty()) FillNameBuffer(buffer, dir);
+}
+
+GameSearchEnv GameSearchEnvFromProcess(SettingsStore& settings) {
+    GameSearchEnv env;
+    env.storedGameDir = settings.Get("GameDir", "");
+    if (const char* p = std::getenv("WINEPREFIX")) env.winePrefix = p;
+    if (const char* h = std::getenv("HOME")) env.home = h;
+    return env;
+}
+
+namespace {
+
+// Unescapes a registry string value: \\ -> \, \" -> ".
+std::string UnescapeRegValue(std::string_view v) {
+    std::string out;
+    for (std::size_t i = 0; i < v.size(); ++i) {
+        if (v[i] == '\\' && i + 1 < v.size()) ++i;
+        out.push_back(v[i]);
+    }
+    return out;
+}
+
+// "C:\Cavedog\Totala" inside a prefix -> its Unix path.
+std::string MapWindowsPath(const std::string& prefix, const std::string& winPath) {
+    if (winPath.size() < 2 || winPath[1] != ':') return {};
+    char drive = static_cast<char>(winPath[0] | 0x20);
+    if (drive < 'a' || drive > 'z') return {};
+    std::string rest = winPath.substr(2);
+    for (char& c : rest)
+        if (c == '\\') c = '/';
+    std::string root = JoinPath(JoinPath(prefix, "dosdevices"), std::string(1, drive) + ":");
+    if (!IsDirectory(root) && drive == 'c') root = JoinPath(prefix, "drive_c");
+    if (!IsDirectory(root)) return {};
+    // Folder names on a Windows drive match in any case: resolve step by step.
+    std::string path = root;
+    std::stringstream parts(rest);
+    std::string part;
+    while (std::getline(parts, part, '/')) {
+        if (part.empty()) continue;
+        std::string exact = JoinPath(path, part);
+        if (IsDirectory(exact)) {
+            path = exact;
+            continue;
+        }
+        bool found = false;
+        for (const std::string& candidate : std::vector<std::string>{part, UCase(part), LCase(part)}) {
+            if (IsDirectory(JoinPath(path, candidate))) {
+                path = JoinPath(path, candidate);
+                found = true;
+                break;
+            }
+        }
+        if (!found) return {};
+    }
+    return path;
+}
+
+} // namespace
+
+std::string GameDirFromWinePrefix(const std::string& prefix) {
+    if (prefix.empty()) return {};
+    auto reg = ReadWholeFile(JoinPath(prefix, "system.reg"), 512u * 1024u * 1024u);
+    if (!reg) return {};
+    std::istringstream in(*reg);
+    std::string line;
+    bool inGameKey = false;
+    while (std::getline(in, line)) {
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        if (!line.empty() && line[0] == '[') {
+            std::size_t close = line.find(']');
+            std::string key = UCase(line.substr(1, close == std::string::npos ? 0 : close - 1));
+            inGameKey = key.ends_with("CAVEDOG ENTERTAINMENT\\\\TOTAL ANNIHILATION");
+            continue;
+        }
+        if (!inGameKey) continue;
+        std::string up = UCase(line);
+        if (!up.starts_with("\"DIR\"=\"")) continue;
+        std::size_t start = 7, end = line.rfind('"');
+        if (end == std::string::npos || end < start) continue;
+        std::string dir = MapWindowsPath(prefix, UnescapeRegValue(line.substr(start, end - start)));
+        if (!dir.empty()) return dir;
+    }
+    return {};
+}
+
+std::string FindGameDirectory(const GameSearchEnv& env) {
+    if (IsDirectory(env.storedGameDir)) return env.storedGameDir;
+    std::string wine = env.winePrefix.empty() ? JoinPath(env.home, ".wine") : env.winePrefix;
+    if (!env.home.empty() || !env.winePrefix.empty())
+        if (std::string dir = GameDirFromWinePrefix(wine); !dir.empty()) return dir;
+    if (env.home.empty()) return {};
+    const char* usual[] = {
+        ".steam/steam/steamapps/common/Total Annihilation",
+        ".local/share/Steam/steamapps/common/Total Annihilation",
+        "GOG Games/Total Annihilation",
+        "Games/total-annihilation/drive_c/GOG Games/Total Annihilation",
+        ".wine/drive_c/GOG Games/Total Annihilation",
+        ".wine/drive_c/Cavedog/Totala",
+    };
+    for (const char* rel : usual)
+        if (std::string dir = JoinPath(env.home, rel); IsDirectory(dir)) return dir;
+    return {};
+}
+
+namespace {
+// An entry name that stays inside the Units folder: no separators, no "..",
+// no drive letter, not empty.
+bool IsSafeBareName(const std::string& name) {
+    if (name.empty() || name == "." || name == "..") return false;
+    if (name.find_first_of("/\\") != std::string::npos) return false;
+    if (name.size() >= 2 && name[1] == ':') return false;
+    return true;
+}
+} // namespace
+
+void CountArchiveFiles(const Definitions& defs, ArchiveLibrary& lib, Progress& progress,
+                       const std::string& folder, const std::string& pattern) {
+    for (const std::string& archive : ListFiles(defs.GameDir, pattern)) {
+        std::int32_t handle = lib.HPIOpen(JoinPath(defs.GameDir, archive));
+        std::int32_t position = 0, type = 0, size = 0;
+        while (true) {
+            std::string buffer = FreshNameBuffer();
+            position = lib.HPIDir(handle, position, folder, buffer, type, size);
+            if (position == 0) break;
+            progress.AddMaximum(1);
+        }
+        lib.HPIClose(handle);
+    }
+}
+
+void ExtractArchiveFiles(const Definitions& defs, ArchiveLibrary& lib, Progress& progress,
+                         const std::string& folder, const std::string& pattern,
+                         const std::string& extension, const std::string& status) {
+    progress.Show();
+    progress.SetStatus(status);
+    progress.Repaint();
+    const std::string unitsDir = UnitsDir(defs.AppDir);
+    for (const std::string& archive : ListFiles(defs.GameDir, pattern)) {
+        progress.Repaint();
+        progress.SetStatus(status);
+        std::int32_t handle = lib.HPIOpen(JoinPath(defs.GameDir, archive));
+        std::vector<std::string> entries;
+        std::int32_t position = 0, type = 0, size = 0;
+        while (true) {
+            std::string buffer = FreshNameBuffer();
+            position = lib.HPIDir(handle, position, folder, buffer, type, size);
+            if (position == 0) break;
+            entries.push_back(buffer);
+        }
+        for (const std::string& raw : entries) {
+            std::string name = TrimNull(raw);
+            if (!ContainsText(LCase(name), extension)) continue;
+            if (IsSafeBareName(name))
+                lib.HPIExtractFile(handle, folder + "\\" + name, JoinPath(unitsDir, name));
+            progress.AddValue(1);
+        }
+        lib.HPIClose(handle);
+    }
+}
+
+} // namespace vantrel

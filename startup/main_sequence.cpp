@@ -1,0 +1,46 @@
+#include "startup/main_sequence.h"
+
+#include "startup/options.h"
+#include "startup/paths.h"
+
+namespace vantrel {
+
+void RunExtraction(Definitions& defs, StartupPorts& ports) {
+    static const char* folders[] = {"units", "unitpics"};
+    static const char* extensions[] = {".fbi", ".pcx"};
+    // With no game folder the archive passes are skipped; the zip steps still run.
+    const bool haveGame = IsDirectory(defs.GameDir);
+    if (haveGame)
+        for (const char* folder : folders)
+            for (const char* pattern : ArchivePatterns)
+                CountArchiveFiles(defs, ports.archives, ports.progress, folder, pattern);
+    ports.zips.CreateUnzip(defs, ports.progress);
+    ports.zips.CountZipFiles(defs, ports.progress);
+    if (haveGame)
+        for (std::size_t f = 0; f < 2; ++f)
+            for (const char* pattern : ArchivePatterns)
+                ExtractArchiveFiles(defs, ports.archives, ports.progress, folders[f], pattern,
+                                    extensions[f], ArchiveStatusText);
+    ports.zips.UnpackZips(defs, ports.progress);
+}
+
+LoadOutcome Main(Definitions& defs, StartupPorts& ports, const std::string& programFolder) {
+    defs.AppDir = WithTrailingSep(programFolder);
+
+    std::string buffer = FreshNameBuffer();
+    ports.archives.GetTADirectory(buffer);
+    defs.GameDir = TrimNull(buffer);
+
+    ReadOptions(defs, ports.settings);
+
+    // Make sure the Units folder exists; a failure shows later as "no units".
+    const std::string units = UnitsDir(defs.AppDir);
+    if (ListFiles(units, "*").empty()) MakeDirectory(units);
+
+    if (defs.OptionOn(optExtract)) RunExtraction(defs, ports);
+
+    LoadContext ctx{ports.progress, ports.messages, ports.settings, ports.shell, ports.random};
+    return LoadUnits(defs, ctx);
+}
+
+} // namespace vantrel

@@ -1,0 +1,43 @@
+// The start-up sequence: options, game folder, extraction, unit loading.
+#pragma once
+
+#include "catalogue/definitions.h"
+#include "catalogue/load_units.h"
+#include "startup/archive_library.h"
+#include "startup/ports.h"
+
+#include <string>
+
+namespace vantrel {
+
+// The zip steps of start-up (unpacking packages of extra units).
+class ZipSteps {
+  public:
+    virtual ~ZipSteps() = default;
+    // Creates the unzip object kept by the progress form.
+    virtual void CreateUnzip(const Definitions&, Progress&) {}
+    virtual void CountZipFiles(const Definitions&, Progress&) {}
+    virtual void UnpackZips(const Definitions&, Progress&) {}
+};
+
+struct StartupPorts {
+    Progress& progress;
+    Messages& messages;
+    SettingsStore& settings;
+    Shell& shell;
+    RandomSource& random;
+    ArchiveLibrary& archives;
+    ZipSteps& zips;
+};
+
+inline constexpr const char* ArchiveStatusText = "Reading Total Annihilation Directory...";
+
+// Runs the start-up sequence for the program folder `programFolder`. Returns
+// Loaded when the main window should be shown.
+LoadOutcome Main(Definitions& defs, StartupPorts& ports, const std::string& programFolder);
+
+// The extraction part alone (counting passes, zip count, extraction passes,
+// unpacking), as run when "Extract" is on.
+void RunExtraction(Definitions& defs, StartupPorts& ports);
+
+} // namespace vantrel
