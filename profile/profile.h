@@ -1,0 +1,48 @@
+// AI profiles: the writer, the two readers and the build-set files.
+#pragma once
+
+#include "catalogue/definitions.h"
+#include "startup/ports.h"
+
+#include <stdexcept>
+#include <string>
+
+namespace vantrel {
+
+// A profile or build-set file that could not be read or written; what()
+// names the file and the reason.
+class ProfileError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+// What the writer and the readers work with besides the catalogue.
+struct ProfileContext {
+    Definitions& defs;
+    Progress& progress;     // frmLoad
+    SettingsFields& fields; // txtAIname, txtAuthor, lblAIName
+    Clock& clock;
+};
+
+// Writes the profile at `path` and its build-set file beside it. Each file is
+// written to a temporary file in the same folder and renamed over the target,
+// so a failure leaves the previous files as they were. Throws ProfileError.
+void SaveAI(ProfileContext& ctx, const std::string& path);
+
+// Reads a profile in our own format (merge = false: into Units, with its build
+// set; merge = true: into SavedUnits). Throws ProfileError when the file
+// cannot be read.
+void ReadAI(ProfileContext& ctx, const std::string& path, bool merge);
+// The same for the INI-style profiles of the Tessaly tool (".tsy").
+void ReadTessalyAI(ProfileContext& ctx, const std::string& path, bool merge);
+
+// The build-set path of a profile path: its last four characters replaced by ".set".
+std::string BuildSetPath(const std::string& profilePath);
+// Applies the build set that belongs to `profilePath`, when there is one.
+void ReadBuildSet(Definitions& defs, const std::string& profilePath);
+// A value as the platform's INI service reads it (at most 254 characters);
+// `fallback` when the file, section or key is missing.
+std::string ReadIniValue(const std::string& section, const std::string& key,
+                         const std::string& file, const std::string& fallback = "0");
+
+} // namespace vantrel
