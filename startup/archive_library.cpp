@@ -4,6 +4,7 @@
 #include "startup/paths.h"
 
 #include <cstdlib>
+#include <dirent.h>
 #include <sstream>
 #include <vector>
 
@@ -64,12 +65,15 @@ std::string MapWindowsPath(const std::string& prefix, const std::string& winPath
             continue;
         }
         bool found = false;
-        for (const std::string& candidate : std::vector<std::string>{part, UCase(part), LCase(part)}) {
-            if (IsDirectory(JoinPath(path, candidate))) {
-                path = JoinPath(path, candidate);
-                found = true;
-                break;
+        if (DIR* d = ::opendir(path.c_str())) {
+            while (dirent* e = ::readdir(d)) {
+                if (EqualsNoCase(e->d_name, part) && IsDirectory(JoinPath(path, e->d_name))) {
+                    path = JoinPath(path, e->d_name);
+                    found = true;
+                    break;
+                }
             }
+            ::closedir(d);
         }
         if (!found) return {};
     }

@@ -1,0 +1,59 @@
+#include "catalogue/definitions.h"
+#include "catalogue/text.h"
+
+#include <gtest/gtest.h>
+
+using namespace vantrel;
+
+TEST(Catalogue, RecordArraysCreateEmptyElementsOnAccess) {
+    Definitions defs;
+    EXPECT_EQ(defs.Units.UBound(), 0);
+    const auto& saved = defs.SavedUnits;
+    EXPECT_EQ(saved[5].Name, "");
+    EXPECT_FALSE(saved[5].Include);
+    EXPECT_EQ(saved.UBound(), 0); // reading does not grow
+    defs.Units[3].Name = "X";     // writing does
+    EXPECT_EQ(defs.Units.UBound(), 3);
+    defs.Units.Preserve(4);
+    EXPECT_EQ(defs.Units[3].Name, "X");
+    defs.Units.Dim(2);
+    EXPECT_EQ(defs.Units[1].Name, "");
+}
+
+TEST(Catalogue, MembershipOfTheBoardAndTheMerge) {
+    EXPECT_TRUE(InCategory("", CategoryKeywords("Kbots")));           // empty class: everywhere
+    EXPECT_TRUE(InCategory("METAL", CategoryKeywords("Resources")));
+    EXPECT_TRUE(InCategory("WATER", CategoryKeywords("Navy")));
+    EXPECT_TRUE(InCategory("TAN", CategoryKeywords("Vehicles")));     // substring
+    EXPECT_FALSE(InCategory("tank", CategoryKeywords("Vehicles")));   // case-sensitive
+    EXPECT_TRUE(InCategory("PLANT", CategoryKeywords("All")));
+    vtUnit u;
+    u.TEDClass = "tank";
+    u.Side = "Core";
+    EXPECT_TRUE(InCategoryForMerge(u, CategoryKeywords("Vehicles"), "CORE"));
+    EXPECT_FALSE(InCategoryForMerge(u, CategoryKeywords("Vehicles"), "ARM"));
+    // Both "All" lists agree on every keyword of the table.
+    for (const Category& c : Categories)
+        for (std::string_view kw : {"COMMANDER", "VTOL", "FORT", "KBOT", "PLANT", "ENERGY", "METAL",
+                                    "SHIP", "WATER", "SPECIAL", "TANK", "CNSTR"}) {
+            (void)c;
+            EXPECT_EQ(InCategory(kw, CategoryKeywords("All")), InCategory(kw, AllKeywordsBuildSet));
+        }
+}
+
+TEST(Text, ProperCaseStartsWordsAfterEveryBlankKind) {
+    EXPECT_EQ(ProperCase("CORE"), "Core");
+    EXPECT_EQ(ProperCase("arm flash"), "Arm Flash");
+    EXPECT_EQ(ProperCase("a\tb\nc\vd\fe\rf"), "A\tB\nC\vD\fE\rF");
+    EXPECT_EQ(ProperCase(std::string("x\0y", 3)), std::string("X\0Y", 3));
+    EXPECT_EQ(ProperCase("o'NEIL-SMITH 2nd"), "O'neil-smith 2nd");
+    EXPECT_EQ(ProperCase(""), "");
+}
+
+TEST(Text, ShortestFloatText) {
+    EXPECT_EQ(FloatText(1.5f), "1.5");
+    EXPECT_EQ(FloatText(10.0f), "10");
+    EXPECT_EQ(FloatText(0.25f), "0.25");
+    EXPECT_EQ(FloatText(0.12f), "0.12");
+    EXPECT_EQ(FloatText(-0.0f), "0");
+}

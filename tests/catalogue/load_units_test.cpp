@@ -1,0 +1,132 @@
+#include "catalogue/load_units.h"
+#include "catalogue/text.h"
+#include "demo/demo_units.h"
+#include "startup/paths.h"
+#include "support/test_support.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace vantrel;
+
+namespace {
+std::string Unit(const std::string& unitName, const std::string& name, const std::string& side,
+                 const std::string& ted = "KBOT") {
+    return "[UNITINFO]\r\n{\r\nUnitName=" + unitName + ";\r\nSide=" + side + ";\r\nName=" + name +
+           ";\r\nDescription=d " + name + ";\r\nTEDClass=" + ted + ";\r\n}\r\n";
+}
+} // namespace
+
+TEST(LoadUnits, OrderSidesAndFields) {
+    test::TempDir dir;
+    test::WriteText(dir / "b.fbi", Unit("CORAK", "A.K.", "CORE"));
+    test::WriteText(dir / "A.FBI", Unit("ARMPW", "Peewee", "ARM"));
+    test::WriteText(dir / "c.Fbi", Unit("GOKX", "Gok Thing", "GOK", ""));
+    test::WriteText(dir / "aa.fbi", Unit("ARMPW", "Peewee Copy", "ARM")); // same UnitName
+    test::WriteText(dir / "notes.txt", "Side=ZZZ;");
+    Definitions defs;
+    LoadUnitsFromFolder(defs, dir.path(), nullptr, nullptr);
+
+    ASSERT_EQ(defs.Units.UBound(), 4);
+    // Names sorted with letters compared as upper case: A.FBI, aa.fbi, b.fbi, c.Fbi.
+    EXPECT_EQ(defs.Units[1].Name, "Peewee");
+    EXPECT_EQ(defs.Units[2].Name, "Peewee Copy");
+    EXPECT_EQ(defs.Units[3].UnitName, "CORAK");
+    EXPECT_EQ(defs.Units[4].TEDClass, "");
+    EXPECT_EQ(defs.Units[3].Description, "d A.K.");
+    for (int i = 1; i <= 4; ++i) {
+        EXPECT_TRUE(defs.Units[i].Build);
+        EXPECT_TRUE(defs.Units[i].Include);
+        EXPECT_EQ(defs.Units[i].Weight, 0.0f);
+    }
+    ASSERT_EQ(defs.Races.UBound(), 3);
+    EXPECT_EQ(defs.Races[1].Name, "ARM");
+    EXPECT_EQ(defs.Races[2].Name, "CORE");
+    EXPECT_EQ(defs.Races[3].Name, "GOK");
+    EXPECT_EQ(defs.SavedUnits.UBound(), 4);
+    EXPECT_EQ(defs.SavedUnits[2].Name, "");
+}
+
+TEST(LoadUnits, OddFilesGiveEmptyRecordsAndNeverStopTheLoad) {
+    test::TempDir dir;
+    // The display name before "UnitName=": the identifier becomes the name.
+    test::WriteText(dir / "1.fbi", "Name=Shown;\r\nUnitName=ARMODD;\r\nSide=ARM;\r\n");
+    // No separate "Name=": empty name. A side with a blank stays a side of its own.
+    test::WriteText(dir / "2.fbi", "UnitName=ARMNONAME;\r\nSide= ARM;\r\n");
+    // A missing ";" takes everything up to the next one.
+    test::WriteText(dir / "3.fbi", "UnitName=X;\r\nName=Y;\r\nSide=CORE\r\nTEDClass=TANK;\r\n");
+    test::WriteText(dir / "4.fbi", std::string("\0\x01\xff binary Side=\0;", 18));
+    test::WriteText(dir / "5.fbi", "");
+    std::filesystem::create_directory(dir / "6.fbi"); // a folder named like a unit file
+    {   // over 16 MiB: treated as unreadable
+        test::WriteText(dir / "7.fbi", "Side=HUGE;");
+        ASSERT_EQ(::truncate((dir / "7.fbi").c_str(), 17 * 1024 * 1024), 0);
+    }
+    Definitions defs;
+    test::RecordingProgress progress;
+    progress.SetMaximum(1000);
+    progress.statuses.clear();
+    LoadUnitsFromFolder(defs, dir.path(), nullptr, &progress);
+
+    ASSERT_EQ(defs.Units.UBound(), 6);
+    EXPECT_EQ(defs.Units[1].Name, "ARMODD");
+    EXPECT_EQ(defs.Units[2].Name, "");
+    EXPECT_EQ(defs.Units[2].Side, " ARM");
+    EXPECT_EQ(defs.Units[3].Side, "CORE\r\nTEDClass=TANK");
+    EXPECT_EQ(defs.Units[4].Side, std::string("\0", 1));
+    EXPECT_EQ(defs.Units[5].UnitName, "");
+    EXPECT_EQ(defs.Units[6].Side, ""); // the huge file
+    EXPECT_TRUE(defs.Units[6].Include);
+    // ARM, " ARM", "CORE\r\n...", NUL, "" (empty and huge share one)
+    EXPECT_EQ(defs.Races.UBound(), 5);
+    EXPECT_EQ(progress.Value(), 12);
+    EXPECT_EQ(progress.statuses.front(), "Processing... Arm ARMODD");
+}
+
+TEST(LoadUnits, ProgressTextUsesProperCaseSide) {
+    test::TempDir dir;
+    test::WriteText(dir / "a.fbi", Unit("CORAK", "A.K. mk2", "CORE"));
+    Definitions defs;
+    test::RecordingProgress progress;
+    LoadUnitsFromFolder(defs, dir.path(), nullptr, &progress);
+    EXPECT_EQ(progress.Status(), "Processing... Core A.K. mk2");
+}
+
+TEST(LoadUnits, RandomStartingValues) {
+    test::TempDir dir;
+    test::WriteText(dir / "a.fbi", Unit("A", "A", "ARM"));
+    test::WriteText(dir / "b.fbi", Unit("B", "B", "ARM"));
+    Definitions defs;
+    defs.OptionValues[optRandom] = -1;
+    defs.OptionValues[optWeightMax] = 10;
+    // unit 1: weight 0.3456*10 -> 3.46, limit int(0.99*3)+int(0.0*3)+1 = 3
+    // unit 2: weight 0.0001*10 rounds to 0, limit int(0.5*3)+int(0.7*3)+1 = 4
+    test::SequenceRandom random({0.3456, 0.99, 0.0, 0.0001, 0.5, 0.7});
+    LoadUnitsFromFolder(defs, dir.path(), &random, nullptr);
+    EXPECT_FLOAT_EQ(defs.Units[1].Weight, 3.46f);
+    EXPECT_EQ(defs.Units[1].Limit, 3.0f);
+    EXPECT_EQ(defs.Units[2].Weight, 0.0f);
+    EXPECT_EQ(defs.Units[2].Limit, 4.0f);
+    EXPECT_TRUE(random.seeds.empty()); // never seeded at start-up
+}
+
+TEST(LoadUnits, DemoDataLoadsEverySideAndCategory) {
+    test::TempDir dir;
+    int written = demo::WriteDemoProgramFolder(dir.path());
+    Definitions defs;
+    LoadUnitsFromFolder(defs, UnitsDir(dir.path()), nullptr, nullptr);
+    ASSERT_EQ(defs.Units.UBound(), written);
+    ASSERT_GE(written, 40);
+    std::vector<std::string> sides;
+    for (int r = 1; r <= defs.Races.UBound(); ++r) sides.push_back(defs.Races[r].Name);
+    EXPECT_NE(std::find(sides.begin(), sides.end(), "GOK"), sides.end());
+    for (const Category& c : Categories) {
+        int n = 0;
+        for (int i = 1; i <= defs.Units.UBound(); ++i)
+            if (!defs.Units[i].TEDClass.empty() && InCategory(defs.Units[i].TEDClass, c.Keywords)) ++n;
+        EXPECT_GT(n, 0) << c.Caption;
+    }
+}

@@ -1,0 +1,30 @@
+#include "demo/demo_units.h"
+#include "support/test_support.h"
+
+#include <gtest/gtest.h>
+
+
+using vantrel::test::RunCli;
+
+TEST(CliUnits, TableWithEscapesAndExitStatuses) {
+    vantrel::test::TempDir dir;
+    vantrel::test::WriteText(dir / "a.fbi", "UnitName=A\\B;Side=ARM;Name=Tab\there;"
+                                            "Description=two\r\nlines;TEDClass=KBOT;");
+    auto r = RunCli("units " + dir.path());
+    ASSERT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, "index\tSide\tName\tUnitName\tTEDClass\tDescription\tWeight\tLimit\tInclude\n"
+                     "1\tARM\tTab\\there\tA\\\\B\tKBOT\ttwo\\r\\nlines\t0\t0\t1\n");
+    EXPECT_EQ(RunCli("units " + dir / "missing").status, 2);
+    EXPECT_EQ(RunCli("units").status, 2);
+    EXPECT_EQ(RunCli("units --help").status, 0);
+    EXPECT_EQ(RunCli("no-such-command").status, 2);
+}
+
+TEST(CliUnits, HeadlessDemoRunsOnTheDemoFolder) {
+    vantrel::test::TempDir dir;
+    vantrel::demo::WriteDemoProgramFolder(dir.path());
+    auto r = RunCli("demo " + dir.path());
+    ASSERT_EQ(r.status, 0);
+    EXPECT_NE(r.out.find("units loaded"), std::string::npos);
+    EXPECT_NE(r.out.find("Sides: Arm, Arm, Core, Gok"), std::string::npos);
+}

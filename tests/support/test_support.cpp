@@ -1,0 +1,61 @@
+#include "support/test_support.h"
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <cstdio>
+#include <cstdlib>
+#include <stdlib.h>
+#include <sys/wait.h>
+
+namespace vantrel::test {
+
+TempDir::TempDir() {
+    std::string templ = (std::filesystem::temp_directory_path() / "vantrel-test-XXXXXX").string();
+    if (!::mkdtemp(templ.data())) throw std::runtime_error("mkdtemp failed");
+    path_ = templ;
+}
+
+TempDir::~TempDir() {
+    std::error_code ec;
+    std::filesystem::remove_all(path_, ec);
+}
+
+void WriteText(const std::string& path, const std::string& text) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out.write(text.data(), static_cast<std::streamsize>(text.size()));
+    if (!out) throw std::runtime_error("cannot write " + path);
+}
+
+std::string ReadText(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+CliResult RunCli(const std::string& args) {
+    const char* cli = std::getenv("VANTREL_CLI");
+    std::string cmd = std::string(cli ? cli : "vantrel-cli") + " " + args + " 2>/dev/null";
+    CliResult r;
+    FILE* p = ::popen(cmd.c_str(), "r");
+    if (!p) return r;
+    char buf[4096];
+    while (std::size_t n = std::fread(buf, 1, sizeof buf, p)) r.out.append(buf, n);
+    int status = ::pclose(p);
+    r.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return r;
+}
+
+MsgAnswer ScriptedMessages::Show(const std::string& text, const std::string& title,
+                                 MsgButtons buttons, MsgIcon icon) {
+    shown.push_back({text, title, buttons, icon});
+    if (buttons == MsgButtons::OK) return MsgAnswer::OK;
+    if (answers.empty()) return MsgAnswer::Yes;
+    MsgAnswer a = answers.front();
+    answers.erase(answers.begin());
+    return a;
+}
+
+} // namespace vantrel::test

@@ -1,0 +1,95 @@
+// Helpers shared by the tests: temporary folders and scripted ports.
+#pragma once
+
+#include "startup/ports.h"
+
+#include <string>
+#include <vector>
+
+namespace vantrel::test {
+
+// A fresh folder below the system's temporary folder, removed with its content.
+class TempDir {
+  public:
+    TempDir();
+    ~TempDir();
+    TempDir(const TempDir&) = delete;
+    TempDir& operator=(const TempDir&) = delete;
+    const std::string& path() const { return path_; }
+    std::string operator/(const std::string& name) const { return path_ + "/" + name; }
+
+  private:
+    std::string path_;
+};
+
+// Runs vantrel-cli (path from $VANTREL_CLI) with `args`; stdout and exit status.
+struct CliResult {
+    int status = -1;
+    std::string out;
+};
+CliResult RunCli(const std::string& args);
+
+void WriteText(const std::string& path, const std::string& text);
+std::string ReadText(const std::string& path);
+
+// Records every message and answers questions from a script (default Yes).
+class ScriptedMessages : public Messages {
+  public:
+    struct Shown {
+        std::string text, title;
+        MsgButtons buttons;
+        MsgIcon icon;
+    };
+    std::vector<Shown> shown;
+    std::vector<MsgAnswer> answers; // consumed front to back; empty: Yes
+    int beeps = 0;
+
+    MsgAnswer Show(const std::string& text, const std::string& title, MsgButtons buttons,
+                   MsgIcon icon) override;
+    void Beep() override { ++beeps; }
+};
+
+// Records status texts and shows/closes.
+class RecordingProgress : public Progress {
+  public:
+    std::vector<std::string> statuses;
+    int shows = 0, closes = 0, repaints = 0;
+    void Show() override { ++shows; }
+    void Close() override { ++closes; }
+    void Repaint() override { ++repaints; }
+
+  protected:
+    void OnChange() override {
+        if (statuses.empty() || statuses.back() != Status()) statuses.push_back(Status());
+    }
+};
+
+class RecordingShell : public Shell {
+  public:
+    int restarts = 0;
+    std::vector<std::string> opened;
+    bool openResult = true;
+    bool RestartSelf() override {
+        ++restarts;
+        return true;
+    }
+    bool OpenDocument(const std::string& target) override {
+        opened.push_back(target);
+        return openResult;
+    }
+};
+
+// A generator that returns a fixed sequence (then repeats it).
+class SequenceRandom : public RandomSource {
+  public:
+    explicit SequenceRandom(std::vector<double> values) : values_(std::move(values)) {}
+    void Seed(double seed) override { seeds.push_back(seed); }
+    double Next() override { return values_[next_++ % values_.size()]; }
+    std::vector<double> seeds;
+
+  private:
+    std::vector<double> values_;
+    std::size_t next_ = 0;
+};
+
+} // namespace vantrel::test
