@@ -120,12 +120,11 @@ class TempFile {
 // Copies entry `index` (declared `size` bytes) into `target`. Stops at a read
 // error or as soon as the data runs past the declared size.
 bool ExtractEntry(zip_t* za, zip_uint64_t index, zip_uint64_t size, const std::string& folder,
-                  const std::string& target) {
+                  const std::string& target, std::vector<char>& buffer) {
     TempFile temp(folder);
     if (!temp.IsOpen()) return false;
     zip_file_t* zf = zip_fopen_index(za, index, 0);
     if (!zf) return false;
-    std::vector<char> buffer(64 * 1024);
     zip_uint64_t total = 0;
     bool ok = true;
     while (ok) {
@@ -253,6 +252,7 @@ bool cUnzip::UnzipRun() {
     MakeDirectory(root);
     ExistingNames existing;
     std::uint64_t written = 0;
+    std::vector<char> buffer(64 * 1024);
 
     zip_int64_t count = zip_get_num_entries(za.get(), 0);
     for (zip_int64_t i = 0; i < count; ++i) {
@@ -289,7 +289,7 @@ bool cUnzip::UnzipRun() {
             Say("  skipping: " + target + "  (file exists)");
             continue;
         }
-        if (!ExtractEntry(za.get(), index, st.size, folder, target)) {
+        if (!ExtractEntry(za.get(), index, st.size, folder, target, buffer)) {
             Say("  error: " + name + "  (not extracted)");
             continue;
         }

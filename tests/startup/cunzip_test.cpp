@@ -11,12 +11,7 @@
 namespace vantrel {
 namespace {
 
-using testing::FilesBelow;
-using testing::ScratchFolder;
-using testing::WriteBytes;
-using testing::WriteZip;
-using testing::ZipItem;
-using Files = std::vector<std::string>;
+using namespace vantrel::testing; // zip packages, scratch folders, Files
 
 class UnzipTest : public ::testing::Test {
   protected:

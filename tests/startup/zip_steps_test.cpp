@@ -12,11 +12,7 @@
 namespace vantrel {
 namespace {
 
-using testing::FilesBelow;
-using testing::ScratchFolder;
-using testing::WriteBytes;
-using testing::WriteZip;
-using Files = std::vector<std::string>;
+using namespace vantrel::testing; // zip packages, scratch folders, Files
 
 // A progress form that remembers what it was asked to do.
 class RecordingProgress : public Progress {

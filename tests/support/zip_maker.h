@@ -6,6 +6,8 @@
 
 namespace vantrel::testing {
 
+using Files = std::vector<std::string>;
+
 struct ZipItem {
     std::string name;
     std::string data;
@@ -22,7 +24,7 @@ bool CanEncryptZipEntries();
 // Writes `data` to `path` (creating or truncating it).
 void WriteBytes(const std::string& path, const std::string& data);
 // Every regular file below `root`, as paths relative to it, sorted.
-std::vector<std::string> FilesBelow(const std::string& root);
+Files FilesBelow(const std::string& root);
 
 // A fresh folder below /tmp, removed with everything in it at the end.
 class ScratchFolder {
