@@ -1,0 +1,230 @@
+#include "startup/cUnzip.h"
+
+#include "catalogue/text.h"
+#include "startup/paths.h"
+#include "support/zip_maker.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+namespace vantrel {
+namespace {
+
+using namespace vantrel::testing; // zip packages, scratch folders, Files
+
+class UnzipTest : public ::testing::Test {
+  protected:
+    UnzipTest() : units(JoinPath(scratch.Path(), "app/Units")) {
+        MakeDirectory(JoinPath(scratch.Path(), "app"));
+        MakeDirectory(units);
+        unzip.Progress = [this](int lCount, const std::string& sMsg) {
+            EXPECT_EQ(lCount, 1);
+            messages.push_back(sMsg);
+        };
+    }
+
+    // Writes the package, points the unzip object at it and unpacks it all.
+    bool Unpack(const std::vector<ZipItem>& items) {
+        EXPECT_TRUE(WriteZip(Zip(), items));
+        unzip.UnzipFolder(units);
+        unzip.ZipFile(Zip());
+        return unzip.Unzip();
+    }
+    std::string Zip() const { return JoinPath(scratch.Path(), "app/pack.zip"); }
+    std::string Unit(const std::string& name) const {
+        return ReadWholeFile(JoinPath(units, name)).value_or("<missing>");
+    }
+    std::vector<std::string> Inflated() const {
+        std::vector<std::string> found;
+        for (const std::string& m : messages)
+            if (m.find("inflating:") != std::string::npos) found.push_back(m);
+        return found;
+    }
+
+    ScratchFolder scratch;
+    std::string units;
+    cUnzip unzip;
+    std::vector<std::string> messages;
+};
+
+TEST(UnzipMessageTextTest, PassesTwoTo31999BytesWithBackslashesAndANul) {
+    EXPECT_FALSE(UnzipMessageText(""));
+    EXPECT_FALSE(UnzipMessageText("x"));
+    EXPECT_EQ(UnzipMessageText("ab"), std::string("ab\0", 3));
+    EXPECT_EQ(UnzipMessageText("a/b/c"), std::string("a\\b\\c\0", 6));
+    EXPECT_EQ(UnzipMessageText(std::string(31999, 'x'))->size(), 32000u);
+    EXPECT_FALSE(UnzipMessageText(std::string(32000, 'x')));
+}
+
+TEST_F(UnzipTest, DirectoryListsFilesAllSelectedAndZipFileEmptiesTheList) {
+    EXPECT_FALSE(unzip.UseFolderNames());
+    ASSERT_TRUE(WriteZip(Zip(), {{"units/", "", true},
+                                 {"units/ARMX.FBI", "[UNITINFO]"},
+                                 {"unitpics/armx.pcx", "pcx", false, false, true},
+                                 {"readme.txt", ""}}));
+    unzip.ZipFile(Zip());
+    EXPECT_EQ(unzip.Directory(), 0);
+    ASSERT_EQ(unzip.FileCount(), 3);
+    EXPECT_EQ(unzip.Filename(1), "ARMX.FBI");
+    EXPECT_EQ(unzip.FileDirectory(1), "units/");
+    EXPECT_EQ(unzip.FileSize(1), 10u);
+    EXPECT_EQ(unzip.Filename(2), "armx.pcx");
+    EXPECT_EQ(unzip.FileDirectory(3), "");
+    for (int i = 1; i <= 3; ++i)
+        EXPECT_TRUE(unzip.FileSelected(i)) << i;
+    EXPECT_EQ(unzip.Filename(0), "");
+    EXPECT_EQ(unzip.Filename(4), "");
+
+    unzip.Directory(); // listing again does not add the entries twice
+    EXPECT_EQ(unzip.FileCount(), 3);
+    unzip.ZipFile(Zip());
+    EXPECT_EQ(unzip.FileCount(), 0);
+    EXPECT_EQ(unzip.ZipFile(), Zip());
+}
+
+TEST_F(UnzipTest, UnpacksUnderBareNamesAndReportsEachFile) {
+    ASSERT_TRUE(Unpack({{"units/", "", true},
+                        {"units/ARMX.FBI", "unit file"},
+                        {"unitpics/ARMX.PCX", std::string(5000, 'p')},
+                        {"Extra/Deep/corx.fbi", "stored", false, false, true}}));
+    EXPECT_EQ(FilesBelow(units), (Files{"ARMX.FBI", "ARMX.PCX", "corx.fbi"}));
+    EXPECT_EQ(Unit("ARMX.FBI"), "unit file");
+    EXPECT_EQ(Unit("ARMX.PCX"), std::string(5000, 'p'));
+    EXPECT_EQ(Unit("corx.fbi"), "stored");
+
+    std::vector<std::string> inflated = Inflated();
+    ASSERT_EQ(inflated.size(), 3u);
+    EXPECT_EQ(messages.size(), 3u);
+    std::string unitsBack = ReplaceAll(units, "/", "\\");
+    EXPECT_EQ(inflated[0], "  inflating: " + unitsBack + "\\ARMX.FBI" + std::string(1, '\0'));
+    for (std::string m : inflated)
+        EXPECT_EQ(m.find('/'), std::string::npos) << m;
+    std::string last = inflated[2];
+    EXPECT_EQ(StripPath(last), "corx.fbi");
+}
+
+TEST_F(UnzipTest, ExistingFilesStayWhateverTheCase) {
+    WriteBytes(JoinPath(units, "armx.fbi"), "old lower");
+    WriteBytes(JoinPath(units, "ARMY.FBI"), "old upper");
+    ASSERT_TRUE(Unpack({{"units/ARMX.FBI", "new"},
+                        {"units/ARMY.FBI", "new"},
+                        {"units/DUP.FBI", "first"},
+                        {"other/dup.fbi", "second"},
+                        {"units/NEW.FBI", "fresh"}}));
+    EXPECT_EQ(FilesBelow(units), (Files{"ARMY.FBI", "DUP.FBI", "NEW.FBI", "armx.fbi"}));
+    EXPECT_EQ(Unit("armx.fbi"), "old lower");
+    EXPECT_EQ(Unit("ARMY.FBI"), "old upper");
+    EXPECT_EQ(Unit("DUP.FBI"), "first");
+    EXPECT_EQ(Inflated().size(), 2u);
+    EXPECT_EQ(messages.size(), 5u); // the skipped files are reported, but not as inflated
+}
+
+TEST_F(UnzipTest, EncryptedEntriesAreSkipped) {
+    if (!testing::CanEncryptZipEntries()) GTEST_SKIP() << "libzip cannot encrypt here";
+    ASSERT_TRUE(Unpack({{"units/SECRET.FBI", "hidden", false, true}, {"units/OPEN.FBI", "open"}}));
+    EXPECT_EQ(FilesBelow(units), (Files{"OPEN.FBI"}));
+    EXPECT_EQ(Inflated().size(), 1u);
+    unzip.Directory();
+    EXPECT_TRUE(unzip.FileEncrypted(1));
+    EXPECT_FALSE(unzip.FileEncrypted(2));
+}
+
+TEST_F(UnzipTest, HostileNamesNeverLeaveTheDestination) {
+    const std::vector<ZipItem> hostile = {
+        {"../evil1.fbi", "1"},   {"..\\evil2.fbi", "2"}, {"units/../../evil3.fbi", "3"},
+        {"/abs/evil4.fbi", "4"}, {"..", "dots"},         {"units/..", "dots"},
+        {"units\\.", "dot"},     {"units\\", "folder"},  {"a/./b//c.fbi", "c"},
+    };
+    ASSERT_TRUE(Unpack(hostile));
+    EXPECT_EQ(FilesBelow(scratch.Path()),
+              (Files{"app/Units/c.fbi", "app/Units/evil1.fbi", "app/Units/evil2.fbi",
+                     "app/Units/evil3.fbi", "app/Units/evil4.fbi", "app/pack.zip"}));
+    EXPECT_EQ(Inflated().size(), 5u);
+
+    // Recreated folders lose their "..", "." and empty parts as well.
+    ScratchFolder other;
+    units = JoinPath(other.Path(), "Units");
+    unzip.UseFolderNames(true);
+    ASSERT_TRUE(Unpack(hostile));
+    EXPECT_EQ(FilesBelow(other.Path()),
+              (Files{"Units/a/b/c.fbi", "Units/abs/evil4.fbi", "Units/evil1.fbi", "Units/evil2.fbi",
+                     "Units/units/evil3.fbi"}));
+}
+
+TEST_F(UnzipTest, UnreadablePackagesYieldNothing) {
+    for (const std::string& bytes :
+         {std::string(), std::string("PK\3\4 not really a zip"), std::string(4096, '\x55')}) {
+        WriteBytes(Zip(), bytes);
+        unzip.ZipFile(Zip());
+        EXPECT_NE(unzip.Directory(), 0);
+        EXPECT_EQ(unzip.FileCount(), 0);
+        unzip.UnzipFolder(units);
+        EXPECT_FALSE(unzip.Unzip());
+    }
+    unzip.ZipFile(JoinPath(scratch.Path(), "missing.zip"));
+    EXPECT_NE(unzip.Directory(), 0);
+    EXPECT_FALSE(unzip.Unzip());
+    EXPECT_TRUE(FilesBelow(units).empty());
+    EXPECT_TRUE(Inflated().empty());
+}
+
+// Byte offset of the first occurrence of `signature` in `bytes`.
+std::size_t Find(const std::string& bytes, const char* signature) {
+    std::size_t at = bytes.find(signature, 0, 4);
+    EXPECT_NE(at, std::string::npos);
+    return at;
+}
+
+TEST_F(UnzipTest, DamagedEntriesLeaveNoFileBehind) {
+    // A stored entry whose data no longer matches its checksum.
+    ASSERT_TRUE(WriteZip(Zip(), {{"units/A.FBI", std::string(100, 'a'), false, false, true},
+                                 {"units/B.FBI", "fine"}}));
+    std::string bytes = ReadWholeFile(Zip()).value();
+    bytes[Find(bytes, "aaaa") + 50] = 'X';
+    WriteBytes(Zip(), bytes);
+    unzip.UnzipFolder(units);
+    unzip.ZipFile(Zip());
+    EXPECT_TRUE(unzip.Unzip());
+    EXPECT_EQ(FilesBelow(units), (Files{"B.FBI"}));
+
+    // A deflated entry that unpacks to more than its declared size.
+    ASSERT_TRUE(WriteZip(Zip(), {{"units/C.FBI", std::string(100000, 'c')}}));
+    bytes = ReadWholeFile(Zip()).value();
+    const char small[4] = {10, 0, 0, 0};
+    std::memcpy(&bytes[Find(bytes, "PK\3\4") + 22], small, 4);
+    std::memcpy(&bytes[Find(bytes, "PK\1\2") + 24], small, 4);
+    WriteBytes(Zip(), bytes);
+    unzip.ZipFile(Zip());
+    unzip.Unzip();
+    EXPECT_EQ(FilesBelow(units), (Files{"B.FBI"}));
+    EXPECT_EQ(Inflated().size(), 1u);
+}
+
+TEST_F(UnzipTest, EntriesBeyondTheSizeLimitAreSkipped) {
+    ASSERT_TRUE(Unpack(
+        {{"units/BOMB.FBI", std::string(MaxUnzipEntryBytes + 1, '\0')}, {"units/OK.FBI", "ok"}}));
+    EXPECT_EQ(FilesBelow(units), (Files{"OK.FBI"}));
+}
+
+TEST_F(UnzipTest, OnlySelectedEntriesUnlessAllOrNoneAreListed) {
+    const std::vector<ZipItem> items = {{"A.FBI", "a"}, {"B.FBI", "b"}, {"C.FBI", "c"}};
+    ASSERT_TRUE(WriteZip(Zip(), items));
+    unzip.UnzipFolder(units);
+    unzip.ZipFile(Zip());
+    unzip.Directory();
+    unzip.FileSelected(2, false);
+    unzip.FileSelected(9, false); // out of range: ignored
+    unzip.Unzip();
+    EXPECT_EQ(FilesBelow(units), (Files{"A.FBI", "C.FBI"}));
+
+    ScratchFolder other;
+    unzip.UnzipFolder(other.Path());
+    for (int i = 1; i <= 3; ++i)
+        unzip.FileSelected(i, false);
+    unzip.Unzip();
+    EXPECT_TRUE(FilesBelow(other.Path()).empty());
+}
+
+} // namespace
+} // namespace vantrel

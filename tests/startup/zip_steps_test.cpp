@@ -1,0 +1,158 @@
+#include "startup/zip_steps.h"
+
+#include "catalogue/text.h"
+#include "startup/paths.h"
+#include "support/zip_maker.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <unistd.h>
+
+namespace vantrel {
+namespace {
+
+using namespace vantrel::testing; // zip packages, scratch folders, Files
+
+// A progress form that remembers what it was asked to do.
+class RecordingProgress : public Progress {
+  public:
+    void Show() override { log.push_back("show"); }
+    void Repaint() override { ++repaints; }
+    void ProcessEvents() override { log.push_back("events"); }
+
+    std::vector<std::string> log; // "show", "events", "max N", "value N", "status S"
+    int repaints = 0;
+
+  protected:
+    void OnChange() override {
+        if (Maximum() != max_) log.push_back("max " + std::to_string(max_ = Maximum()));
+        if (Value() != value_) log.push_back("value " + std::to_string(value_ = Value()));
+        if (Status() != status_) log.push_back("status " + (status_ = Status()));
+    }
+
+  private:
+    int max_ = 100, value_ = 0;
+    std::string status_ = "Loading....";
+};
+
+TEST(ZipProgressHandlerTest, InflatingMessagesNameTheFileInProperCase) {
+    RecordingProgress progress;
+    progress.SetMaximum(1);
+    m_cUnzip_Progress(progress, "Pack.zip", 1,
+                      std::string("  inflating: C:\\VANT\\Units\\arm com.FBI  ") + '\0');
+    EXPECT_EQ(progress.Status(), "Unpacking 'Arm Com.fbi' from 'Pack.zip' ...");
+    EXPECT_EQ(progress.Value(), 1);
+    EXPECT_EQ(progress.repaints, 1);
+
+    // Other messages change nothing; a value beyond the maximum is not applied.
+    progress.SetStatus("before");
+    for (const char* other : {"  skipping: C:\\armx.fbi  (file exists)", "  Inflating: x.fbi"})
+        m_cUnzip_Progress(progress, "Pack.zip", 1, other);
+    EXPECT_EQ(progress.Status(), "before");
+    m_cUnzip_Progress(progress, "Pack.zip", 1, " inflating: u\\two.fbi");
+    EXPECT_EQ(progress.Status(), "Unpacking 'Two.fbi' from 'Pack.zip' ...");
+    EXPECT_EQ(progress.Value(), 1);
+}
+
+class ZipStepsTest : public ::testing::Test {
+  protected:
+    ZipStepsTest() {
+        defs.AppDir = WithTrailingSep(scratch.Path());
+        units = UnitsDir(defs.AppDir);
+        MakeDirectory(units);
+    }
+    std::string App(const std::string& name) const { return JoinPath(defs.AppDir, name); }
+    void MakePackages() {
+        ASSERT_TRUE(WriteZip(
+            App("a.zip"),
+            {{"units/", "", true}, {"units/armcom.fbi", "a1"}, {"unitpics/ARMCOM.PCX", "a2"}}));
+        ASSERT_TRUE(
+            WriteZip(App("B.ZIP"), {{"CORX.FBI", "b1"}, {"CORY.FBI", "b2"}, {"Z.PCX", "b3"}}));
+        WriteBytes(App("broken.zip"), "not a zip at all");
+        WriteBytes(App("notes.txt"), "not a package");
+        MakeDirectory(App("folder.zip"));
+    }
+
+    ScratchFolder scratch;
+    Definitions defs;
+    std::string units;
+    RecordingProgress progress;
+    LibzipSteps steps;
+};
+
+TEST_F(ZipStepsTest, CountingAddsEveryPackagesEntriesAndYieldsOncePerPackage) {
+    MakePackages();
+    steps.CreateUnzip(defs, progress);
+    ASSERT_NE(steps.Unzip(), nullptr);
+    steps.CountZipFiles(defs, progress);
+    EXPECT_EQ(progress.Maximum(), 105);
+    EXPECT_EQ(std::count(progress.log.begin(), progress.log.end(), "events"), 3);
+    EXPECT_GE(progress.repaints, 3);
+    EXPECT_TRUE(FilesBelow(units).empty());
+}
+
+TEST_F(ZipStepsTest, UnpackingShowsEachFileAndEndsWithProcessingUnits) {
+    MakePackages();
+    WriteBytes(JoinPath(units, "CORY.FBI"), "kept");
+    steps.CreateUnzip(defs, progress);
+    steps.UnpackZips(defs, progress);
+    EXPECT_EQ(FilesBelow(units),
+              (Files{"ARMCOM.PCX", "CORX.FBI", "CORY.FBI", "Z.PCX", "armcom.fbi"}));
+    EXPECT_EQ(ReadWholeFile(JoinPath(units, "CORY.FBI")), "kept");
+    EXPECT_EQ(progress.log, (Files{"show", "status Unpacking 'Armcom.fbi' from 'a.zip' ...",
+                                   "value 1", "status Unpacking 'Armcom.pcx' from 'a.zip' ...",
+                                   "value 2", "status Unpacking 'Corx.fbi' from 'B.ZIP' ...",
+                                   "value 3", "status Unpacking 'Z.pcx' from 'B.ZIP' ...",
+                                   "value 4", "status Processing units..."}));
+}
+
+TEST_F(ZipStepsTest, WithoutPackagesOnlyTheFormAndTheLastStatusChange) {
+    WriteBytes(App("readme.txt"), "x");
+    steps.CountZipFiles(defs, progress); // works without CreateUnzip as well
+    steps.UnpackZips(defs, progress);
+    EXPECT_EQ(progress.log, (Files{"show", "status Processing units..."}));
+}
+
+TEST_F(ZipStepsTest, AnUnusableUnitsFolderDoesNotStopStartUp) {
+    MakePackages();
+    ASSERT_EQ(::rmdir(units.c_str()), 0);
+    WriteBytes(units, "a file where the folder should be");
+    steps.UnpackZips(defs, progress);
+    EXPECT_EQ(progress.Status(), ProcessingUnitsText);
+    EXPECT_EQ(progress.Value(), 0);
+}
+
+class NoMessages : public Messages {
+  public:
+    MsgAnswer Show(const std::string&, const std::string&, MsgButtons, MsgIcon) override {
+        return MsgAnswer::OK;
+    }
+};
+class NoShell : public Shell {
+  public:
+    bool RestartSelf() override { return false; }
+    bool OpenDocument(const std::string&) override { return false; }
+};
+
+TEST_F(ZipStepsTest, StartUpCountsAllPackagesBeforeUnpackingAny) {
+    MakePackages();
+    MemorySettingsStore settings;
+    NoMessages messages;
+    NoShell shell;
+    DefaultRandom random;
+    GameFolderOnlyLibrary archives(settings);
+    StartupPorts ports{progress, messages, settings, shell, random, archives, steps};
+    RunExtraction(defs, ports);
+
+    auto firstValue = std::find(progress.log.begin(), progress.log.end(), "value 1");
+    ASSERT_NE(firstValue, progress.log.end());
+    EXPECT_NE(std::find(progress.log.begin(), firstValue, "max 105"), firstValue);
+    EXPECT_TRUE(std::none_of(firstValue, progress.log.end(),
+                             [](const std::string& e) { return e.rfind("max", 0) == 0; }));
+    EXPECT_EQ(progress.Value(), 5);
+    EXPECT_EQ(progress.Status(), ProcessingUnitsText);
+}
+
+} // namespace
+} // namespace vantrel

@@ -1,0 +1,42 @@
+// Zip packages and scratch folders made by the tests themselves.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace vantrel::testing {
+
+using Files = std::vector<std::string>;
+
+struct ZipItem {
+    std::string name;
+    std::string data;
+    bool folder = false;  // a folder entry ("units/")
+    bool encrypt = false; // encrypted with the password "secret"
+    bool store = false;   // stored instead of deflated
+};
+
+// Writes a zip package with libzip. False when libzip refused any part.
+bool WriteZip(const std::string& path, const std::vector<ZipItem>& items);
+// True when this libzip can write encrypted entries.
+bool CanEncryptZipEntries();
+
+// Writes `data` to `path` (creating or truncating it).
+void WriteBytes(const std::string& path, const std::string& data);
+// Every regular file below `root`, as paths relative to it, sorted.
+Files FilesBelow(const std::string& root);
+
+// A fresh folder below /tmp, removed with everything in it at the end.
+class ScratchFolder {
+  public:
+    ScratchFolder();
+    ~ScratchFolder();
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+    const std::string& Path() const { return path_; }
+
+  private:
+    std::string path_;
+};
+
+} // namespace vantrel::testing
