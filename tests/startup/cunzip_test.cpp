@@ -15,8 +15,8 @@ using namespace vantrel::testing; // zip packages, scratch folders, Files
 
 class UnzipTest : public ::testing::Test {
   protected:
-    UnzipTest() : units(JoinPath(scratch.Path(), "app/Units")) {
-        MakeDirectory(JoinPath(scratch.Path(), "app"));
+    UnzipTest() : units(JoinPath(scratch.path(), "app/Units")) {
+        MakeDirectory(JoinPath(scratch.path(), "app"));
         MakeDirectory(units);
         unzip.Progress = [this](int lCount, const std::string& sMsg) {
             EXPECT_EQ(lCount, 1);
@@ -31,7 +31,7 @@ class UnzipTest : public ::testing::Test {
         unzip.ZipFile(Zip());
         return unzip.Unzip();
     }
-    std::string Zip() const { return JoinPath(scratch.Path(), "app/pack.zip"); }
+    std::string Zip() const { return JoinPath(scratch.path(), "app/pack.zip"); }
     std::string Unit(const std::string& name) const {
         return ReadWholeFile(JoinPath(units, name)).value_or("<missing>");
     }
@@ -137,17 +137,17 @@ TEST_F(UnzipTest, HostileNamesNeverLeaveTheDestination) {
         {"units\\.", "dot"},     {"units\\", "folder"},  {"a/./b//c.fbi", "c"},
     };
     ASSERT_TRUE(Unpack(hostile));
-    EXPECT_EQ(FilesBelow(scratch.Path()),
+    EXPECT_EQ(FilesBelow(scratch.path()),
               (Files{"app/Units/c.fbi", "app/Units/evil1.fbi", "app/Units/evil2.fbi",
                      "app/Units/evil3.fbi", "app/Units/evil4.fbi", "app/pack.zip"}));
     EXPECT_EQ(Inflated().size(), 5u);
 
     // Recreated folders lose their "..", "." and empty parts as well.
     ScratchFolder other;
-    units = JoinPath(other.Path(), "Units");
+    units = JoinPath(other.path(), "Units");
     unzip.UseFolderNames(true);
     ASSERT_TRUE(Unpack(hostile));
-    EXPECT_EQ(FilesBelow(other.Path()),
+    EXPECT_EQ(FilesBelow(other.path()),
               (Files{"Units/a/b/c.fbi", "Units/abs/evil4.fbi", "Units/evil1.fbi", "Units/evil2.fbi",
                      "Units/units/evil3.fbi"}));
 }
@@ -162,7 +162,7 @@ TEST_F(UnzipTest, UnreadablePackagesYieldNothing) {
         unzip.UnzipFolder(units);
         EXPECT_FALSE(unzip.Unzip());
     }
-    unzip.ZipFile(JoinPath(scratch.Path(), "missing.zip"));
+    unzip.ZipFile(JoinPath(scratch.path(), "missing.zip"));
     EXPECT_NE(unzip.Directory(), 0);
     EXPECT_FALSE(unzip.Unzip());
     EXPECT_TRUE(FilesBelow(units).empty());
@@ -219,11 +219,11 @@ TEST_F(UnzipTest, OnlySelectedEntriesUnlessAllOrNoneAreListed) {
     EXPECT_EQ(FilesBelow(units), (Files{"A.FBI", "C.FBI"}));
 
     ScratchFolder other;
-    unzip.UnzipFolder(other.Path());
+    unzip.UnzipFolder(other.path());
     for (int i = 1; i <= 3; ++i)
         unzip.FileSelected(i, false);
     unzip.Unzip();
-    EXPECT_TRUE(FilesBelow(other.Path()).empty());
+    EXPECT_TRUE(FilesBelow(other.path()).empty());
 }
 
 } // namespace

@@ -58,7 +58,7 @@ TEST(ZipProgressHandlerTest, InflatingMessagesNameTheFileInProperCase) {
 class ZipStepsTest : public ::testing::Test {
   protected:
     ZipStepsTest() {
-        defs.AppDir = WithTrailingSep(scratch.Path());
+        defs.AppDir = WithTrailingSep(scratch.path());
         units = UnitsDir(defs.AppDir);
         MakeDirectory(units);
     }

@@ -1,6 +1,8 @@
 // Zip packages and scratch folders made by the tests themselves.
 #pragma once
 
+#include "support/test_support.h"
+
 #include <string>
 #include <vector>
 
@@ -27,16 +29,6 @@ void WriteBytes(const std::string& path, const std::string& data);
 Files FilesBelow(const std::string& root);
 
 // A fresh folder below /tmp, removed with everything in it at the end.
-class ScratchFolder {
-  public:
-    ScratchFolder();
-    ~ScratchFolder();
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
-    const std::string& Path() const { return path_; }
-
-  private:
-    std::string path_;
-};
+using ScratchFolder = vantrel::test::TempDir;
 
 } // namespace vantrel::testing
