@@ -97,17 +97,16 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     QAction* mnuHelpContents = nullptr;
     QAction* mnuHelpAbout = nullptr;
 
-  protected:
-    void closeEvent(QCloseEvent* event) override;
-
     // MainWindowHooks (the re-select step of Open, Merge, New, Options and Build Set)
     void ReselectCurrentSide() override;
     void SetInUse(bool inUse) override;
     void ShowSettings(bool forNewAI) override;
     void ShowMerge() override;
 
-  private:
+  protected:
+    void closeEvent(QCloseEvent* event) override;
 
+  private:
     void BuildMenus();
     void BuildBanner();
     QAction* AddItem(QMenu* menu, const char* name, const char* caption,
