@@ -24,8 +24,8 @@ std::string ProgramFolder(const QStringList& args) {
     const char* xdg = std::getenv("XDG_DATA_HOME");
     const char* home = std::getenv("HOME");
     std::string exeDir = ExecutableDir();
-    std::string folder = ChooseProgramFolder(exeDir, IsWritableDirectory(exeDir), xdg ? xdg : "",
-                                             home ? home : "");
+    std::string folder =
+        ChooseProgramFolder(exeDir, IsWritableDirectory(exeDir), xdg ? xdg : "", home ? home : "");
     MakeDirectory(folder);
     return folder;
 }
@@ -49,7 +49,8 @@ int main(int argc, char** argv) {
     ZipSteps zips;
 
     StartupPorts ports{progress, messages, settings, shell, random, archives, zips};
-    if (Main(defs, ports, ProgramFolder(QApplication::arguments())) != LoadOutcome::Loaded) return 0;
+    if (Main(defs, ports, ProgramFolder(QApplication::arguments())) != LoadOutcome::Loaded)
+        return 0;
 
     QtFileDialogs dialogs;
     ProfileIO profiles; // SaveAI, ReadAI, ReadTessalyAI

@@ -49,7 +49,8 @@ frmAbout::frmAbout(Shell& shell, QWidget* parent) : QDialog(parent), shell_(shel
     QFont bold = font();
     bold.setBold(true);
     bold.setPointSizeF(9.75);
-    for (QLabel* label : {Label1, Label3, Label4, Label5}) label->setFont(bold);
+    for (QLabel* label : {Label1, Label3, Label4, Label5})
+        label->setFont(bold);
 
     auto* grid = new QGridLayout(this);
     grid->addWidget(Image1, 0, 0, 4, 1, Qt::AlignTop);

@@ -69,14 +69,26 @@ void frmSettings::cmdCancel_Click() {
     QDialog::reject();
 }
 
-void frmSettings::reject() { cmdCancel_Click(); }
+void frmSettings::reject() {
+    cmdCancel_Click();
+}
 
-std::string frmSettings::AIName() { return StdText(txtAIname->text()); }
-void frmSettings::SetAIName(const std::string& s) { txtAIname->setText(QtText(s)); }
-std::string frmSettings::Author() { return StdText(txtAuthor->text()); }
-void frmSettings::SetAuthor(const std::string& s) { txtAuthor->setText(QtText(s)); }
+std::string frmSettings::AIName() {
+    return StdText(txtAIname->text());
+}
+void frmSettings::SetAIName(const std::string& s) {
+    txtAIname->setText(QtText(s));
+}
+std::string frmSettings::Author() {
+    return StdText(txtAuthor->text());
+}
+void frmSettings::SetAuthor(const std::string& s) {
+    txtAuthor->setText(QtText(s));
+}
 
-std::string frmSettings::Banner() { return banner_ ? StdText(banner_->text()) : bannerText_; }
+std::string frmSettings::Banner() {
+    return banner_ ? StdText(banner_->text()) : bannerText_;
+}
 void frmSettings::SetBanner(const std::string& s) {
     bannerText_ = s;
     if (banner_) banner_->setText(QtText(s));

@@ -10,6 +10,8 @@ namespace vantrel {
 inline QString QtText(const std::string& s) {
     return QString::fromLatin1(s.data(), static_cast<qsizetype>(s.size()));
 }
-inline std::string StdText(const QString& s) { return s.toLatin1().toStdString(); }
+inline std::string StdText(const QString& s) {
+    return s.toLatin1().toStdString();
+}
 
 } // namespace vantrel

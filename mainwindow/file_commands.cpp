@@ -7,7 +7,9 @@ namespace vantrel {
 FileCommands::FileCommands(FileCommandPorts ports, MainWindowHooks& window)
     : p_(ports), window_(window) {}
 
-void FileCommands::Load() { initialFolder_ = p_.defs.LastDir; }
+void FileCommands::Load() {
+    initialFolder_ = p_.defs.LastDir;
+}
 
 ProfileContext FileCommands::Context() {
     return ProfileContext{p_.defs, p_.progress, p_.fields, p_.clock};
@@ -90,8 +92,8 @@ void FileCommands::Save() {
     if (!chosen.accepted) return;
 
     p_.defs.Changed = true;
-    bool written = RunWithProgress(
-        "Save", [&](ProfileContext& ctx) { p_.profiles.Save(ctx, chosen.path); });
+    bool written =
+        RunWithProgress("Save", [&](ProfileContext& ctx) { p_.profiles.Save(ctx, chosen.path); });
     if (!written) return;
     window_.SetInUse(true);
     p_.settings.Set("LastDir", FolderPart(chosen.path));
@@ -127,7 +129,9 @@ std::string FolderPart(const std::string& path) {
     return last == std::string::npos ? std::string() : path.substr(0, last + 1);
 }
 
-bool IsAcceptableAIName(const std::string& name) { return !TrimSpaces(name).empty(); }
+bool IsAcceptableAIName(const std::string& name) {
+    return !TrimSpaces(name).empty();
+}
 
 void ResetUnitsForNewAI(Definitions& defs) {
     for (int i = 1; i <= defs.Units.UBound(); ++i) {

@@ -26,7 +26,9 @@ namespace {
 constexpr int BannerHeight = 20; // pixels (255 twips at 96 dpi, with room for the bold font)
 
 // The caption a control-array item stands for ('&' kept as typed).
-QString ItemCaption(const QAction* action) { return action->data().toString(); }
+QString ItemCaption(const QAction* action) {
+    return action->data().toString();
+}
 } // namespace
 
 frmMain::frmMain(Definitions& defs, MainWindowPorts ports, QWidget* parent)
@@ -147,8 +149,7 @@ void frmMain::BuildMenus() {
     mnuSide->setObjectName("mnuSide");
     mnuSideOptionA.push_back(nullptr); // the array starts at 1
     AddArrayItem(mnuSide, "mnuSideOptionA", "Arm", mnuSideOptionA, &frmMain::mnuSideOptionA_Click);
-    AddArrayItem(mnuSide, "mnuSideOptionA", "Core", mnuSideOptionA,
-                 &frmMain::mnuSideOptionA_Click);
+    AddArrayItem(mnuSide, "mnuSideOptionA", "Core", mnuSideOptionA, &frmMain::mnuSideOptionA_Click);
     mnuSideOptionA.push_back(AddSeparator(mnuSide, "mnuSideOptionA"));
     AddArrayItem(mnuSide, "mnuSideOption", "&Units", mnuSideOption, &frmMain::mnuSideOption_Click)
         ->setVisible(false);
@@ -156,8 +157,8 @@ void frmMain::BuildMenus() {
     mnuType = bar->addMenu("&Type");
     mnuType->setObjectName("mnuType");
     for (std::size_t c = 0; c < Categories.size(); ++c) {
-        AddArrayItem(mnuType, "mnuTypes", QtText(std::string(Categories[c].MenuCaption)),
-                     mnuTypes, &frmMain::mnuTypes_Click);
+        AddArrayItem(mnuType, "mnuTypes", QtText(std::string(Categories[c].MenuCaption)), mnuTypes,
+                     &frmMain::mnuTypes_Click);
         if (c == 0) mnuTypes.push_back(AddSeparator(mnuType, "mnuTypes"));
     }
 
@@ -200,7 +201,8 @@ void frmMain::mnuTypes_Click(int index) {
         return;
     QAction* chosen = mnuTypes[static_cast<std::size_t>(index)];
     if (chosen->isChecked()) return; // choosing the checked category does nothing
-    for (QAction* item : mnuTypes) item->setChecked(false);
+    for (QAction* item : mnuTypes)
+        item->setChecked(false);
     chosen->setChecked(true);
     QApplication::setOverrideCursor(Qt::WaitCursor);
     board->BuildForCategory(StdText(ItemCaption(chosen)));
@@ -233,8 +235,12 @@ void frmMain::SelectSide(std::vector<QAction*>& chosen, std::vector<QAction*>& o
     }
 }
 
-void frmMain::mnuSideOptionA_Click(int index) { SelectSide(mnuSideOptionA, mnuSideOption, 1, index); }
-void frmMain::mnuSideOption_Click(int index) { SelectSide(mnuSideOption, mnuSideOptionA, 1, index); }
+void frmMain::mnuSideOptionA_Click(int index) {
+    SelectSide(mnuSideOptionA, mnuSideOption, 1, index);
+}
+void frmMain::mnuSideOption_Click(int index) {
+    SelectSide(mnuSideOption, mnuSideOptionA, 1, index);
+}
 
 void frmMain::ReselectCurrentSide() {
     if (IsStandardSide(defs_.CurrentSide))
@@ -259,9 +265,13 @@ void frmMain::ShowSettings(bool forNewAI) {
     runModal(*settings_);
 }
 
-void frmMain::ShowMerge() { showMerge(); }
+void frmMain::ShowMerge() {
+    showMerge();
+}
 
-void frmMain::mnuFileExit_Click() { close(); }
+void frmMain::mnuFileExit_Click() {
+    close();
+}
 
 void frmMain::mnuViewOptions_Click() {
     defs_.DialogOK = false;
@@ -296,7 +306,8 @@ void frmMain::closeEvent(QCloseEvent* event) {
         return;
     }
     // Every other window of the program goes with the main window.
-    for (QDialog* dialog : findChildren<QDialog*>()) dialog->hide();
+    for (QDialog* dialog : findChildren<QDialog*>())
+        dialog->hide();
     event->accept();
 }
 

@@ -27,7 +27,8 @@ using namespace vantrel::testing;
 
 QStringList Captions(QMenu* menu) {
     QStringList out;
-    for (QAction* a : menu->actions()) out << (a->isSeparator() ? QString("-") : a->text());
+    for (QAction* a : menu->actions())
+        out << (a->isSeparator() ? QString("-") : a->text());
     return out;
 }
 
@@ -39,13 +40,14 @@ class MainWindowTest : public ::testing::Test {
         std::filesystem::create_directories(appDir);
         defs.AppDir = appDir;
         const char* sides[] = {"ARM", "CORE", "ronin", "AR", "Voss"};
-        for (int i = 0; i < 5; ++i) defs.Races[i + 1].Name = sides[i];
+        for (int i = 0; i < 5; ++i)
+            defs.Races[i + 1].Name = sides[i];
         for (int i = 1; i <= 3; ++i)
-            defs.Units[i] = vtUnit{"U", "U" + std::to_string(i), "KBOT", "ARM", "", 2.5f,
-                                   4.0f, true, false};
-        window = std::make_unique<frmMain>(
-            defs, MainWindowPorts{messages, settings, shell, progress, clock, random, dialogs,
-                                  profiles});
+            defs.Units[i] =
+                vtUnit{"U", "U" + std::to_string(i), "KBOT", "ARM", "", 2.5f, 4.0f, true, false};
+        window =
+            std::make_unique<frmMain>(defs, MainWindowPorts{messages, settings, shell, progress,
+                                                            clock, random, dialogs, profiles});
         window->runModal = [this](QDialog& d) {
             modals << d.objectName();
             if (script) script(d);
@@ -75,7 +77,8 @@ class MainWindowTest : public ::testing::Test {
 TEST_F(MainWindowTest, MenusAsDesigned) {
     QMenuBar* bar = window->menuBar();
     QStringList tops;
-    for (QAction* a : bar->actions()) tops << a->text();
+    for (QAction* a : bar->actions())
+        tops << a->text();
     EXPECT_EQ(tops, QStringList({"&File", "&View", "&Side", "&Type", "&Help"}));
     EXPECT_EQ(Captions(window->mnuFile),
               QStringList({"&New", "&Open...", "&Save...", "-", "&Merge...", "-", "&Exit"}));
@@ -111,7 +114,8 @@ TEST_F(MainWindowTest, LoadAddsFurtherSidesChecksArmAndOpensSettings) {
     EXPECT_EQ(defs.CurrentSide, "ARM");
     EXPECT_EQ(defs.CurrentSideIndex, 1);
     EXPECT_TRUE(window->mnuSideOptionA[1]->isChecked());
-    for (QAction* item : window->mnuTypes) EXPECT_FALSE(item->isChecked());
+    for (QAction* item : window->mnuTypes)
+        EXPECT_FALSE(item->isChecked());
 }
 
 TEST_F(MainWindowTest, SideAndTypeMenusKeepOneCheckEach) {

@@ -66,10 +66,9 @@ class FileCommandsTest : public ::testing::Test {
     ScriptedFileDialogs dialogs;
     FakeProfileIO profiles;
     RecordingWindow window{defs, progress};
-    FileCommands commands{
-        FileCommandPorts{defs, messages, settings, shell, progress, fields, clock, dialogs,
-                         profiles},
-        window};
+    FileCommands commands{FileCommandPorts{defs, messages, settings, shell, progress, fields, clock,
+                                           dialogs, profiles},
+                          window};
 
     void SetUp() override {
         defs.AppDir = TempFolder("app");
@@ -137,8 +136,7 @@ TEST_F(FileCommandsTest, OpenChoosesTheReaderByFilterNotByExtension) {
     EXPECT_EQ(settings.Get("LastDir", ""), "/data/ais/");
     EXPECT_EQ(progress.shows, 1);
     EXPECT_EQ(progress.closes, 1);
-    EXPECT_EQ(window.events,
-              (std::vector<std::string>{"out of use", "reselect", "in use"}));
+    EXPECT_EQ(window.events, (std::vector<std::string>{"out of use", "reselect", "in use"}));
 
     dialogs.opens = {Chosen("/data/ais/Turtle.tsy", 1)};
     commands.Open();
@@ -195,7 +193,7 @@ TEST_F(FileCommandsTest, SaveProposesTheSettingsNameAndSetsChanged) {
     EXPECT_EQ(dialogs.saveCalls[0].title, "Save");
     ASSERT_EQ(profiles.calls.size(), 1u);
     EXPECT_EQ(profiles.calls[0].path, target); // used as typed, no extension added
-    EXPECT_TRUE(defs.Changed); // a close straight after saving still asks
+    EXPECT_TRUE(defs.Changed);                 // a close straight after saving still asks
     EXPECT_EQ(settings.Get("LastDir", ""), defs.AppDir);
     EXPECT_TRUE(window.inUse);
 }
@@ -249,7 +247,8 @@ TEST_F(FileCommandsTest, ExternalWritesAiTxtInTheProgramFolderAndOpensIt) {
 TEST(SideMenuRules, FurtherSidesSkipTheFirstAndAnyPartOfArmCore) {
     Definitions defs;
     const char* sides[] = {"GOK", "ARM", "ronin WARRIORS", "AR", "core", "", "Voss"};
-    for (int i = 0; i < 7; ++i) defs.Races[i + 1].Name = sides[i];
+    for (int i = 0; i < 7; ++i)
+        defs.Races[i + 1].Name = sides[i];
     EXPECT_EQ(FurtherSideCaptions(defs), (std::vector<std::string>{"Ronin Warriors", "Voss"}));
     EXPECT_TRUE(IsStandardSide("core"));
     EXPECT_FALSE(IsStandardSide("CORES"));
