@@ -19,6 +19,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <unistd.h>
 
 namespace vantrel {
 namespace {
@@ -35,7 +36,10 @@ QStringList Captions(QMenu* menu) {
 class MainWindowTest : public ::testing::Test {
   protected:
     void SetUp() override {
-        appDir = (std::filesystem::temp_directory_path() / "vantrel_gui_app").string() + "/";
+        appDir = (std::filesystem::temp_directory_path() /
+                  ("vantrel_gui_app_" + std::to_string(getpid())))
+                     .string() +
+                 "/";
         std::filesystem::remove_all(appDir);
         std::filesystem::create_directories(appDir);
         defs.AppDir = appDir;
@@ -52,6 +56,10 @@ class MainWindowTest : public ::testing::Test {
             modals << d.objectName();
             if (script) script(d);
         };
+    }
+    void TearDown() override {
+        window.reset();
+        std::filesystem::remove_all(appDir);
     }
     void Load() {
         window->Load();

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <unistd.h>
 
 namespace vantrel {
 namespace {
@@ -41,7 +42,8 @@ class RecordingWindow : public MainWindowHooks {
 };
 
 std::string TempFolder(const std::string& name) {
-    fs::path dir = fs::temp_directory_path() / ("vantrel_cmd_" + name);
+    fs::path dir =
+        fs::temp_directory_path() / ("vantrel_cmd_" + std::to_string(getpid()) + "_" + name);
     fs::remove_all(dir);
     fs::create_directories(dir);
     return dir.string() + "/";
@@ -75,6 +77,7 @@ class FileCommandsTest : public ::testing::Test {
         defs.LastDir = "/profiles/";
         commands.Load();
     }
+    void TearDown() override { fs::remove_all(defs.AppDir); }
     static FileDialogResult Chosen(const std::string& path, int filter = 1) {
         return FileDialogResult{true, path, filter, path.substr(0, path.rfind('/') + 1)};
     }
@@ -283,7 +286,9 @@ TEST(HelpFile, CopiedIntoTheProgramFolderWhenMissing) {
     std::ofstream(app + "Vant1.hlp") << "edited";
     EXPECT_EQ(EnsureHelpFile(app, {share + "Vant1.hlp"}), app + "Vant1.hlp");
     EXPECT_EQ(ReadFile(app + "Vant1.hlp"), "edited");
-    EXPECT_EQ(EnsureHelpFile(TempFolder("help_none"), {share + "nope"}), "");
+    const std::string none = TempFolder("help_none");
+    EXPECT_EQ(EnsureHelpFile(none, {share + "nope"}), "");
+    for (const std::string& dir : {app, share, none}) fs::remove_all(dir);
 }
 
 } // namespace
