@@ -170,7 +170,6 @@ void frmMain::BuildMenus() {
 }
 
 void frmMain::Load() {
-    move(0, 0);
     commands_->Load();
     // One Side menu item for every further side, made from the hidden template.
     for (const std::string& caption : FurtherSideCaptions(defs_)) {
@@ -253,7 +252,10 @@ void frmMain::ReselectCurrentSide() {
 // Commands
 // ---------------------------------------------------------------------------
 void frmMain::SetInUse(bool inUse) {
-    setEnabled(inUse);
+    // Menus and board only: disabling the window itself would disable its
+    // dialogs and message boxes too.
+    menuBar()->setEnabled(inUse);
+    centralWidget()->setEnabled(inUse);
     if (inUse) {
         activateWindow();
         setFocus();

@@ -185,7 +185,8 @@ TEST_F(MainWindowTest, FailedOpenShowsMessageClosesProgressAndReenablesWindow) {
     EXPECT_NE(messages.shown[0].text.find("/x/Bad.txt"), std::string::npos);
     EXPECT_NE(messages.shown[0].text.find("not a profile"), std::string::npos);
     EXPECT_FALSE(progress.isVisible());
-    EXPECT_TRUE(window->isEnabled());
+    EXPECT_TRUE(window->menuBar()->isEnabled());
+    EXPECT_TRUE(window->centralWidget()->isEnabled());
 }
 
 TEST_F(MainWindowTest, MergeHookRunsBetweenReadAndRebuild) {
@@ -194,13 +195,16 @@ TEST_F(MainWindowTest, MergeHookRunsBetweenReadAndRebuild) {
     window->showMerge = [&] {
         ran = true;
         EXPECT_FALSE(progress.isVisible());
+        // The window is out of use, its dialogs are not.
+        EXPECT_FALSE(window->menuBar()->isEnabled());
+        EXPECT_TRUE(window->Settings().isEnabled());
         defs.DialogOK = true;
     };
     dialogs.opens = {FileDialogResult{true, "/x/Two.tsy", 2, "/x/"}};
     window->mnuFileMerge->trigger();
     EXPECT_TRUE(ran);
     EXPECT_TRUE(messages.Showed("Merge complete"));
-    EXPECT_TRUE(window->isEnabled());
+    EXPECT_TRUE(window->menuBar()->isEnabled());
 
     // Without a dialog attached, Options and Build Set answer Cancel.
     defs.DialogOK = true;
