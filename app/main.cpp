@@ -1,13 +1,15 @@
 // Vantrel desktop program: start-up, then the main window.
 #include "app/qt_gui_ports.h"
 #include "app/qt_settings_store.h"
+#include "forms/qt_icon.h"
+#include "mainwindow/frmMain.h"
+#include "mainwindow/qt_file_dialogs.h"
 #include "startup/frmLoad.h"
 #include "startup/main_sequence.h"
 #include "startup/paths.h"
 
 #include <QApplication>
-#include <QLabel>
-#include <QMainWindow>
+#include <QIcon>
 
 #include <cstdlib>
 
@@ -22,8 +24,8 @@ std::string ProgramFolder(const QStringList& args) {
     const char* xdg = std::getenv("XDG_DATA_HOME");
     const char* home = std::getenv("HOME");
     std::string exeDir = ExecutableDir();
-    std::string folder = ChooseProgramFolder(exeDir, IsWritableDirectory(exeDir), xdg ? xdg : "",
-                                             home ? home : "");
+    std::string folder =
+        ChooseProgramFolder(exeDir, IsWritableDirectory(exeDir), xdg ? xdg : "", home ? home : "");
     MakeDirectory(folder);
     return folder;
 }
@@ -32,27 +34,31 @@ std::string ProgramFolder(const QStringList& args) {
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setApplicationName("vantrel");
+    QApplication::setWindowIcon(QIcon(VantrelIcon(64)));
 
     Definitions defs;
     frmLoad progress;
     QtMessages messages;
     QtSettingsStore settings;
     QtShell shell;
+    SystemClock clock;
     DefaultRandom random;
+
+    // The game's archive library and the zip steps of start-up.
     GameFolderOnlyLibrary archives(settings);
     ZipSteps zips;
+
     StartupPorts ports{progress, messages, settings, shell, random, archives, zips};
+    if (Main(defs, ports, ProgramFolder(QApplication::arguments())) != LoadOutcome::Loaded)
+        return 0;
 
-    if (Main(defs, ports, ProgramFolder(QApplication::arguments())) != LoadOutcome::Loaded) return 0;
-
-    QMainWindow window;
-    window.setObjectName("frmMain");
-    window.setWindowTitle("Vantrel");
-    auto* label = new QLabel(QString("%1 units loaded from %2")
-                                 .arg(defs.Units.UBound())
-                                 .arg(QString::fromStdString(UnitsDir(defs.AppDir))));
-    label->setMargin(24);
-    window.setCentralWidget(label);
-    window.show();
+    QtFileDialogs dialogs;
+    ProfileIO profiles; // SaveAI, ReadAI, ReadTessalyAI
+    frmMain window(defs, {messages, settings, shell, progress, clock, random, dialogs, profiles});
+    messages.SetParent(&window);
+    dialogs.SetParent(&window);
+    // The Merge, Options and Build Set dialogs are attached here:
+    //   window.showMerge / window.showOptions / window.showBuildSet
+    window.Load();
     return QApplication::exec();
 }

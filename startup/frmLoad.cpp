@@ -27,22 +27,31 @@ frmLoad::frmLoad(QWidget* parent) : QDialog(parent) {
 }
 
 void frmLoad::OnChange() {
-    lblStatus->setText(QString::fromLatin1(Status().data(), static_cast<qsizetype>(Status().size())));
+    lblStatus->setText(
+        QString::fromLatin1(Status().data(), static_cast<qsizetype>(Status().size())));
     prbMain->setRange(0, Maximum());
     prbMain->setValue(Value());
 }
 
 void frmLoad::Show() {
+    // Over the window that is busy, and painted before the work starts.
+    if (QWidget* busy = QApplication::activeWindow(); busy && busy != this)
+        move(busy->geometry().center() - rect().center());
     show();
     raise();
+    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 void frmLoad::Repaint() {
     if (isVisible()) repaint();
 }
 
-void frmLoad::Close() { hide(); }
+void frmLoad::Close() {
+    hide();
+}
 
-void frmLoad::ProcessEvents() { QApplication::processEvents(); }
+void frmLoad::ProcessEvents() {
+    QApplication::processEvents();
+}
 
 } // namespace vantrel

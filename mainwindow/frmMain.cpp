@@ -1,0 +1,316 @@
+#include "mainwindow/frmMain.h"
+
+#include "catalogue/text.h"
+#include "forms/frmAbout.h"
+#include "forms/frmHelp.h"
+#include "forms/frmSettings.h"
+#include "forms/qt_icon.h"
+#include "forms/qt_text.h"
+#include "mainwindow/help_file.h"
+#include "mainwindow/qt_board.h"
+#include "mainwindow/randomize.h"
+#include "startup/paths.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QVBoxLayout>
+
+namespace vantrel {
+
+namespace {
+constexpr int BannerHeight = 20; // pixels (255 twips at 96 dpi, with room for the bold font)
+
+// The caption a control-array item stands for ('&' kept as typed).
+QString ItemCaption(const QAction* action) {
+    return action->data().toString();
+}
+} // namespace
+
+frmMain::frmMain(Definitions& defs, MainWindowPorts ports, QWidget* parent)
+    : QMainWindow(parent), defs_(defs), ports_(ports) {
+    setObjectName("frmMain");
+    setWindowTitle("Vantrel");
+    setWindowIcon(QIcon(VantrelIcon(64)));
+
+    auto* central = new QWidget(this);
+    central->setObjectName("frmMainClient");
+    auto* layout = new QVBoxLayout(central);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    BuildBanner();
+    picBorder->setParent(central);
+    layout->addWidget(picBorder);
+    board = new UnitBoard(defs_, ports_.messages, ports_.progress, central);
+    layout->addWidget(board, 1);
+    setCentralWidget(central);
+
+    settings_ = new frmSettings(defs_, this);
+    settings_->SetBannerLabel(lblAIName);
+
+    auto cancelled = [this] { defs_.DialogOK = false; };
+    showMerge = cancelled;
+    showOptions = cancelled;
+    showBuildSet = cancelled;
+    runModal = [](QDialog& dialog) { dialog.exec(); };
+
+    commands_ = std::make_unique<FileCommands>(
+        FileCommandPorts{defs_, ports_.messages, ports_.settings, ports_.shell, ports_.progress,
+                         *settings_, ports_.clock, ports_.dialogs, ports_.profiles},
+        *this);
+    BuildMenus();
+    resize(820, 600);
+}
+
+frmMain::~frmMain() = default;
+
+void frmMain::BuildBanner() {
+    picBorder = new QWidget(this);
+    picBorder->setObjectName("picBorder");
+    picBorder->setFixedHeight(BannerHeight);
+    picBorder->setAutoFillBackground(true);
+    QPalette palette = picBorder->palette();
+    palette.setColor(QPalette::Window, palette.color(QPalette::Active, QPalette::Highlight));
+    palette.setColor(QPalette::WindowText, Qt::white);
+    picBorder->setPalette(palette);
+
+    lblAIName = new QLabel("New AI", picBorder);
+    lblAIName->setObjectName("lblAIName");
+    QFont bold = lblAIName->font();
+    bold.setBold(true);
+    lblAIName->setFont(bold);
+    lblAIName->setTextFormat(Qt::PlainText);
+    // The layout keeps the label centred whenever its text or the banner changes.
+    auto* row = new QHBoxLayout(picBorder);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(lblAIName, 0, Qt::AlignCenter);
+}
+
+QAction* frmMain::AddItem(QMenu* menu, const char* name, const char* caption,
+                          std::function<void()> handler) {
+    QAction* action = menu->addAction(QString::fromLatin1(caption));
+    action->setObjectName(name);
+    connect(action, &QAction::triggered, this, [handler = std::move(handler)] { handler(); });
+    return action;
+}
+
+QAction* frmMain::AddSeparator(QMenu* menu, const char* name) {
+    QAction* action = menu->addSeparator();
+    action->setObjectName(name);
+    return action;
+}
+
+QAction* frmMain::AddArrayItem(QMenu* menu, const char* name, const QString& caption,
+                               std::vector<QAction*>& array, void (frmMain::*handler)(int)) {
+    QAction* action = menu->addAction(caption);
+    action->setObjectName(name);
+    action->setData(caption);
+    action->setCheckable(true);
+    const int index = static_cast<int>(array.size());
+    array.push_back(action);
+    connect(action, &QAction::triggered, this, [this, action, handler, index](bool checked) {
+        action->setChecked(!checked); // undo Qt's own toggle: the handler checks
+        (this->*handler)(index);
+    });
+    return action;
+}
+
+void frmMain::BuildMenus() {
+    QMenuBar* bar = menuBar();
+    mnuFile = bar->addMenu("&File");
+    mnuFile->setObjectName("mnuFile");
+    mnuFileNew = AddItem(mnuFile, "mnuFileNew", "&New", [this] { commands_->New(); });
+    mnuFileOpen = AddItem(mnuFile, "mnuFileOpen", "&Open...", [this] { commands_->Open(); });
+    mnuFileSave = AddItem(mnuFile, "mnuFileSave", "&Save...", [this] { commands_->Save(); });
+    mnuFileSep1 = AddSeparator(mnuFile, "mnuFileSep1");
+    mnuFileMerge = AddItem(mnuFile, "mnuFileMerge", "&Merge...", [this] { commands_->Merge(); });
+    mnuFileSep2 = AddSeparator(mnuFile, "mnuFileSep2");
+    mnuFileExit = AddItem(mnuFile, "mnuFileExit", "&Exit", [this] { mnuFileExit_Click(); });
+
+    mnuView = bar->addMenu("&View");
+    mnuView->setObjectName("mnuView");
+    mnuViewOptions =
+        AddItem(mnuView, "mnuViewOptions", "&Options...", [this] { mnuViewOptions_Click(); });
+    mnuVIewSep1 = AddSeparator(mnuView, "mnuVIewSep1");
+    mnuViewIncludes =
+        AddItem(mnuView, "mnuViewIncludes", "&Build Set...", [this] { mnuViewIncludes_Click(); });
+    mnuViewSettings =
+        AddItem(mnuView, "mnuViewSettings", "&Settings...", [this] { mnuViewSettings_Click(); });
+    mnuViewExternal =
+        AddItem(mnuView, "mnuViewExternal", "&External...", [this] { commands_->External(); });
+    mnuViewRandomize =
+        AddItem(mnuView, "mnuViewRandomize", "&Randomize...", [this] { mnuViewRandomize_Click(); });
+
+    mnuSide = bar->addMenu("&Side");
+    mnuSide->setObjectName("mnuSide");
+    mnuSideOptionA.push_back(nullptr); // the array starts at 1
+    AddArrayItem(mnuSide, "mnuSideOptionA", "Arm", mnuSideOptionA, &frmMain::mnuSideOptionA_Click);
+    AddArrayItem(mnuSide, "mnuSideOptionA", "Core", mnuSideOptionA, &frmMain::mnuSideOptionA_Click);
+    mnuSideOptionA.push_back(AddSeparator(mnuSide, "mnuSideOptionA"));
+    AddArrayItem(mnuSide, "mnuSideOption", "&Units", mnuSideOption, &frmMain::mnuSideOption_Click)
+        ->setVisible(false);
+
+    mnuType = bar->addMenu("&Type");
+    mnuType->setObjectName("mnuType");
+    for (std::size_t c = 0; c < Categories.size(); ++c) {
+        AddArrayItem(mnuType, "mnuTypes", QtText(std::string(Categories[c].MenuCaption)), mnuTypes,
+                     &frmMain::mnuTypes_Click);
+        if (c == 0) mnuTypes.push_back(AddSeparator(mnuType, "mnuTypes"));
+    }
+
+    mnuHelp = bar->addMenu("&Help");
+    mnuHelp->setObjectName("mnuHelp");
+    mnuHelpContents =
+        AddItem(mnuHelp, "mnuHelpContents", "&Contents...", [this] { mnuHelpContents_Click(); });
+    mnuHelpAbout = AddItem(mnuHelp, "mnuHelpAbout", "&About...", [this] { mnuHelpAbout_Click(); });
+}
+
+void frmMain::Load() {
+    commands_->Load();
+    // One Side menu item for every further side, made from the hidden template.
+    for (const std::string& caption : FurtherSideCaptions(defs_)) {
+        QString text = QtText(caption);
+        QAction* item = AddArrayItem(mnuSide, "mnuSideOption", QString(text).replace("&", "&&"),
+                                     mnuSideOption, &frmMain::mnuSideOption_Click);
+        item->setData(text);
+        item->setVisible(true);
+    }
+    defs_.CurrentSide = UCase(StdText(ItemCaption(mnuSideOptionA[1])));
+    mnuSideOptionA[1]->setChecked(true);
+    show();
+    defs_.CurrentSideIndex = 1;
+    ShowSettings(false);
+}
+
+void frmMain::ResizeMe() {
+    if (isMinimized()) return;
+    board->ResizeMe();
+}
+
+// ---------------------------------------------------------------------------
+// Type and Side menus
+// ---------------------------------------------------------------------------
+void frmMain::mnuTypes_Click(int index) {
+    defs_.BoardTop = 0;
+    if (index < 0 || index >= static_cast<int>(mnuTypes.size()) || mnuTypes[index]->isSeparator())
+        return;
+    QAction* chosen = mnuTypes[static_cast<std::size_t>(index)];
+    if (chosen->isChecked()) return; // choosing the checked category does nothing
+    for (QAction* item : mnuTypes)
+        item->setChecked(false);
+    chosen->setChecked(true);
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    board->BuildForCategory(StdText(ItemCaption(chosen)));
+    QApplication::restoreOverrideCursor();
+}
+
+void frmMain::SelectSide(std::vector<QAction*>& chosen, std::vector<QAction*>& other, int first,
+                         int index) {
+    defs_.CurrentSideIndex = index;
+    // A separator or a missing item is skipped, as with any failing step.
+    auto isItem = [](const std::vector<QAction*>& array, int i) {
+        return i >= 1 && i < static_cast<int>(array.size()) && array[i] &&
+               !array[static_cast<std::size_t>(i)]->isSeparator();
+    };
+    for (int i = 1; i < static_cast<int>(other.size()); ++i)
+        if (isItem(other, i)) other[static_cast<std::size_t>(i)]->setChecked(false);
+    for (int i = first; i < static_cast<int>(chosen.size()); ++i)
+        if (isItem(chosen, i)) chosen[static_cast<std::size_t>(i)]->setChecked(false);
+    if (isItem(chosen, index)) {
+        QAction* item = chosen[static_cast<std::size_t>(index)];
+        item->setChecked(true);
+        defs_.CurrentSide = UCase(StdText(ItemCaption(item)));
+    }
+    // Rebuild the board for the checked category, when there is one.
+    for (int i = 0; i < static_cast<int>(mnuTypes.size()); ++i) {
+        if (!mnuTypes[static_cast<std::size_t>(i)]->isChecked()) continue;
+        mnuTypes[static_cast<std::size_t>(i)]->setChecked(false);
+        mnuTypes_Click(i);
+        break;
+    }
+}
+
+void frmMain::mnuSideOptionA_Click(int index) {
+    SelectSide(mnuSideOptionA, mnuSideOption, 1, index);
+}
+void frmMain::mnuSideOption_Click(int index) {
+    SelectSide(mnuSideOption, mnuSideOptionA, 1, index);
+}
+
+void frmMain::ReselectCurrentSide() {
+    if (IsStandardSide(defs_.CurrentSide))
+        mnuSideOptionA_Click(defs_.CurrentSideIndex);
+    else
+        mnuSideOption_Click(defs_.CurrentSideIndex);
+}
+
+// ---------------------------------------------------------------------------
+// Commands
+// ---------------------------------------------------------------------------
+void frmMain::SetInUse(bool inUse) {
+    // Menus and board only: disabling the window itself would disable its
+    // dialogs and message boxes too.
+    menuBar()->setEnabled(inUse);
+    centralWidget()->setEnabled(inUse);
+    if (inUse) {
+        activateWindow();
+        setFocus();
+    }
+}
+
+void frmMain::ShowSettings(bool forNewAI) {
+    if (forNewAI) settings_->Tag = "New";
+    runModal(*settings_);
+}
+
+void frmMain::ShowMerge() {
+    showMerge();
+}
+
+void frmMain::mnuFileExit_Click() {
+    close();
+}
+
+void frmMain::mnuViewOptions_Click() {
+    defs_.DialogOK = false;
+    showOptions();
+    if (defs_.DialogOK) ReselectCurrentSide();
+}
+
+void frmMain::mnuViewIncludes_Click() {
+    defs_.DialogOK = false;
+    showBuildSet();
+    if (defs_.DialogOK) ReselectCurrentSide();
+}
+
+void frmMain::mnuViewRandomize_Click() {
+    if (Randomize(defs_, ports_.messages, ports_.clock, ports_.random)) ReselectCurrentSide();
+}
+
+void frmMain::mnuHelpContents_Click() {
+    const std::string file = EnsureHelpFile(defs_.AppDir, HelpSourceCandidates(ExecutableDir()));
+    if (!help_) help_ = new frmHelp(this);
+    help_->ShowContents(QtText(file));
+}
+
+void frmMain::mnuHelpAbout_Click() {
+    frmAbout about(ports_.shell, this);
+    runModal(about);
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    if (!commands_->Closing()) {
+        event->ignore(); // Cancel: the window stays open
+        return;
+    }
+    // Every other window of the program goes with the main window.
+    for (QDialog* dialog : findChildren<QDialog*>())
+        dialog->hide();
+    event->accept();
+}
+
+} // namespace vantrel

@@ -1,0 +1,129 @@
+// The main window: the banner with the AI's name, the unit board, and the
+// File, View, Side, Type and Help menus.
+#pragma once
+
+#include "catalogue/definitions.h"
+#include "mainwindow/file_commands.h"
+#include "startup/ports.h"
+
+#include <QMainWindow>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+class QAction;
+class QDialog;
+class QLabel;
+class QMenu;
+
+namespace vantrel {
+
+class UnitBoard;
+class frmSettings;
+class frmHelp;
+
+struct MainWindowPorts {
+    Messages& messages;
+    SettingsStore& settings;
+    Shell& shell;
+    Progress& progress; // frmLoad
+    Clock& clock;
+    RandomSource& random;
+    FileDialogs& dialogs;
+    ProfileIO& profiles;
+};
+
+class frmMain : public QMainWindow, public MainWindowHooks {
+    Q_OBJECT
+  public:
+    frmMain(Definitions& defs, MainWindowPorts ports, QWidget* parent = nullptr);
+    ~frmMain() override;
+
+    // Form load: Side menu, current side, show the window, then the Settings dialog.
+    void Load();
+    // The layout of banner, scroll bar and cards.
+    void ResizeMe();
+
+    // Dialogs written elsewhere; each is shown modally and reports through
+    // DialogOK. Until they are set they answer Cancel (DialogOK false).
+    std::function<void()> showMerge;
+    std::function<void()> showOptions;
+    std::function<void()> showBuildSet;
+    // Runs a modal dialog (Settings, About). Tests replace it to script the dialog.
+    std::function<void(QDialog&)> runModal;
+
+    frmSettings& Settings() { return *settings_; }
+    FileCommands& Commands() { return *commands_; }
+    frmHelp* HelpViewer() { return help_; }
+
+    // Menu handlers (menu clicks and re-selection call them).
+    void mnuTypes_Click(int index);
+    void mnuSideOptionA_Click(int index);
+    void mnuSideOption_Click(int index);
+    void mnuFileExit_Click();
+    void mnuViewOptions_Click();
+    void mnuViewIncludes_Click();
+    void mnuViewSettings_Click() { ShowSettings(false); }
+    void mnuViewRandomize_Click();
+    void mnuHelpContents_Click();
+    void mnuHelpAbout_Click();
+
+    QWidget* picBorder = nullptr;
+    QLabel* lblAIName = nullptr;
+    UnitBoard* board = nullptr; // holds picScreen and Vscroll1
+
+    QMenu* mnuFile = nullptr;
+    QAction* mnuFileNew = nullptr;
+    QAction* mnuFileOpen = nullptr;
+    QAction* mnuFileSave = nullptr;
+    QAction* mnuFileSep1 = nullptr;
+    QAction* mnuFileMerge = nullptr;
+    QAction* mnuFileSep2 = nullptr;
+    QAction* mnuFileExit = nullptr;
+    QMenu* mnuView = nullptr;
+    QAction* mnuViewOptions = nullptr;
+    QAction* mnuVIewSep1 = nullptr;
+    QAction* mnuViewIncludes = nullptr;
+    QAction* mnuViewSettings = nullptr;
+    QAction* mnuViewExternal = nullptr;
+    QAction* mnuViewRandomize = nullptr;
+    QMenu* mnuSide = nullptr;
+    std::vector<QAction*> mnuSideOptionA; // [1] Arm, [2] Core, [3] separator ([0] unused)
+    std::vector<QAction*> mnuSideOption;  // [0] hidden template, [1..] further sides
+    QMenu* mnuType = nullptr;
+    std::vector<QAction*> mnuTypes; // [0] All, [1] separator, [2..11] categories
+    QMenu* mnuHelp = nullptr;
+    QAction* mnuHelpContents = nullptr;
+    QAction* mnuHelpAbout = nullptr;
+
+    // MainWindowHooks (the re-select step of Open, Merge, New, Options and Build Set)
+    void ReselectCurrentSide() override;
+    void SetInUse(bool inUse) override;
+    void ShowSettings(bool forNewAI) override;
+    void ShowMerge() override;
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void BuildMenus();
+    void BuildBanner();
+    QAction* AddItem(QMenu* menu, const char* name, const char* caption,
+                     std::function<void()> handler);
+    QAction* AddSeparator(QMenu* menu, const char* name);
+    // A control-array item: a click runs `handler` with the item's index; the
+    // handler, not the click, decides the check mark.
+    QAction* AddArrayItem(QMenu* menu, const char* name, const QString& caption,
+                          std::vector<QAction*>& array, void (frmMain::*handler)(int));
+    void SelectSide(std::vector<QAction*>& chosen, std::vector<QAction*>& other, int first,
+                    int index);
+
+    Definitions& defs_;
+    MainWindowPorts ports_;
+    frmSettings* settings_ = nullptr;
+    frmHelp* help_ = nullptr;
+    std::unique_ptr<FileCommands> commands_;
+};
+
+} // namespace vantrel

@@ -1,0 +1,54 @@
+#include "mainwindow/qt_file_dialogs.h"
+
+#include "forms/qt_text.h"
+
+#include <QDir>
+#include <QFileDialog>
+
+namespace vantrel {
+
+QStringList QtNameFilters(const std::string& filter) {
+    const QStringList parts = QtText(filter).split('|');
+    QStringList filters;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2)
+        filters << QString("%1 (%2)").arg(parts[i], QString(parts[i + 1]).replace(';', ' '));
+    return filters;
+}
+
+namespace {
+FileDialogResult Run(QFileDialog& dialog, const std::string& filter) {
+    const QStringList filters = QtNameFilters(filter);
+    dialog.setNameFilters(filters);
+    FileDialogResult result;
+    result.accepted = dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
+    result.folder = StdText(QDir::toNativeSeparators(dialog.directory().absolutePath()));
+    if (!result.folder.empty() && result.folder.back() != '/') result.folder += '/';
+    if (result.accepted) {
+        result.path = StdText(dialog.selectedFiles().front());
+        result.filterIndex = static_cast<int>(filters.indexOf(dialog.selectedNameFilter())) + 1;
+        if (result.filterIndex < 1) result.filterIndex = 1;
+    }
+    return result;
+}
+} // namespace
+
+FileDialogResult QtFileDialogs::Open(const std::string& title, const std::string& filter,
+                                     const std::string& initialFolder) {
+    QFileDialog dialog(parent_, QtText(title), QtText(initialFolder));
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    return Run(dialog, filter);
+}
+
+FileDialogResult QtFileDialogs::Save(const std::string& title, const std::string& filter,
+                                     const std::string& initialFolder,
+                                     const std::string& proposedName) {
+    QFileDialog dialog(parent_, QtText(title), QtText(initialFolder));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite, false);
+    dialog.selectFile(QtText(proposedName));
+    return Run(dialog, filter);
+}
+
+} // namespace vantrel

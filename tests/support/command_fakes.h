@@ -1,0 +1,131 @@
+// Scripted stand-ins for the message boxes, file dialogs, profile files, shell
+// and main window, so the file commands run in tests without a modal window.
+#pragma once
+
+#include "mainwindow/file_commands.h"
+#include "startup/ports.h"
+
+#include <deque>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace vantrel::testing {
+
+struct ShownMessage {
+    std::string text, title;
+    MsgButtons buttons;
+    MsgIcon icon;
+};
+
+// Answers from a queue (OK / the first button when it runs dry) and records each box.
+class ScriptedMessages : public Messages {
+  public:
+    std::deque<MsgAnswer> answers;
+    std::vector<ShownMessage> shown;
+    int beeps = 0;
+    MsgAnswer Show(const std::string& text, const std::string& title, MsgButtons buttons,
+                   MsgIcon icon) override {
+        shown.push_back({text, title, buttons, icon});
+        if (answers.empty()) return buttons == MsgButtons::OK ? MsgAnswer::OK : MsgAnswer::No;
+        MsgAnswer a = answers.front();
+        answers.pop_front();
+        return a;
+    }
+    void Beep() override { ++beeps; }
+    bool Showed(const std::string& text) const {
+        for (const auto& m : shown)
+            if (m.text == text) return true;
+        return false;
+    }
+};
+
+struct DialogCall {
+    std::string title, filter, initialFolder, proposedName;
+};
+
+// Each Open or Save call takes the next scripted result; none left means Cancel.
+class ScriptedFileDialogs : public FileDialogs {
+  public:
+    std::deque<FileDialogResult> opens, saves;
+    std::vector<DialogCall> openCalls, saveCalls;
+    FileDialogResult Open(const std::string& title, const std::string& filter,
+                          const std::string& initialFolder) override {
+        openCalls.push_back({title, filter, initialFolder, ""});
+        return Next(opens, initialFolder);
+    }
+    FileDialogResult Save(const std::string& title, const std::string& filter,
+                          const std::string& initialFolder,
+                          const std::string& proposedName) override {
+        saveCalls.push_back({title, filter, initialFolder, proposedName});
+        return Next(saves, initialFolder);
+    }
+
+  private:
+    static FileDialogResult Next(std::deque<FileDialogResult>& queue, const std::string& start) {
+        if (queue.empty()) return FileDialogResult{false, "", 1, start};
+        FileDialogResult r = queue.front();
+        queue.pop_front();
+        return r;
+    }
+};
+
+struct ProfileCall {
+    std::string op; // "save", "read", "tessaly"
+    std::string path;
+    bool merge = false;
+};
+
+// Records calls; `failure` makes every call throw ProfileError. A save writes
+// the AI's name into the file so that tests can see what was written.
+class FakeProfileIO : public ProfileIO {
+  public:
+    std::vector<ProfileCall> calls;
+    std::string failure;
+
+    void Save(ProfileContext& ctx, const std::string& path) override {
+        Record("save", path, false);
+        std::ofstream(path, std::ios::binary) << "[AI] " << ctx.fields.AIName() << "\r\n";
+    }
+    void Read(ProfileContext&, const std::string& path, bool merge) override {
+        Record("read", path, merge);
+    }
+    void ReadTessaly(ProfileContext&, const std::string& path, bool merge) override {
+        Record("tessaly", path, merge);
+    }
+
+  private:
+    void Record(const char* op, const std::string& path, bool merge) {
+        calls.push_back({op, path, merge});
+        if (!failure.empty()) throw ProfileError("Cannot use '" + path + "': " + failure);
+    }
+};
+
+class FakeShell : public Shell {
+  public:
+    bool openSucceeds = true;
+    std::vector<std::string> opened;
+    int restarts = 0;
+    bool RestartSelf() override { return ++restarts, true; }
+    bool OpenDocument(const std::string& target) override {
+        opened.push_back(target);
+        return openSucceeds;
+    }
+};
+
+class FixedClock : public Clock {
+  public:
+    std::time_t Now() override { return 1700000000; }
+    double SecondsSinceMidnight() override { return 4321.5; }
+};
+
+// The progress form: counts how often it was shown and closed.
+class CountingProgress : public Progress {
+  public:
+    int shows = 0, closes = 0;
+    bool visible = false;
+    void Show() override { ++shows, visible = true; }
+    void Close() override { ++closes, visible = false; }
+};
+
+} // namespace vantrel::testing
