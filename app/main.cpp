@@ -7,6 +7,7 @@
 #include "startup/frmLoad.h"
 #include "startup/main_sequence.h"
 #include "startup/paths.h"
+#include "startup/zip_steps.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -46,7 +47,7 @@ int main(int argc, char** argv) {
 
     // The game's archive library and the zip steps of start-up.
     GameFolderOnlyLibrary archives(settings);
-    ZipSteps zips;
+    LibzipSteps zips;
 
     StartupPorts ports{progress, messages, settings, shell, random, archives, zips};
     if (Main(defs, ports, ProgramFolder(QApplication::arguments())) != LoadOutcome::Loaded)
