@@ -19,7 +19,9 @@ namespace {
 QString Latin1(const std::string& s) {
     return QString::fromLatin1(s.data(), static_cast<qsizetype>(s.size()));
 }
-std::string FromQt(const QString& s) { return s.toLatin1().toStdString(); }
+std::string FromQt(const QString& s) {
+    return s.toLatin1().toStdString();
+}
 
 void Place(QWidget* w, const TwipRect& r) {
     w->setGeometry(TwipsToPixels(r.Left), TwipsToPixels(r.Top), TwipsToPixels(r.Width),
@@ -36,13 +38,20 @@ void Colour(QWidget* w, const QColor& back, const QColor& text) {
 // Qt's key to the key codes of the slider table (0: not one of them).
 int KeyCode(int qtKey) {
     switch (qtKey) {
-    case Qt::Key_PageUp: return KeyPageUp;
-    case Qt::Key_PageDown: return KeyPageDown;
-    case Qt::Key_Left: return KeyLeft;
-    case Qt::Key_Up: return KeyUp;
-    case Qt::Key_Right: return KeyRight;
-    case Qt::Key_Down: return KeyDown;
-    default: return 0;
+    case Qt::Key_PageUp:
+        return KeyPageUp;
+    case Qt::Key_PageDown:
+        return KeyPageDown;
+    case Qt::Key_Left:
+        return KeyLeft;
+    case Qt::Key_Up:
+        return KeyUp;
+    case Qt::Key_Right:
+        return KeyRight;
+    case Qt::Key_Down:
+        return KeyDown;
+    default:
+        return 0;
     }
 }
 
@@ -52,9 +61,15 @@ SliderSettings SettingsOf(const QSlider* s) {
 
 } // namespace
 
-QColor frmUnit::ActiveCaptionColor() { return QApplication::palette().color(QPalette::Highlight); }
-QColor frmUnit::InactiveCaptionColor() { return QApplication::palette().color(QPalette::Mid); }
-QColor frmUnit::ButtonFaceColor() { return QApplication::palette().color(QPalette::Button); }
+QColor frmUnit::ActiveCaptionColor() {
+    return QApplication::palette().color(QPalette::Highlight);
+}
+QColor frmUnit::InactiveCaptionColor() {
+    return QApplication::palette().color(QPalette::Mid);
+}
+QColor frmUnit::ButtonFaceColor() {
+    return QApplication::palette().color(QPalette::Button);
+}
 
 frmUnit::frmUnit(Definitions& defs, QWidget* parent) : QWidget(parent), defs_(defs) {
     setObjectName("frmUnit");
@@ -116,10 +131,10 @@ frmUnit::frmUnit(Definitions& defs, QWidget* parent) : QWidget(parent), defs_(de
         Place(sl, r);
         return sl;
     };
-    sldPriority = slider("sldPriority", "Unit Build Priority", CardDesign::sldPriority,
-                         PriorityDesign);
-    sldNumbers = slider("sldNumbers", "Maximum Number Produced", CardDesign::sldNumbers,
-                        NumbersDesign);
+    sldPriority =
+        slider("sldPriority", "Unit Build Priority", CardDesign::sldPriority, PriorityDesign);
+    sldNumbers =
+        slider("sldNumbers", "Maximum Number Produced", CardDesign::sldNumbers, NumbersDesign);
     Frame1->lower();
 
     // Change and Scroll both arrive as valueChanged (tracking is on).
@@ -136,17 +151,21 @@ frmUnit::frmUnit(Definitions& defs, QWidget* parent) : QWidget(parent), defs_(de
     InputBox = [this](const std::string& title,
                       const std::string& prompt) -> std::optional<std::string> {
         bool ok = false;
-        QString answer = QInputDialog::getText(this, Latin1(title),
-                                               Latin1(ReplaceAll(prompt, "\r\n", "\n")),
-                                               QLineEdit::Normal, QString(), &ok);
+        QString answer =
+            QInputDialog::getText(this, Latin1(title), Latin1(ReplaceAll(prompt, "\r\n", "\n")),
+                                  QLineEdit::Normal, QString(), &ok);
         if (!ok) return std::nullopt;
         return FromQt(answer);
     };
 }
 
-vtUnit& frmUnit::Unit() { return defs_.Units[UnitIndex]; }
+vtUnit& frmUnit::Unit() {
+    return defs_.Units[UnitIndex];
+}
 
-bool frmUnit::Contains(const QWidget* w) const { return w && (w == this || isAncestorOf(w)); }
+bool frmUnit::Contains(const QWidget* w) const {
+    return w && (w == this || isAncestorOf(w));
+}
 
 void frmUnit::SetValueCaption(QLabel* label, const std::string& text) {
     label->setText(Latin1(text));
@@ -235,13 +254,13 @@ void frmUnit::SetValuesBold(bool bold) {
 }
 
 void frmUnit::SetIncludedView(bool included) {
-    for (QWidget* w : std::initializer_list<QWidget*>{txtLimit, txtWeight, lblLimit, lblWeight,
-                                                      lblPriority, lblNumbers, sldPriority,
-                                                      sldNumbers})
+    for (QWidget* w :
+         std::initializer_list<QWidget*>{txtLimit, txtWeight, lblLimit, lblWeight, lblPriority,
+                                         lblNumbers, sldPriority, sldNumbers})
         w->setVisible(included);
     if (!included) {
-        TwipRect place =
-            ExcludedNoticePlace(PixelsToTwips(width()), PixelsToTwips(height()), layout_.lblExclude);
+        TwipRect place = ExcludedNoticePlace(PixelsToTwips(width()), PixelsToTwips(height()),
+                                             layout_.lblExclude);
         layout_.lblExclude = place;
         Place(lblExclude, place);
     }
@@ -327,8 +346,10 @@ bool frmUnit::EntryKey(QLineEdit* field, QKeyEvent* key) {
     else
         return false; // no character: cursor keys, Delete and the like
     switch (FilterEntryKey(code, FromQt(field->text()))) {
-    case KeyVerdict::Accept: return false;
-    case KeyVerdict::Cancel: return true;
+    case KeyVerdict::Accept:
+        return false;
+    case KeyVerdict::Cancel:
+        return true;
     case KeyVerdict::Commit:
         if (field == txtWeight)
             CommitWeight(true);
@@ -406,7 +427,8 @@ bool frmUnit::eventFilter(QObject* watched, QEvent* event) {
         if (watched == txtLimit) CommitLimit(false);
         break;
     }
-    default: break;
+    default:
+        break;
     }
     return QWidget::eventFilter(watched, event);
 }

@@ -18,8 +18,9 @@ int RoundHalfEven(double value) {
 
 namespace {
 
-// Max, then LargeChange = Max / 100 of the scale's top, SmallChange a tenth of
-// that, a tick every tenth of the range.
+// A slider over 0..max: the page step is a tenth of the option's value
+// (`scaleTop`), the arrow step a tenth of the page step, a tick every tenth
+// of the range; each rounded halves-to-even.
 SliderSettings SettingsFor(int max, int scaleTop) {
     SliderSettings s;
     s.Min = 0;
@@ -32,8 +33,12 @@ SliderSettings SettingsFor(int max, int scaleTop) {
 
 } // namespace
 
-SliderSettings PrioritySettings(int weightMax) { return SettingsFor(weightMax * 100, weightMax); }
-SliderSettings NumbersSettings(int limitMax) { return SettingsFor(limitMax, limitMax); }
+SliderSettings PrioritySettings(int weightMax) {
+    return SettingsFor(weightMax * 100, weightMax);
+}
+SliderSettings NumbersSettings(int limitMax) {
+    return SettingsFor(limitMax, limitMax);
+}
 SliderSettings PrioritySettings(const Definitions& defs) {
     return PrioritySettings(defs.Option(optWeightMax));
 }
@@ -77,25 +82,37 @@ void FillUnit(Definitions& defs, int unitIndex, const SliderSettings& priority,
 
 int SliderKeyDelta(int keyCode, bool prioritySlider) {
     switch (keyCode) {
-    case KeyUp: return 10;
-    case KeyDown: return -10;
-    case KeyLeft: return -1;
-    case KeyRight: return 1;
-    case KeyPageUp: return prioritySlider ? 101 : 10;
-    case KeyPageDown: return prioritySlider ? -101 : -10;
-    default: return 0;
+    case KeyUp:
+        return 10;
+    case KeyDown:
+        return -10;
+    case KeyLeft:
+        return -1;
+    case KeyRight:
+        return 1;
+    case KeyPageUp:
+        return prioritySlider ? 101 : 10;
+    case KeyPageDown:
+        return prioritySlider ? -101 : -10;
+    default:
+        return 0;
     }
 }
 
 int TrackbarStep(int keyCode, const SliderSettings& slider) {
     switch (keyCode) {
     case KeyLeft:
-    case KeyUp: return -slider.SmallChange;
+    case KeyUp:
+        return -slider.SmallChange;
     case KeyRight:
-    case KeyDown: return slider.SmallChange;
-    case KeyPageUp: return -slider.LargeChange;
-    case KeyPageDown: return slider.LargeChange;
-    default: return 0;
+    case KeyDown:
+        return slider.SmallChange;
+    case KeyPageUp:
+        return -slider.LargeChange;
+    case KeyPageDown:
+        return slider.LargeChange;
+    default:
+        return 0;
     }
 }
 
@@ -142,8 +159,7 @@ std::optional<int> CommitWeightText(std::string& text, const SliderSettings& sli
     return slider.Clamp(RoundHalfEven(*number * 100.0));
 }
 
-std::optional<int> CommitLimitText(std::string& text, const SliderSettings& slider,
-                                   bool truncate) {
+std::optional<int> CommitLimitText(std::string& text, const SliderSettings& slider, bool truncate) {
     auto number = EntryNumber(text);
     if (!number) return std::nullopt;
     if (*number > slider.Max) {
@@ -172,12 +188,16 @@ std::optional<int> ManualPriority(std::string_view answer) {
     return whole;
 }
 
-int TwipsToPixels(int twips) { return RoundHalfEven(twips / static_cast<double>(TwipsPerPixel)); }
-int PixelsToTwips(int pixels) { return pixels * TwipsPerPixel; }
+int TwipsToPixels(int twips) {
+    return RoundHalfEven(twips / static_cast<double>(TwipsPerPixel));
+}
+int PixelsToTwips(int pixels) {
+    return pixels * TwipsPerPixel;
+}
 
 TwipRect ExcludedNoticePlace(int innerWidth, int innerHeight, TwipRect notice) {
-    notice.Left = RoundHalfEven((innerWidth - CardDesign::imgUnit.Left - CardDesign::imgUnit.Width) /
-                                2.0);
+    notice.Left =
+        RoundHalfEven((innerWidth - CardDesign::imgUnit.Left - CardDesign::imgUnit.Width) / 2.0);
     notice.Top = RoundHalfEven(innerHeight / 2.0);
     return notice;
 }

@@ -81,8 +81,7 @@ std::optional<double> EntryNumber(std::string_view text);
 // nullopt when the text holds no number (the caller shows the unit's value
 // again).
 std::optional<int> CommitWeightText(std::string& text, const SliderSettings& slider);
-std::optional<int> CommitLimitText(std::string& text, const SliderSettings& slider,
-                                   bool truncate);
+std::optional<int> CommitLimitText(std::string& text, const SliderSettings& slider, bool truncate);
 
 // The manual edit's answer: a whole number limited to 0..255 (nullopt when
 // the answer is not a number).

@@ -7,9 +7,9 @@
 #include <algorithm>
 #include <charconv>
 #include <chrono>
-#include <new>
 #include <filesystem>
 #include <fstream>
+#include <new>
 #include <sstream>
 
 namespace vantrel {
@@ -51,7 +51,8 @@ std::vector<SortedEntry> CollectCandidates(const Definitions& defs, std::string_
                      [](const Keyed& a, const Keyed& b) { return a.key < b.key; });
     std::vector<SortedEntry> out;
     out.reserve(list.size());
-    for (Keyed& k : list) out.push_back(std::move(k.entry));
+    for (Keyed& k : list)
+        out.push_back(std::move(k.entry));
     return out;
 }
 
@@ -65,8 +66,8 @@ std::optional<ScrollSettings> FinishedScroll(int cardCount, std::int32_t boardTo
     ScrollSettings s;
     s.CardAreaHeight = 2 * boardTop;
     s.Min = BoardDesign::ScrollMin;
-    s.Max = innerHeight < boardTop ? boardTop - (innerHeight - BoardDesign::BannerHeight)
-                                   : boardTop;
+    s.Max =
+        innerHeight < boardTop ? boardTop - (innerHeight - BoardDesign::BannerHeight) : boardTop;
     s.Value = BoardDesign::ScrollMin;
     s.Enabled = innerHeight < boardTop;
     return s;
@@ -138,9 +139,15 @@ int SystemResourceGauge::FreePercent(ResourceKind kind) {
     auto now = std::chrono::steady_clock::now();
     if (!read_[k] || now - readAt_[k] >= std::chrono::milliseconds(25)) {
         switch (kind) {
-        case ResourceKind::System: figures_[k] = MemoryFreePercent(); break;
-        case ResourceKind::UserInterface: figures_[k] = HandlesFreePercent(); break;
-        case ResourceKind::Graphics: figures_[k] = graphics ? graphics() : 100; break;
+        case ResourceKind::System:
+            figures_[k] = MemoryFreePercent();
+            break;
+        case ResourceKind::UserInterface:
+            figures_[k] = HandlesFreePercent();
+            break;
+        case ResourceKind::Graphics:
+            figures_[k] = graphics ? graphics() : 100;
+            break;
         }
         read_[k] = true;
         readAt_[k] = now;

@@ -49,9 +49,9 @@ std::vector<SortedEntry> CollectCandidates(const Definitions& defs, std::string_
 // Geometry (twips)
 // ---------------------------------------------------------------------------
 namespace BoardDesign {
-inline constexpr int BannerHeight = 255;   // picBorder
-inline constexpr int ScrollBarWidth = 255; // Vscroll1
-inline constexpr int BuildRowPitch = 1365; // a card while the board is being built
+inline constexpr int BannerHeight = 255;    // picBorder
+inline constexpr int ScrollBarWidth = 255;  // Vscroll1
+inline constexpr int BuildRowPitch = 1365;  // a card while the board is being built
 inline constexpr int LayoutRowPitch = 1350; // after every layout pass
 inline constexpr int ScrollLargeChange = 1365;
 inline constexpr int ScrollSmallChange = 136;
@@ -71,8 +71,7 @@ struct ScrollSettings {
 };
 // The scroll bar and card area after a build; nullopt with fewer than two
 // cards (both keep their previous settings).
-std::optional<ScrollSettings> FinishedScroll(int cardCount, std::int32_t boardTop,
-                                             int innerHeight);
+std::optional<ScrollSettings> FinishedScroll(int cardCount, std::int32_t boardTop, int innerHeight);
 // Top of the card area for a scroll bar value (0 shows at -255).
 int CardAreaTop(int scrollValue);
 

@@ -47,12 +47,20 @@ void UnitBoard::SetBanner(QWidget* picBorder) {
     }
 }
 
-void UnitBoard::SetResourceGauge(ResourceGauge* gauge) { gauge_ = gauge ? gauge : &systemGauge_; }
+void UnitBoard::SetResourceGauge(ResourceGauge* gauge) {
+    gauge_ = gauge ? gauge : &systemGauge_;
+}
 
-int UnitBoard::InnerWidth() const { return PixelsToTwips(width()); }
-int UnitBoard::InnerHeight() const { return PixelsToTwips(height()); }
+int UnitBoard::InnerWidth() const {
+    return PixelsToTwips(width());
+}
+int UnitBoard::InnerHeight() const {
+    return PixelsToTwips(height());
+}
 
-int UnitBoard::CardCount() const { return static_cast<int>(entries_.size()); }
+int UnitBoard::CardCount() const {
+    return static_cast<int>(entries_.size());
+}
 
 int UnitBoard::UnitIndexAt(int row) const {
     if (row < 0 || row >= CardCount()) return 0;
@@ -66,7 +74,8 @@ frmUnit* UnitBoard::CardAt(int row) const {
 
 std::vector<int> UnitBoard::RowsWithCards() const {
     std::vector<int> rows;
-    for (const auto& [row, card] : bound_) rows.push_back(row);
+    for (const auto& [row, card] : bound_)
+        rows.push_back(row);
     return rows;
 }
 
@@ -131,11 +140,14 @@ void UnitBoard::ResizeMe() {
                            picScreen->height());
     if (banner_) banner_->setGeometry(0, 0, width(), banner_->height());
     defs_.BoardTop = LaidOutBoardTop(CardCount());
-    for (const auto& [row, card] : bound_) PlaceCard(row, card);
+    for (const auto& [row, card] : bound_)
+        PlaceCard(row, card);
     RefreshCards();
 }
 
-void UnitBoard::resizeEvent(QResizeEvent*) { ResizeMe(); }
+void UnitBoard::resizeEvent(QResizeEvent*) {
+    ResizeMe();
+}
 
 void UnitBoard::OnScroll(int value) {
     picScreen->move(picScreen->x(), TwipsToPixels(CardAreaTop(value)));
@@ -149,9 +161,9 @@ void UnitBoard::PlaceCard(int row, frmUnit* card) {
 
 void UnitBoard::RefreshCards() {
     if (!shown_) return;
-    RowSpan span = VisibleRows(PixelsToTwips(-picScreen->y()), InnerHeight(),
-                               BoardDesign::LayoutRowPitch, CardCount(),
-                               PixelsToTwips(picScreen->height()));
+    RowSpan span =
+        VisibleRows(PixelsToTwips(-picScreen->y()), InnerHeight(), BoardDesign::LayoutRowPitch,
+                    CardCount(), PixelsToTwips(picScreen->height()));
     for (auto it = bound_.begin(); it != bound_.end();) {
         if (!span.Contains(it->first) && !it->second->IsActive()) {
             Release(it->first, it->second);
@@ -160,7 +172,8 @@ void UnitBoard::RefreshCards() {
             ++it;
         }
     }
-    for (int row = span.first; row <= span.last; ++row) EnsureCard(row);
+    for (int row = span.first; row <= span.last; ++row)
+        EnsureCard(row);
 }
 
 frmUnit* UnitBoard::EnsureCard(int row) {

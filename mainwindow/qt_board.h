@@ -87,11 +87,11 @@ class UnitBoard : public QWidget {
     ResourceGauge* gauge_ = &systemGauge_;
     QWidget* banner_ = nullptr;
 
-    std::vector<int> entries_;          // unit index per row
-    std::vector<frmUnit::View> views_;  // what each row's card showed last
-    std::map<int, frmUnit*> bound_;     // rows with a widget
-    std::vector<frmUnit*> pool_;        // widgets waiting for a row
-    bool shown_ = false;                // the build has finished: cards may be made
+    std::vector<int> entries_;         // unit index per row
+    std::vector<frmUnit::View> views_; // what each row's card showed last
+    std::map<int, frmUnit*> bound_;    // rows with a widget
+    std::vector<frmUnit*> pool_;       // widgets waiting for a row
+    bool shown_ = false;               // the build has finished: cards may be made
 };
 
 } // namespace vantrel

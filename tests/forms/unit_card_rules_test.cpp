@@ -83,7 +83,8 @@ TEST(UnitCardRules, EntryFilterTakesDigitsOneDotBackspaceAndEnter) {
     EXPECT_EQ(FilterEntryKey('7', "12"), KeyVerdict::Accept);
     EXPECT_EQ(FilterEntryKey('.', "12"), KeyVerdict::Accept);
     EXPECT_EQ(FilterEntryKey('.', "1.5"), KeyVerdict::Cancel);
-    for (int c : {'-', '+', 'a', 'e', ',', ' '}) EXPECT_EQ(FilterEntryKey(c, ""), KeyVerdict::Cancel);
+    for (int c : {'-', '+', 'a', 'e', ',', ' '})
+        EXPECT_EQ(FilterEntryKey(c, ""), KeyVerdict::Cancel);
 }
 
 TEST(UnitCardRules, EntryNumbersAreDecimalsWithAPoint) {

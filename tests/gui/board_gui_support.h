@@ -34,7 +34,8 @@ inline bool ShowActive(QWidget& host) {
     host.activateWindow();
     QElapsedTimer timer;
     timer.start();
-    while (!host.isActiveWindow() && timer.elapsed() < 2000) QApplication::processEvents();
+    while (!host.isActiveWindow() && timer.elapsed() < 2000)
+        QApplication::processEvents();
     QApplication::processEvents();
     return host.isActiveWindow();
 }

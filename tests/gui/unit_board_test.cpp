@@ -48,7 +48,8 @@ struct BoardFixture : test::GuiTest {
 } // namespace
 
 TEST_F(BoardFixture, TwelveCardsGiveTheWorkedScrollRange) {
-    for (int i = 0; i < 12; ++i) test::AddUnit(defs, "K" + std::to_string(10 + i), "ARM", "KBOT");
+    for (int i = 0; i < 12; ++i)
+        test::AddUnit(defs, "K" + std::to_string(10 + i), "ARM", "KBOT");
     board->BuildForCategory("&Kbots");
     EXPECT_EQ(board->CardCount(), 12);
     EXPECT_EQ(defs.BoardTop, 16200);
@@ -102,7 +103,8 @@ TEST_F(BoardFixture, OrderAndFilteringFollowSideNameAndCategory) {
 }
 
 TEST_F(BoardFixture, OneCardKeepsTheEarlierScrollSettings) {
-    for (int i = 0; i < 12; ++i) test::AddUnit(defs, "K" + std::to_string(i), "ARM", "KBOT");
+    for (int i = 0; i < 12; ++i)
+        test::AddUnit(defs, "K" + std::to_string(i), "ARM", "KBOT");
     test::AddUnit(defs, "Solo", "ARM", "VTOL");
     board->BuildForCategory("&Kbots");
     board->Vscroll1->setValue(2000);
@@ -116,7 +118,8 @@ TEST_F(BoardFixture, OneCardKeepsTheEarlierScrollSettings) {
 }
 
 TEST_F(BoardFixture, DecliningAllLeavesAnEmptyBoard) {
-    for (int i = 0; i < 3; ++i) test::AddUnit(defs, "K" + std::to_string(i), "ARM", "KBOT", 1, 1);
+    for (int i = 0; i < 3; ++i)
+        test::AddUnit(defs, "K" + std::to_string(i), "ARM", "KBOT", 1, 1);
     board->BuildForCategory("&Kbots");
     ASSERT_EQ(board->CardCount(), 3);
     defs.Changed = false;
@@ -180,7 +183,8 @@ TEST_F(BoardFixture, ExcludedViewSurvivesScrolling) {
 }
 
 TEST_F(BoardFixture, ResizingLaysTheCardsOutAgain) {
-    for (int i = 0; i < 5; ++i) test::AddUnit(defs, "K" + std::to_string(i), "ARM", "KBOT");
+    for (int i = 0; i < 5; ++i)
+        test::AddUnit(defs, "K" + std::to_string(i), "ARM", "KBOT");
     board->BuildForCategory("&Kbots");
     board->resize(600, 500);
     QApplication::processEvents();

@@ -81,10 +81,9 @@ TEST_F(CardFixture, ExcludedUnitShowsTheNoticeUntilTheNextActivation) {
     Open(2.5f, 7, false);
     EXPECT_TRUE(card->lblExclude->isVisible());
     EXPECT_EQ(Text(card->lblExclude), "This unit has been excluded");
-    for (QWidget* w : std::initializer_list<QWidget*>{card->sldPriority, card->sldNumbers,
-                                                      card->txtWeight, card->txtLimit,
-                                                      card->lblWeight, card->lblLimit,
-                                                      card->lblPriority, card->lblNumbers})
+    for (QWidget* w : std::initializer_list<QWidget*>{
+             card->sldPriority, card->sldNumbers, card->txtWeight, card->txtLimit, card->lblWeight,
+             card->lblLimit, card->lblPriority, card->lblNumbers})
         EXPECT_FALSE(w->isVisible()) << w->objectName().toStdString();
     EXPECT_EQ(card->lblExclude->x(), (400 - 8 - 72) / 2);
     elsewhere->setFocus();

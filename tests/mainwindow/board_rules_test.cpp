@@ -12,7 +12,8 @@ namespace {
 
 std::vector<std::string> Texts(const std::vector<SortedEntry>& entries) {
     std::vector<std::string> out;
-    for (const auto& e : entries) out.push_back(e.text);
+    for (const auto& e : entries)
+        out.push_back(e.text);
     return out;
 }
 
@@ -45,12 +46,13 @@ TEST(BoardRules, EntriesNameSideNameAndIndex) {
 
 TEST(BoardRules, CandidatesSortBySideThenNameIgnoringCaseThenIndexText) {
     Definitions defs;
-    for (int i = 1; i <= 8; ++i) AddUnit(defs, "filler", "CORE", "SHIP");
-    AddUnit(defs, "Zeus", "CORE", "KBOT");   // 9
-    AddUnit(defs, "Peewee", "ARM", "KBOT");  // 10
-    AddUnit(defs, "peewee", "ARM", "KBOT");  // 11
-    AddUnit(defs, "ak", "CORE", "KBOT");     // 12
-    AddUnit(defs, "Rocko", "arm", "KBOT");   // 13
+    for (int i = 1; i <= 8; ++i)
+        AddUnit(defs, "filler", "CORE", "SHIP");
+    AddUnit(defs, "Zeus", "CORE", "KBOT");  // 9
+    AddUnit(defs, "Peewee", "ARM", "KBOT"); // 10
+    AddUnit(defs, "peewee", "ARM", "KBOT"); // 11
+    AddUnit(defs, "ak", "CORE", "KBOT");    // 12
+    AddUnit(defs, "Rocko", "arm", "KBOT");  // 13
     defs.Units[9].Name = "Peewee";
     defs.Units[9].Side = "ARM";
     EXPECT_EQ(Texts(CollectCandidates(defs, "KBOT")),
@@ -133,7 +135,8 @@ TEST_F(BuildFixture, AllAsksFirstAndNoLeavesEverythingAlone) {
 
 TEST_F(BuildFixture, LowResourcesAskAndNoHalvesTheThreshold) {
     defs.CurrentSide = "ARM";
-    for (int i = 0; i < 8; ++i) AddUnit(defs, "U" + std::to_string(i), "ARM", "KBOT");
+    for (int i = 0; i < 8; ++i)
+        AddUnit(defs, "U" + std::to_string(i), "ARM", "KBOT");
     gauge.free = 1;
     // 20, 10, 5 and 2 are above 1: four questions, then the threshold is 1
     // and the figure is at it: a fifth; then 0 stops the asking.
@@ -152,7 +155,8 @@ TEST_F(BuildFixture, LowResourcesAskAndNoHalvesTheThreshold) {
 
 TEST_F(BuildFixture, YesToTheResourceQuestionStopsWithTheCardsSoFar) {
     defs.CurrentSide = "ARM";
-    for (int i = 0; i < 4; ++i) AddUnit(defs, "U" + std::to_string(i), "ARM", "KBOT");
+    for (int i = 0; i < 4; ++i)
+        AddUnit(defs, "U" + std::to_string(i), "ARM", "KBOT");
     gauge.free = 20;
     messages.answers = {MsgAnswer::No, MsgAnswer::No, MsgAnswer::Yes};
     // Threshold 20 asks (No: 10), 10 is below 20: no more questions.
