@@ -1,27 +1,213 @@
-// Placeholder board: keeps the widgets the main window lays out; the cards
-// arrive with the board itself.
 #include "mainwindow/qt_board.h"
 
+#include <QApplication>
 #include <QScrollBar>
+#include <QWindow>
 
 namespace vantrel {
+
+namespace {
+
+// Widgets the program may hold before the guard calls the graphics figure low.
+constexpr int WidgetBudget = 20000;
+
+int WidgetsFreePercent() {
+    auto live = QApplication::allWidgets().size();
+    if (live >= WidgetBudget) return 0;
+    return static_cast<int>(100 - live * 100 / WidgetBudget);
+}
+
+} // namespace
 
 UnitBoard::UnitBoard(Definitions& defs, Messages& messages, Progress& progress, QWidget* parent)
     : QWidget(parent), defs_(defs), messages_(messages), progress_(progress) {
     setObjectName("UnitBoard");
+    systemGauge_.graphics = &WidgetsFreePercent;
     picScreen = new QWidget(this);
     picScreen->setObjectName("picScreen");
+    picScreen->setGeometry(0, TwipsToPixels(BoardDesign::StartCardAreaTop), 0,
+                           TwipsToPixels(2 * BoardDesign::BuildRowPitch));
     Vscroll1 = new QScrollBar(Qt::Vertical, this);
     Vscroll1->setObjectName("Vscroll1");
+    Vscroll1->setPageStep(BoardDesign::ScrollLargeChange);
+    Vscroll1->setSingleStep(BoardDesign::ScrollSmallChange);
     Vscroll1->setEnabled(false);
+    // Value changes and thumb drags both arrive here (tracking is on).
+    connect(Vscroll1, &QScrollBar::valueChanged, this, &UnitBoard::OnScroll);
 }
 
 UnitBoard::~UnitBoard() = default;
 
-void UnitBoard::BuildForCategory(const std::string&) { defs_.BoardTop = 0; }
-void UnitBoard::Clear() {}
-void UnitBoard::ResizeMe() {}
-int UnitBoard::CardCount() const { return 0; }
-void UnitBoard::resizeEvent(QResizeEvent*) { ResizeMe(); }
+void UnitBoard::SetBanner(QWidget* picBorder) {
+    banner_ = picBorder;
+    if (banner_) {
+        banner_->setParent(this);
+        banner_->raise();
+        banner_->show();
+    }
+}
+
+void UnitBoard::SetResourceGauge(ResourceGauge* gauge) {
+    gauge_ = gauge ? gauge : &systemGauge_;
+}
+
+int UnitBoard::InnerWidth() const {
+    return PixelsToTwips(width());
+}
+int UnitBoard::InnerHeight() const {
+    return PixelsToTwips(height());
+}
+
+int UnitBoard::CardCount() const {
+    return static_cast<int>(entries_.size());
+}
+
+int UnitBoard::UnitIndexAt(int row) const {
+    if (row < 0 || row >= CardCount()) return 0;
+    return entries_[static_cast<std::size_t>(row)];
+}
+
+frmUnit* UnitBoard::CardAt(int row) const {
+    auto it = bound_.find(row);
+    return it == bound_.end() ? nullptr : it->second;
+}
+
+std::vector<int> UnitBoard::RowsWithCards() const {
+    std::vector<int> rows;
+    for (const auto& [row, card] : bound_)
+        rows.push_back(row);
+    return rows;
+}
+
+void UnitBoard::BuildForCategory(const std::string& menuCaption) {
+    defs_.BoardTop = 0;
+    picScreen->move(0, TwipsToPixels(BoardDesign::StartCardAreaTop));
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    Clear();
+    BoardBuild build = BuildBoard(defs_, menuCaption, messages_, progress_, *gauge_,
+                                  PrioritySettings(defs_), NumbersSettings(defs_));
+    if (build.declined) {
+        QApplication::restoreOverrideCursor();
+        return;
+    }
+    entries_ = std::move(build.unitIndices);
+    views_.assign(entries_.size(), frmUnit::View{});
+    Finish();
+}
+
+void UnitBoard::Finish() {
+    ResizeMe();
+    shown_ = true;
+    RefreshCards();
+    if (CardCount() > 0) FocusRow(0);
+    QApplication::restoreOverrideCursor();
+    progress_.Close();
+    auto scroll = FinishedScroll(CardCount(), defs_.BoardTop, InnerHeight());
+    if (!scroll) return;
+    progress_.ProcessEvents();
+    FocusRow(0);
+    picScreen->resize(picScreen->width(), TwipsToPixels(scroll->CardAreaHeight));
+    Vscroll1->setRange(scroll->Min, scroll->Max);
+    Vscroll1->setValue(scroll->Value);
+    OnScroll(Vscroll1->value());
+    progress_.ProcessEvents();
+    Vscroll1->setEnabled(scroll->Enabled);
+}
+
+void UnitBoard::Clear() {
+    if (QWidget* focus = QApplication::focusWidget(); focus && picScreen->isAncestorOf(focus))
+        focus->clearFocus();
+    while (!bound_.empty()) {
+        auto last = std::prev(bound_.end());
+        if (last->second->IsActive()) last->second->Deactivate();
+        Release(last->first, last->second);
+        bound_.erase(last);
+    }
+    entries_.clear();
+    views_.clear();
+    shown_ = false;
+}
+
+void UnitBoard::ResizeMe() {
+    if (QWidget* w = window(); w && w->isMinimized()) return;
+    defs_.BoardTop = 0;
+    const int inner = InnerWidth();
+    const int scrollWidth = BoardDesign::ScrollBarWidth;
+    const int bannerHeight = BoardDesign::BannerHeight;
+    Vscroll1->setGeometry(TwipsToPixels(inner - scrollWidth), TwipsToPixels(bannerHeight),
+                          TwipsToPixels(scrollWidth), TwipsToPixels(InnerHeight() - bannerHeight));
+    picScreen->setGeometry(0, picScreen->y(), std::max(0, TwipsToPixels(inner - scrollWidth)),
+                           picScreen->height());
+    if (banner_) banner_->setGeometry(0, 0, width(), banner_->height());
+    defs_.BoardTop = LaidOutBoardTop(CardCount());
+    for (const auto& [row, card] : bound_)
+        PlaceCard(row, card);
+    RefreshCards();
+}
+
+void UnitBoard::resizeEvent(QResizeEvent*) {
+    ResizeMe();
+}
+
+void UnitBoard::OnScroll(int value) {
+    picScreen->move(picScreen->x(), TwipsToPixels(CardAreaTop(value)));
+    RefreshCards();
+}
+
+void UnitBoard::PlaceCard(int row, frmUnit* card) {
+    const int pitch = TwipsToPixels(BoardDesign::LayoutRowPitch);
+    card->setGeometry(0, row * pitch, picScreen->width(), pitch);
+}
+
+void UnitBoard::RefreshCards() {
+    if (!shown_) return;
+    RowSpan span =
+        VisibleRows(PixelsToTwips(-picScreen->y()), InnerHeight(), BoardDesign::LayoutRowPitch,
+                    CardCount(), PixelsToTwips(picScreen->height()));
+    for (auto it = bound_.begin(); it != bound_.end();) {
+        if (!span.Contains(it->first) && !it->second->IsActive()) {
+            Release(it->first, it->second);
+            it = bound_.erase(it);
+        } else {
+            ++it;
+        }
+    }
+    for (int row = span.first; row <= span.last; ++row)
+        EnsureCard(row);
+}
+
+frmUnit* UnitBoard::EnsureCard(int row) {
+    if (frmUnit* card = CardAt(row)) return card;
+    frmUnit* card = nullptr;
+    if (pool_.empty()) {
+        card = new frmUnit(defs_, picScreen);
+        if (inputBox) card->InputBox = inputBox;
+    } else {
+        card = pool_.back();
+        pool_.pop_back();
+    }
+    const int unitIndex = UnitIndexAt(row);
+    QPixmap picture;
+    if (pictureLoader) picture = pictureLoader(defs_.Units[unitIndex].UnitName + ".pcx");
+    card->Show(unitIndex, picture, views_[static_cast<std::size_t>(row)]);
+    PlaceCard(row, card);
+    card->setVisible(!views_[static_cast<std::size_t>(row)].selfHidden);
+    bound_[row] = card;
+    return card;
+}
+
+void UnitBoard::Release(int row, frmUnit* card) {
+    if (row >= 0 && row < CardCount()) views_[static_cast<std::size_t>(row)] = card->CurrentView();
+    card->hide();
+    pool_.push_back(card);
+}
+
+void UnitBoard::FocusRow(int row) {
+    frmUnit* card = EnsureCard(row);
+    card->setFocus(Qt::OtherFocusReason);
+    // A board that is not on screen yet cannot take the focus; the card is
+    // activated all the same and keeps the focus for when the window shows.
+    if (!card->IsActive()) card->Activate();
+}
 
 } // namespace vantrel

@@ -1,13 +1,25 @@
 // The unit board: the card area picScreen with its cards and the scroll bar
 // Vscroll1. The main window owns the Type and Side menus and calls in here.
+//
+// The board keeps one entry (a unit index) per card in board order, and
+// makes card widgets only for the rows in view, reusing them as the board
+// scrolls; the card that has the focus keeps its widget while out of view.
+// Every unit of the board is filled when the board is built, whether or not
+// its card widget ever exists.
 #pragma once
 
 #include "catalogue/definitions.h"
+#include "forms/frmUnit.h"
+#include "mainwindow/board_rules.h"
 #include "startup/ports.h"
 
+#include <QPixmap>
 #include <QWidget>
 
+#include <functional>
+#include <map>
 #include <string>
+#include <vector>
 
 class QScrollBar;
 
@@ -32,13 +44,54 @@ class UnitBoard : public QWidget {
     QWidget* picScreen = nullptr;
     QScrollBar* Vscroll1 = nullptr;
 
+    // The unit pictures: given "UnitName.pcx" (relative to the current
+    // folder), a picture or a null pixmap. Called when a card comes into view.
+    std::function<QPixmap(const std::string& path)> pictureLoader;
+    // The manual edit's input box for every card (default: a Qt input dialog).
+    std::function<std::optional<std::string>(const std::string&, const std::string&)> inputBox;
+
+    // The main window's banner (picBorder), laid out across the top of the
+    // board by the layout pass. Optional; the board leaves the banner's
+    // height (255 twips) free either way.
+    void SetBanner(QWidget* picBorder);
+    // Where the resource guard reads its figures (default: the system's).
+    void SetResourceGauge(ResourceGauge* gauge);
+
+    // Unit index of a row (0 when out of range).
+    int UnitIndexAt(int row) const;
+    // The card widget of a row, nullptr while the row has none.
+    frmUnit* CardAt(int row) const;
+    // Rows that have a card widget at the moment.
+    std::vector<int> RowsWithCards() const;
+    // Card widgets made so far (in use or waiting to be reused).
+    int CardWidgetCount() const { return static_cast<int>(bound_.size() + pool_.size()); }
+
   protected:
     void resizeEvent(QResizeEvent* event) override;
 
   private:
+    void Finish();
+    void RefreshCards();
+    frmUnit* EnsureCard(int row);
+    void Release(int row, frmUnit* card);
+    void PlaceCard(int row, frmUnit* card);
+    void FocusRow(int row);
+    void OnScroll(int value);
+    int InnerWidth() const;  // twips
+    int InnerHeight() const; // twips
+
     Definitions& defs_;
     Messages& messages_;
     Progress& progress_;
+    SystemResourceGauge systemGauge_;
+    ResourceGauge* gauge_ = &systemGauge_;
+    QWidget* banner_ = nullptr;
+
+    std::vector<int> entries_;         // unit index per row
+    std::vector<frmUnit::View> views_; // what each row's card showed last
+    std::map<int, frmUnit*> bound_;    // rows with a widget
+    std::vector<frmUnit*> pool_;       // widgets waiting for a row
+    bool shown_ = false;               // the build has finished: cards may be made
 };
 
 } // namespace vantrel

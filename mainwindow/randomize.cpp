@@ -1,8 +1,31 @@
-// Placeholder until the Randomize command lands.
 #include "mainwindow/randomize.h"
+
+#include "catalogue/load_units.h"
+
+#include <cmath>
 
 namespace vantrel {
 
-bool Randomize(Definitions&, Messages&, Clock&, RandomSource&) { return false; }
+bool Randomize(Definitions& defs, Messages& messages, Clock& clock, RandomSource& random) {
+    if (messages.Show("This will overwrite current weights and limits.  Continue?", "Random",
+                      MsgButtons::YesNo, MsgIcon::Question) != MsgAnswer::Yes)
+        return false;
+    const double weightMax = defs.Option(optWeightMax);
+    double carry = 0;
+    for (int i = 1; i <= defs.Units.UBound(); ++i) {
+        // A fresh seed from the clock for every unit. The clock may read the
+        // same for many units in a row, so the previous unit's last draw is
+        // mixed in: equal clock readings still give different units.
+        random.Seed(clock.SecondsSinceMidnight() + carry);
+        vtUnit& unit = defs.Units[i];
+        double r1 = random.Next();
+        unit.Weight = RoundToHundredths(r1 * weightMax + 1);
+        double r2 = random.Next();
+        double r3 = random.Next();
+        unit.Limit = static_cast<float>(std::floor(r3 * 6) + std::floor(r2 * 6) + 1);
+        carry = r3;
+    }
+    return true;
+}
 
 } // namespace vantrel

@@ -1,0 +1,142 @@
+// Building and scrolling the unit board for 500 and 5,000 cards on the
+// offscreen platform, against the baseline of one widget tree per card.
+// Run one benchmark per process to read its peak memory:
+//   QT_QPA_PLATFORM=offscreen build/qt_board_bench --benchmark_filter=Board/5000
+#include "forms/frmUnit.h"
+#include "mainwindow/qt_board.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QPixmap>
+#include <QScrollBar>
+
+#include <sys/resource.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+using namespace vantrel;
+
+namespace {
+
+QApplication& App() {
+    static int argc = 1;
+    static char name[] = "qt_board_bench";
+    static char* argv[] = {name, nullptr};
+    static QApplication app(argc, argv);
+    return app;
+}
+
+class QuietMessages : public Messages {
+  public:
+    MsgAnswer Show(const std::string&, const std::string&, MsgButtons, MsgIcon) override {
+        return MsgAnswer::Yes;
+    }
+};
+
+void Catalogue(Definitions& defs, int cards) {
+    defs.Units.Dim(cards);
+    defs.CurrentSide = "ARM";
+    for (int i = 1; i <= cards; ++i) {
+        vtUnit& u = defs.Units[i];
+        u.Name = "Unit " + std::to_string(cards - i);
+        u.UnitName = "U" + std::to_string(i);
+        u.Side = "ARM";
+        u.TEDClass = "KBOT";
+        u.Description = "A unit";
+        u.Weight = static_cast<float>(i % 1000) / 100.0f;
+        u.Limit = static_cast<float>(i % 50);
+        u.Include = true;
+    }
+}
+
+const QPixmap& Picture() {
+    static QPixmap pic = [] {
+        QPixmap p(64, 64);
+        p.fill(Qt::darkGreen);
+        return p;
+    }();
+    return pic;
+}
+
+void ReportPeak(benchmark::State& state) {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    state.counters["peak_MB"] = static_cast<double>(usage.ru_maxrss) / 1024.0;
+}
+
+struct BoardWindow {
+    Definitions defs;
+    QuietMessages messages;
+    Progress progress;
+    QWidget host;
+    UnitBoard* board;
+    explicit BoardWindow(int cards) {
+        Catalogue(defs, cards);
+        board = new UnitBoard(defs, messages, progress, &host);
+        board->pictureLoader = [](const std::string&) { return Picture(); };
+        host.resize(800, 700);
+        board->setGeometry(0, 0, 800, 700);
+        host.show();
+        QApplication::processEvents();
+    }
+};
+
+// The board as built: entries for every unit, widgets for the rows in view.
+void BM_Board(benchmark::State& state) {
+    App();
+    const int cards = static_cast<int>(state.range(0));
+    BoardWindow w(cards);
+    for (auto _ : state) {
+        w.board->BuildForCategory("&Kbots");
+        QApplication::processEvents(); // paint the board once
+        benchmark::DoNotOptimize(w.board->CardCount());
+    }
+    state.counters["widgets"] = w.board->CardWidgetCount();
+    ReportPeak(state);
+}
+BENCHMARK(BM_Board)->Arg(500)->Arg(5000)->Unit(benchmark::kMillisecond);
+
+// One scroll step of a page on a built board, painted.
+void BM_BoardScroll(benchmark::State& state) {
+    App();
+    BoardWindow w(static_cast<int>(state.range(0)));
+    w.board->BuildForCategory("&Kbots");
+    QScrollBar* bar = w.board->Vscroll1;
+    for (auto _ : state) {
+        int next = bar->value() + bar->pageStep();
+        bar->setValue(next > bar->maximum() ? bar->minimum() : next);
+        w.host.repaint();
+    }
+    ReportPeak(state);
+}
+BENCHMARK(BM_BoardScroll)->Arg(5000)->Unit(benchmark::kMicrosecond);
+
+// Baseline: one card widget tree per unit, filled and laid out, all at once.
+void BM_OneWidgetPerCard(benchmark::State& state) {
+    App();
+    const int cards = static_cast<int>(state.range(0));
+    Definitions defs;
+    Catalogue(defs, cards);
+    for (auto _ : state) {
+        QWidget host;
+        host.resize(800, 700);
+        auto* area = new QWidget(&host);
+        area->setGeometry(0, 17, 783, cards * 90);
+        for (int i = 1; i <= cards; ++i) {
+            auto* card = new frmUnit(defs, area);
+            card->setGeometry(0, (i - 1) * 90, 783, 90);
+            card->Fill(i, Picture());
+        }
+        host.show();
+        QApplication::processEvents();
+    }
+    ReportPeak(state);
+}
+BENCHMARK(BM_OneWidgetPerCard)->Arg(500)->Arg(5000)->Unit(benchmark::kMillisecond)->Iterations(1);
+
+} // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,227 @@
+#include "forms/frmUnit.h"
+
+#include "board_gui_support.h"
+#include "support/unit_fixtures.h"
+
+#include <QFont>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSlider>
+
+#include <gtest/gtest.h>
+
+using namespace vantrel;
+
+namespace {
+
+struct CardFixture : test::GuiTest {
+    Definitions defs;
+    QWidget host;
+    QLineEdit* elsewhere = nullptr;
+    frmUnit* card = nullptr;
+    int unit = 0;
+
+    void SetUp() override {
+        test::GuiApp();
+        host.resize(500, 200);
+        elsewhere = new QLineEdit(&host);
+        elsewhere->setGeometry(0, 150, 100, 20);
+        card = new frmUnit(defs, &host);
+        card->setGeometry(0, 0, 400, 90);
+    }
+
+    // A filled card, activated through the focus.
+    void Open(float weight, float limit, bool include = true) {
+        unit = test::AddUnit(defs, "Flash", "ARM", "TANK", weight, limit, include);
+        card->Fill(unit, QPixmap());
+        ASSERT_TRUE(test::ShowActive(host));
+        card->setFocus();
+        QApplication::processEvents();
+        ASSERT_TRUE(card->IsActive());
+    }
+    std::string Text(QLabel* l) { return l->text().toStdString(); }
+    std::string Text(QLineEdit* l) { return l->text().toStdString(); }
+    vtUnit& Unit() { return defs.Units[unit]; }
+};
+
+} // namespace
+
+TEST_F(CardFixture, ActivationShowsTheValuesOnTheOptionsScale) {
+    Open(2.5f, 7);
+    EXPECT_EQ(card->sldPriority->minimum(), 0);
+    EXPECT_EQ(card->sldPriority->maximum(), 1000);
+    EXPECT_EQ(card->sldPriority->value(), 250);
+    EXPECT_EQ(card->sldPriority->pageStep(), 1);
+    EXPECT_EQ(card->sldPriority->singleStep(), 0);
+    EXPECT_EQ(card->sldNumbers->maximum(), 50);
+    EXPECT_EQ(card->sldNumbers->value(), 7);
+    EXPECT_EQ(Text(card->lblWeight), "2.5");
+    EXPECT_EQ(Text(card->txtWeight), "2.5");
+    EXPECT_EQ(Text(card->lblLimit), "7");
+    EXPECT_TRUE(card->txtWeight->isVisible());
+    EXPECT_TRUE(card->lblWeight->font().bold());
+    EXPECT_TRUE(card->lblNumbers->font().bold());
+    EXPECT_EQ(card->lblUnitName->palette().color(QPalette::Window), frmUnit::ActiveCaptionColor());
+    EXPECT_EQ(card->lblUnitName->palette().color(QPalette::WindowText), QColor(Qt::white));
+    EXPECT_EQ(card->imgUnit->toolTip().toStdString(), "Flash - Flash unit");
+    EXPECT_EQ(card->txtLimit->toolTip().toStdString(),
+              "You may manually edit the unit's build priority here");
+
+    elsewhere->setFocus();
+    QApplication::processEvents();
+    EXPECT_FALSE(card->IsActive());
+    EXPECT_FALSE(card->txtWeight->isVisible());
+    EXPECT_FALSE(card->lblWeight->font().bold());
+    EXPECT_EQ(card->lblUnitName->palette().color(QPalette::Window),
+              frmUnit::InactiveCaptionColor());
+    EXPECT_EQ(card->lblUnitName->palette().color(QPalette::WindowText), frmUnit::ButtonFaceColor());
+}
+
+TEST_F(CardFixture, ExcludedUnitShowsTheNoticeUntilTheNextActivation) {
+    Open(2.5f, 7, false);
+    EXPECT_TRUE(card->lblExclude->isVisible());
+    EXPECT_EQ(Text(card->lblExclude), "This unit has been excluded");
+    for (QWidget* w : std::initializer_list<QWidget*>{
+             card->sldPriority, card->sldNumbers, card->txtWeight, card->txtLimit, card->lblWeight,
+             card->lblLimit, card->lblPriority, card->lblNumbers})
+        EXPECT_FALSE(w->isVisible()) << w->objectName().toStdString();
+    EXPECT_EQ(card->lblExclude->x(), (400 - 8 - 72) / 2);
+    elsewhere->setFocus();
+    QApplication::processEvents();
+    EXPECT_TRUE(card->lblExclude->isVisible());
+    EXPECT_EQ(card->lblUnitName->palette().color(QPalette::Window),
+              frmUnit::InactiveCaptionColor());
+    EXPECT_TRUE(card->CurrentView().excluded);
+}
+
+TEST_F(CardFixture, ValuesWithMoreDecimalsComeToHundredths) {
+    Open(0.125f, 0);
+    EXPECT_EQ(card->sldPriority->value(), 12);
+    EXPECT_FLOAT_EQ(Unit().Weight, 0.12f);
+    EXPECT_TRUE(defs.Changed);
+    EXPECT_EQ(Text(card->txtWeight), "0.12");
+}
+
+TEST_F(CardFixture, LimitEntryTruncatesOnEnterAndRoundsOnLeaving) {
+    Open(1, 3);
+    card->txtLimit->setFocus();
+    QApplication::processEvents();
+    card->txtLimit->clear();
+    test::TypeText(card->txtLimit, "12.7");
+    EXPECT_EQ(Text(card->txtLimit), "12.7");
+    test::PressKey(card->txtLimit, Qt::Key_Return, "\r");
+    EXPECT_FLOAT_EQ(Unit().Limit, 12.0f);
+    EXPECT_EQ(QApplication::focusWidget(), card->sldNumbers);
+    EXPECT_EQ(Text(card->lblLimit), "12");
+
+    card->txtLimit->setFocus();
+    card->txtLimit->setText("12.7");
+    card->sldPriority->setFocus();
+    QApplication::processEvents();
+    EXPECT_FLOAT_EQ(Unit().Limit, 13.0f);
+    card->txtLimit->setFocus();
+    card->txtLimit->setText("12.5");
+    card->sldPriority->setFocus();
+    EXPECT_FLOAT_EQ(Unit().Limit, 12.0f);
+}
+
+TEST_F(CardFixture, WeightEntryCapsAtTheMaximumAndMovesTheFocus) {
+    Open(1, 3);
+    card->txtWeight->setFocus();
+    card->txtWeight->clear();
+    test::TypeText(card->txtWeight, "30");
+    test::PressKey(card->txtWeight, Qt::Key_Return, "\r");
+    EXPECT_EQ(card->sldPriority->value(), 1000);
+    EXPECT_FLOAT_EQ(Unit().Weight, 10.0f);
+    EXPECT_EQ(Text(card->txtWeight), "10");
+    EXPECT_EQ(QApplication::focusWidget(), card->sldPriority);
+}
+
+TEST_F(CardFixture, EntryFilterRefusesASecondPointAndLetters) {
+    Open(1.5f, 3);
+    card->txtWeight->setFocus();
+    card->txtWeight->selectAll();
+    test::TypeText(card->txtWeight, ".");
+    EXPECT_EQ(Text(card->txtWeight), "1.5") << "the selected text still counts";
+    test::TypeText(card->txtWeight, "x");
+    EXPECT_EQ(Text(card->txtWeight), "1.5");
+    test::TypeText(card->txtWeight, "7");
+    EXPECT_EQ(Text(card->txtWeight), "7");
+}
+
+TEST_F(CardFixture, EmptyEntryKeepsTheUnitsValue) {
+    Open(2.5f, 3);
+    card->txtWeight->setFocus();
+    card->txtWeight->setText(".");
+    test::PressKey(card->txtWeight, Qt::Key_Return, "\r");
+    EXPECT_FLOAT_EQ(Unit().Weight, 2.5f);
+    EXPECT_EQ(Text(card->txtWeight), "2.5");
+    card->txtLimit->setFocus();
+    card->txtLimit->setText("");
+    card->sldNumbers->setFocus();
+    EXPECT_FLOAT_EQ(Unit().Limit, 3.0f);
+    EXPECT_EQ(Text(card->txtLimit), "3");
+}
+
+TEST_F(CardFixture, SliderKeysStepLikeTheTrackbar) {
+    Open(2.5f, 20);
+    card->sldPriority->setFocus();
+    test::PressKey(card->sldPriority, Qt::Key_PageUp);
+    EXPECT_EQ(card->sldPriority->value(), 350);
+    EXPECT_FLOAT_EQ(Unit().Weight, 3.5f);
+    test::PressKey(card->sldPriority, Qt::Key_Up);
+    EXPECT_EQ(card->sldPriority->value(), 360);
+    test::PressKey(card->sldPriority, Qt::Key_Right);
+    EXPECT_EQ(card->sldPriority->value(), 361);
+    test::PressKey(card->sldNumbers, Qt::Key_PageUp);
+    EXPECT_EQ(card->sldNumbers->value(), 25);
+    EXPECT_EQ(Text(card->txtLimit), "25");
+    card->sldNumbers->setValue(48);
+    test::PressKey(card->sldNumbers, Qt::Key_Up);
+    EXPECT_EQ(card->sldNumbers->value(), 50) << "kept within the range";
+}
+
+TEST_F(CardFixture, ActivationReadsTheOptionsEachTime) {
+    Open(8, 40);
+    elsewhere->setFocus();
+    defs.OptionValues[optWeightMax] = 5;
+    defs.OptionValues[optLimitMax] = 30;
+    card->setFocus();
+    QApplication::processEvents();
+    EXPECT_EQ(card->sldPriority->maximum(), 500);
+    EXPECT_EQ(card->sldPriority->value(), 500);
+    EXPECT_FLOAT_EQ(Unit().Weight, 5.0f) << "the slider kept its value in range and notified";
+    EXPECT_FLOAT_EQ(Unit().Limit, 30.0f);
+}
+
+TEST_F(CardFixture, ManualEditShowsTheNumberOnly) {
+    Open(2.5f, 3);
+    elsewhere->setFocus();
+    QApplication::processEvents();
+    std::string title, prompt;
+    std::optional<std::string> answer = "300";
+    card->InputBox = [&](const std::string& t, const std::string& p) {
+        title = t;
+        prompt = p;
+        return answer;
+    };
+    QMouseEvent dbl(QEvent::MouseButtonDblClick, QPointF(2, 2), QPointF(2, 2), Qt::LeftButton,
+                    Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(card->lblWeight, &dbl);
+    EXPECT_EQ(title, "Manual Edit");
+    EXPECT_EQ(prompt, "Please enter a Build Priority for this unit.\r\n\r\n0 to 255");
+    EXPECT_EQ(Text(card->lblWeight), "255");
+    EXPECT_FLOAT_EQ(Unit().Weight, 2.5f);
+    answer = std::nullopt;
+    QApplication::sendEvent(card->lblWeight, &dbl);
+    EXPECT_EQ(Text(card->lblWeight), "255");
+}
+
+TEST_F(CardFixture, ACardNeverFilledHidesItself) {
+    ASSERT_TRUE(test::ShowActive(host));
+    card->show();
+    card->setFocus();
+    QApplication::processEvents();
+    EXPECT_TRUE(card->isHidden());
+    EXPECT_TRUE(card->CurrentView().selfHidden);
+}

@@ -1,0 +1,97 @@
+#include "mainwindow/randomize.h"
+
+#include "support/test_support.h"
+#include "support/unit_fixtures.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <map>
+
+using namespace vantrel;
+
+namespace {
+
+class FixedClock : public Clock {
+  public:
+    double seconds = 43200.25;
+    int reads = 0;
+    std::time_t Now() override { return 0; }
+    double SecondsSinceMidnight() override {
+        ++reads;
+        return seconds;
+    }
+};
+
+struct RandomizeFixture : ::testing::Test {
+    Definitions defs;
+    test::ScriptedMessages messages;
+    FixedClock clock;
+    DefaultRandom random;
+
+    void AddUnits(int n) {
+        for (int i = 0; i < n; ++i)
+            test::AddUnit(defs, "U" + std::to_string(i), i % 3 ? "ARM" : "CORE",
+                          i % 2 ? "KBOT" : "NOTHING", 0.0f, 0.0f, i % 5 != 0);
+    }
+};
+
+} // namespace
+
+TEST_F(RandomizeFixture, NoLeavesEveryValueAsItWas) {
+    AddUnits(5);
+    defs.Units[2].Weight = 3.25f;
+    messages.answers = {MsgAnswer::No};
+    EXPECT_FALSE(Randomize(defs, messages, clock, random));
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].text, "This will overwrite current weights and limits.  Continue?");
+    EXPECT_EQ(messages.shown[0].title, "Random");
+    EXPECT_EQ(messages.shown[0].buttons, MsgButtons::YesNo);
+    EXPECT_EQ(messages.shown[0].icon, MsgIcon::Question);
+    EXPECT_FLOAT_EQ(defs.Units[2].Weight, 3.25f);
+    EXPECT_FLOAT_EQ(defs.Units[3].Limit, 0.0f);
+    EXPECT_EQ(clock.reads, 0);
+}
+
+TEST_F(RandomizeFixture, EveryUnitGetsAWeightAndLimitInRange) {
+    AddUnits(4000);
+    EXPECT_TRUE(Randomize(defs, messages, clock, random));
+    EXPECT_EQ(clock.reads, 4000) << "a fresh seed before every unit";
+    EXPECT_FALSE(defs.Changed);
+    std::map<int, int> limits;
+    float lowest = 100, highest = 0;
+    for (int i = 1; i <= defs.Units.UBound(); ++i) {
+        const vtUnit& u = defs.Units[i];
+        ASSERT_GE(u.Weight, 1.0f) << i;
+        ASSERT_LE(u.Weight, 11.0f) << i;
+        double hundredths = static_cast<double>(u.Weight) * 100.0;
+        ASSERT_NEAR(hundredths, std::round(hundredths), 1e-3) << u.Weight;
+        ASSERT_EQ(u.Limit, std::floor(u.Limit));
+        ASSERT_GE(u.Limit, 1.0f);
+        ASSERT_LE(u.Limit, 11.0f);
+        ++limits[static_cast<int>(u.Limit)];
+        lowest = std::min(lowest, u.Weight);
+        highest = std::max(highest, u.Weight);
+    }
+    // Spread over the whole range although the clock never moved.
+    EXPECT_LT(lowest, 1.1f);
+    EXPECT_GT(highest, 10.9f);
+    EXPECT_EQ(limits.size(), 11u);
+    for (const auto& [value, count] : limits)
+        if (value != 6) EXPECT_LT(count, limits[6]) << value << " beats 6";
+}
+
+TEST_F(RandomizeFixture, WeightsFollowTheWeightMaxOption) {
+    AddUnits(50);
+    defs.OptionValues[optWeightMax] = 2;
+    test::SequenceRandom scripted({0.0, 0.999, 0.0, 0.5, 0.5, 0.5, 0.999999, 0.0, 0.999});
+    ASSERT_TRUE(Randomize(defs, messages, clock, scripted));
+    EXPECT_FLOAT_EQ(defs.Units[1].Weight, 1.0f);
+    EXPECT_FLOAT_EQ(defs.Units[1].Limit, 6.0f); // 0 * 6 + 5.994 -> 0 + 5 + 1
+    EXPECT_FLOAT_EQ(defs.Units[2].Weight, 2.0f);
+    EXPECT_FLOAT_EQ(defs.Units[2].Limit, 7.0f);
+    EXPECT_FLOAT_EQ(defs.Units[3].Weight, 3.0f) << "the top value is reached when it rounds up";
+    EXPECT_FLOAT_EQ(defs.Units[3].Limit, 6.0f);
+    ASSERT_EQ(scripted.seeds.size(), 50u);
+    EXPECT_NE(scripted.seeds[1], scripted.seeds[2]) << "equal clock readings, different seeds";
+}
