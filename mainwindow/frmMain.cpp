@@ -43,10 +43,10 @@ frmMain::frmMain(Definitions& defs, MainWindowPorts ports, QWidget* parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     BuildBanner();
-    picBorder->setParent(central);
-    layout->addWidget(picBorder);
     board = new UnitBoard(defs_, ports_.messages, ports_.progress, central);
     layout->addWidget(board, 1);
+    // The board's layout pass places the banner across its top, above the cards.
+    board->SetBanner(picBorder);
     setCentralWidget(central);
 
     settings_ = new frmSettings(defs_, this);
