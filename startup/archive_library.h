@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace vantrel {
 
@@ -66,6 +67,10 @@ GameSearchEnv GameSearchEnvFromProcess(SettingsStore& settings);
 std::string FindGameDirectory(const GameSearchEnv& env);
 // The game folder recorded in a Wine prefix ("" when none or not a folder).
 std::string GameDirFromWinePrefix(const std::string& prefix);
+
+// A name that stays inside the folder it is written to: not empty, not "."
+// or "..", no separator ("/" or "\\"), no drive letter, no NUL.
+bool IsSafeBareName(std::string_view name);
 
 // The archive patterns searched directly in the game folder.
 inline constexpr const char* ArchivePatterns[] = {"*.hpi", "*.ccx", "*.gp?", "*.swx"};
