@@ -16,6 +16,7 @@ using testing::PatchByte;
 using testing::PatchU32;
 using testing::SampleData;
 
+// The archive reads `bytes` in place: they must outlive it.
 std::unique_ptr<HpiArchive> OpenBytes(const std::string& bytes) {
     return HpiArchive::Open(std::make_unique<MemorySource>(bytes));
 }
@@ -115,7 +116,8 @@ TEST_P(HpiRoundTrip, EveryFileUnpacksToItsBytes) {
         {"unitpics/armcom.pcx", SampleData(1000, 4)},
     };
     for (const auto& [path, data] : files) writer.AddFile(path, data, method);
-    auto archive = OpenBytes(writer.Build().bytes);
+    const std::string bytes = writer.Build().bytes;
+    auto archive = OpenBytes(bytes);
     ASSERT_TRUE(archive);
     for (const auto& [path, data] : files) {
         auto got = Unpack(*archive, path);
@@ -135,7 +137,8 @@ TEST(HpiArchive, FoldersMatchWithoutRegardToCase) {
     HpiWriter writer;
     writer.AddFile("Units/Sub/a.fbi", "A", hpi::Stored);
     writer.AddFile("Units/b.FBI", "B", hpi::Stored);
-    auto archive = OpenBytes(writer.Build().bytes);
+    const std::string bytes = writer.Build().bytes;
+    auto archive = OpenBytes(bytes);
     ASSERT_TRUE(archive);
     EXPECT_TRUE(archive->FindFolder("UNITS"));
     EXPECT_TRUE(archive->FindFolder("units\\sub"));

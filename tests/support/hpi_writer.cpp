@@ -1,5 +1,6 @@
 #include "support/hpi_writer.h"
 
+#include "catalogue/text.h"
 #include "startup/hpi_archive.h"
 
 #include <stdexcept>
@@ -147,7 +148,7 @@ HpiWriter::Node& HpiWriter::Folder(const std::string& path) {
         if (part.empty()) continue;
         Node* next = nullptr;
         for (Node& c : node->children)
-            if (c.isDirectory && c.name == part) next = &c;
+            if (c.isDirectory && EqualsNoCase(c.name, part)) next = &c;
         if (!next) {
             node->children.push_back(Node{part, true, {}, 0, {}});
             next = &node->children.back();

@@ -29,7 +29,8 @@ struct BuiltArchive {
 class HpiWriter {
   public:
     explicit HpiWriter(HpiWriterOptions options = {}) : options_(options) {}
-    // Adds a file at `path` ("/" separated; folders are created as needed).
+    // Adds a file at `path` ("/" separated; folders are created as needed and
+    // matched without regard to case, as in the game's archives).
     void AddFile(const std::string& path, std::string data, std::uint8_t method);
     // Adds a file to `folder` under `name` taken literally (it may contain
     // separators or be ".." — for tests of unsafe names).
