@@ -271,7 +271,8 @@ bool HpiArchive::Extract(const HpiEntry& file, const HpiSink& sink) const {
 }
 
 bool HpiArchive::ExtractStored(const HpiEntry& file, const HpiSink& sink) const {
-    std::vector<std::uint8_t> buffer(std::min<std::uint32_t>(file.size, hpi::ChunkSize));
+    std::vector<std::uint8_t>& buffer = unpacked_;
+    buffer.resize(std::max<std::size_t>(buffer.size(), std::min(file.size, hpi::ChunkSize)));
     std::uint64_t pos = file.dataOffset;
     std::uint32_t left = file.size;
     while (left > 0) {
@@ -288,7 +289,8 @@ bool HpiArchive::ExtractChunked(const HpiEntry& file, const HpiSink& sink) const
         (std::uint64_t{file.size} + hpi::ChunkSize - 1) / hpi::ChunkSize);
     const std::uint64_t table = file.dataOffset;
     std::uint64_t chunkPos = table + std::uint64_t{chunks} * 4;
-    std::vector<std::uint8_t> packed, unpacked;
+    std::vector<std::uint8_t>& packed = packed_;
+    std::vector<std::uint8_t>& unpacked = unpacked_;
     std::uint32_t left = file.size;
     for (std::uint32_t i = 0; i < chunks; ++i) {
         std::uint8_t word[4];

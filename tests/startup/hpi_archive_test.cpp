@@ -1,8 +1,10 @@
+#include "demo/demo_units.h"
 #include "startup/hpi_archive.h"
 #include "support/hpi_writer.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <optional>
 #include <tuple>
 
@@ -259,6 +261,19 @@ TEST(HpiMalformed, DirectoryCyclesAndBadOffsetsDropEntries) {
     const std::uint32_t root = good.folderHeader.at("");
     EXPECT_EQ(filesAfter(root, 0xFFFFFFFF), 0u);                        // absurd entry count
     EXPECT_EQ(filesAfter(root + 4, 0xFFFFFFF0), 0u);                    // list past the end
+}
+
+// The fuzz corpus is written from these seeds: with VANTREL_WRITE_HPI_SEEDS
+// set to a folder, the test writes them there.
+TEST(HpiSeeds, AreSmallAndReadable) {
+    const char* target = std::getenv("VANTREL_WRITE_HPI_SEEDS");
+    for (const auto& [name, bytes] : testing::HpiSeedArchives()) {
+        EXPECT_LT(bytes.size(), 1024u) << name;
+        auto archive = OpenBytes(bytes);
+        ASSERT_TRUE(archive) << name;
+        EXPECT_EQ(Unpack(*archive, "unitpics/armcom.pcx"), std::string(200, 'p')) << name;
+        if (target) EXPECT_TRUE(demo::WriteFile(std::string(target) + "/" + name, bytes));
+    }
 }
 
 } // namespace

@@ -274,6 +274,21 @@ std::uint8_t PlainByte(const std::string& archive, std::uint32_t offset, std::ui
     return hpi::CryptByte(hpi::FileKey(headerKey), offset, b);
 }
 
+std::map<std::string, std::string> HpiSeedArchives() {
+    std::map<std::string, std::string> seeds;
+    const char* methods[] = {"stored", "lz77", "zlib"};
+    for (std::uint8_t m = 0; m < 3; ++m)
+        for (std::uint32_t key : {0u, 0x7Bu}) {
+            HpiWriter writer(HpiWriterOptions{key, key != 0});
+            writer.AddFile("units/ARMCOM.FBI", SampleData(300, m), m);
+            writer.AddFile("unitpics/armcom.pcx", std::string(200, 'p'), m);
+            writer.AddFile("units/sub/x.fbi", "x", m);
+            std::string name = std::string("seed-") + methods[m] + (key ? "-encrypted" : "") + ".hpi";
+            seeds[name] = writer.Build().bytes;
+        }
+    return seeds;
+}
+
 std::string SampleData(std::size_t size, std::uint32_t seed) {
     static const char* words[] = {"[UNITINFO]", "UnitName=", "Side=ARM;", "TEDClass=KBOT;",
                                   "BuildCostEnergy=", "Description=", "\r\n", "    ", "0"};

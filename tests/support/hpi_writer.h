@@ -68,6 +68,10 @@ void PatchByte(std::string& archive, std::uint32_t offset, std::uint8_t value,
 // The byte at `offset` as the reader sees it (decrypted).
 std::uint8_t PlainByte(const std::string& archive, std::uint32_t offset, std::uint32_t headerKey = 0);
 
+// A few small archives covering every compression and encryption, named for
+// a fuzz corpus (seed-*.hpi); each is a few hundred bytes.
+std::map<std::string, std::string> HpiSeedArchives();
+
 // Mixed test content: text-like runs and noise, the same for the same seed.
 std::string SampleData(std::size_t size, std::uint32_t seed);
 
