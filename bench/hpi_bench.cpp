@@ -112,7 +112,8 @@ void BM_ExtractToDisk(benchmark::State& state) {
         state.ResumeTiming();
         Timed(fx.unpackedBytes, toDisk, [&] {
             auto archive = HpiArchive::OpenFile(fx.archivePath);
-            if (!ExtractTree(*archive, dest).failed.empty()) state.SkipWithError("extraction failed");
+            if (!ExtractTree(*archive, dest).failed.empty())
+                state.SkipWithError("extraction failed");
         });
     }
     state.SetBytesProcessed(static_cast<std::int64_t>(fx.unpackedBytes) * state.iterations());

@@ -32,7 +32,9 @@ class StatusEcho : public Progress {
 };
 
 // The zip steps of the run: the one place where they are chosen.
-std::unique_ptr<ZipSteps> MakeZipSteps() { return std::make_unique<ZipSteps>(); }
+std::unique_ptr<ZipSteps> MakeZipSteps() {
+    return std::make_unique<ZipSteps>();
+}
 
 int RunExtract(const std::vector<std::string>& args) {
     if (WantsHelp(args, Usage,

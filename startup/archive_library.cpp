@@ -64,7 +64,8 @@ std::string MapWindowsPath(const std::string& prefix, const std::string& winPath
             continue;
         }
         bool found = false;
-        for (const std::string& candidate : std::vector<std::string>{part, UCase(part), LCase(part)}) {
+        for (const std::string& candidate :
+             std::vector<std::string>{part, UCase(part), LCase(part)}) {
             if (IsDirectory(JoinPath(path, candidate))) {
                 path = JoinPath(path, candidate);
                 found = true;

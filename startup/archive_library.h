@@ -12,7 +12,9 @@
 namespace vantrel {
 
 inline constexpr std::size_t NameBufferSize = 255;
-inline std::string FreshNameBuffer() { return std::string(NameBufferSize, ' '); }
+inline std::string FreshNameBuffer() {
+    return std::string(NameBufferSize, ' ');
+}
 
 class ArchiveLibrary {
   public:
@@ -39,8 +41,8 @@ class GameFolderOnlyLibrary : public ArchiveLibrary {
     explicit GameFolderOnlyLibrary(SettingsStore& settings) : settings_(settings) {}
     void GetTADirectory(std::string& buffer) override;
     std::int32_t HPIOpen(const std::string&) override { return 0; }
-    std::int32_t HPIDir(std::int32_t, std::int32_t, const std::string&, std::string&,
-                        std::int32_t&, std::int32_t&) override {
+    std::int32_t HPIDir(std::int32_t, std::int32_t, const std::string&, std::string&, std::int32_t&,
+                        std::int32_t&) override {
         return 0;
     }
     std::int32_t HPIExtractFile(std::int32_t, const std::string&, const std::string&) override {

@@ -19,7 +19,8 @@ std::uint8_t FileKey(std::uint32_t headerKey) {
 }
 
 void CryptBytes(std::uint8_t key, std::uint64_t pos, std::uint8_t* data, std::size_t n) {
-    for (std::size_t i = 0; i < n; ++i) data[i] = CryptByte(key, pos + i, data[i]);
+    for (std::size_t i = 0; i < n; ++i)
+        data[i] = CryptByte(key, pos + i, data[i]);
 }
 
 std::uint32_t ReadU32(const std::uint8_t* p) {
@@ -91,7 +92,9 @@ std::unique_ptr<FileSource> FileSource::Open(const std::string& path) {
     return std::unique_ptr<FileSource>(new FileSource(fd, static_cast<std::uint64_t>(st.st_size)));
 }
 
-FileSource::~FileSource() { ::close(fd_); }
+FileSource::~FileSource() {
+    ::close(fd_);
+}
 
 bool FileSource::ReadAt(std::uint64_t pos, void* out, std::size_t n) const {
     if (pos > size_ || n > size_ - pos) return false;
@@ -179,7 +182,8 @@ class DirectoryReader {
         if (entry.method == hpi::Stored) return entry.size <= room;
         if (entry.method != hpi::Lz77 && entry.method != hpi::Zlib) return false;
         // Every chunk needs its table slot and at least its header.
-        const std::uint64_t chunks = (std::uint64_t{entry.size} + hpi::ChunkSize - 1) / hpi::ChunkSize;
+        const std::uint64_t chunks =
+            (std::uint64_t{entry.size} + hpi::ChunkSize - 1) / hpi::ChunkSize;
         return chunks * (4 + hpi::ChunkHeaderSize) <= room;
     }
 
@@ -213,7 +217,8 @@ const HpiEntry* FindChild(const HpiEntry& folder, std::string_view name, bool di
 const HpiEntry* WalkFolders(const HpiEntry& root, const std::vector<std::string_view>& parts,
                             std::size_t count) {
     const HpiEntry* folder = &root;
-    for (std::size_t i = 0; i < count && folder; ++i) folder = FindChild(*folder, parts[i], true);
+    for (std::size_t i = 0; i < count && folder; ++i)
+        folder = FindChild(*folder, parts[i], true);
     return folder;
 }
 
@@ -285,8 +290,8 @@ bool HpiArchive::ExtractStored(const HpiEntry& file, const HpiSink& sink) const 
 }
 
 bool HpiArchive::ExtractChunked(const HpiEntry& file, const HpiSink& sink) const {
-    const auto chunks = static_cast<std::uint32_t>(
-        (std::uint64_t{file.size} + hpi::ChunkSize - 1) / hpi::ChunkSize);
+    const auto chunks = static_cast<std::uint32_t>((std::uint64_t{file.size} + hpi::ChunkSize - 1) /
+                                                   hpi::ChunkSize);
     const std::uint64_t table = file.dataOffset;
     std::uint64_t chunkPos = table + std::uint64_t{chunks} * 4;
     std::vector<std::uint8_t>& packed = packed_;
@@ -313,7 +318,8 @@ bool HpiArchive::ExtractChunked(const HpiEntry& file, const HpiSink& sink) const
         packed.resize(std::max<std::size_t>(packed.size(), packedSize));
         if (!Read(chunkPos + hpi::ChunkHeaderSize, packed.data(), packedSize)) return false;
         std::uint32_t sum = 0;
-        for (std::uint32_t k = 0; k < packedSize; ++k) sum += packed[k];
+        for (std::uint32_t k = 0; k < packedSize; ++k)
+            sum += packed[k];
         if (sum != checksum) return false;
         if (encrypted)
             for (std::uint32_t k = 0; k < packedSize; ++k)

@@ -19,7 +19,7 @@ namespace vantrel {
 
 namespace hpi {
 
-inline constexpr std::uint32_t Marker = 0x49504148;      // "HAPI"
+inline constexpr std::uint32_t Marker = 0x49504148;          // "HAPI"
 inline constexpr std::uint32_t SavedGameMarker = 0x4B4E4142; // "BANK"
 inline constexpr std::uint32_t Version = 0x00010000;
 inline constexpr std::uint32_t ChunkMarker = 0x48535153; // "SQSH"
@@ -52,10 +52,12 @@ void CryptBytes(std::uint8_t key, std::uint64_t pos, std::uint8_t* data, std::si
 
 // Chunk data encryption (byte i of a chunk's data).
 inline std::uint8_t DecryptChunkByte(std::uint8_t b, std::size_t i) {
-    return static_cast<std::uint8_t>((b - static_cast<std::uint8_t>(i)) ^ static_cast<std::uint8_t>(i));
+    return static_cast<std::uint8_t>((b - static_cast<std::uint8_t>(i)) ^
+                                     static_cast<std::uint8_t>(i));
 }
 inline std::uint8_t EncryptChunkByte(std::uint8_t b, std::size_t i) {
-    return static_cast<std::uint8_t>((b ^ static_cast<std::uint8_t>(i)) + static_cast<std::uint8_t>(i));
+    return static_cast<std::uint8_t>((b ^ static_cast<std::uint8_t>(i)) +
+                                     static_cast<std::uint8_t>(i));
 }
 
 // Decodes one LZ77 chunk into exactly `outSize` bytes. False when the stream
@@ -108,9 +110,9 @@ class MemorySource : public ByteSource {
 struct HpiEntry {
     std::string name;
     bool isDirectory = false;
-    std::uint32_t dataOffset = 0; // file: its bytes, or its chunk-size table
-    std::uint32_t size = 0;       // file: unpacked size
-    std::uint8_t method = 0;      // file: hpi::Method
+    std::uint32_t dataOffset = 0;   // file: its bytes, or its chunk-size table
+    std::uint32_t size = 0;         // file: unpacked size
+    std::uint8_t method = 0;        // file: hpi::Method
     std::vector<HpiEntry> children; // folder: its entries in archive order
 };
 

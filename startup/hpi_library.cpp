@@ -75,14 +75,14 @@ void ExtractFolder(const HpiArchive& archive, const HpiEntry& folder, const std:
 
 } // namespace
 
-bool ExtractToFile(const HpiArchive& archive, const HpiEntry& file, const std::string& destination) {
+bool ExtractToFile(const HpiArchive& archive, const HpiEntry& file,
+                   const std::string& destination) {
     if (file.isDirectory) return false;
     std::string temp;
     const int fd = CreateTempFile(FolderOf(destination), temp);
     if (fd < 0) return false;
-    bool ok = archive.Extract(file, [fd](const std::uint8_t* data, std::size_t n) {
-        return WriteAll(fd, data, n);
-    });
+    bool ok = archive.Extract(
+        file, [fd](const std::uint8_t* data, std::size_t n) { return WriteAll(fd, data, n); });
     ok = (::close(fd) == 0) && ok;
     ok = ok && std::rename(temp.c_str(), destination.c_str()) == 0;
     if (!ok) ::unlink(temp.c_str());
@@ -109,7 +109,8 @@ const HpiArchive* HpiLibrary::Find(std::int32_t handle) const {
 std::int32_t HpiLibrary::HPIOpen(const std::string& fileName) {
     auto archive = HpiArchive::OpenFile(fileName);
     if (!archive) return 0;
-    while (next_ <= 0 || open_.count(next_)) next_ = next_ <= 0 ? 1 : next_ + 1;
+    while (next_ <= 0 || open_.count(next_))
+        next_ = next_ <= 0 ? 1 : next_ + 1;
     const std::int32_t handle = next_++;
     open_[handle] = std::move(archive);
     return handle;
@@ -137,6 +138,8 @@ std::int32_t HpiLibrary::HPIExtractFile(std::int32_t handle, const std::string& 
     return ExtractToFile(*archive, *file, destination) ? 1 : 0;
 }
 
-std::int32_t HpiLibrary::HPIClose(std::int32_t handle) { return open_.erase(handle) ? 1 : 0; }
+std::int32_t HpiLibrary::HPIClose(std::int32_t handle) {
+    return open_.erase(handle) ? 1 : 0;
+}
 
 } // namespace vantrel

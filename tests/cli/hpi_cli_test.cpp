@@ -29,13 +29,16 @@ RunResult RunCli(const std::string& args) {
     FILE* p = ::popen(("'" + std::string(cli) + "' " + args + " 2>/dev/null").c_str(), "r");
     if (!p) return r;
     char buf[4096];
-    while (std::size_t n = std::fread(buf, 1, sizeof buf, p)) r.out.append(buf, n);
+    while (std::size_t n = std::fread(buf, 1, sizeof buf, p))
+        r.out.append(buf, n);
     const int raw = ::pclose(p);
     r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
     return r;
 }
 
-std::string Q(const std::string& s) { return "'" + s + "'"; }
+std::string Q(const std::string& s) {
+    return "'" + s + "'";
+}
 
 class HpiCli : public ::testing::Test {
   protected:
@@ -80,7 +83,8 @@ TEST_F(HpiCli, MissingInputAndDamagedArchives) {
     EXPECT_EQ(RunCli("hpi list " + Q(tmp / "game")).status, 2);
     ASSERT_TRUE(demo::WriteFile(tmp / "junk.hpi", "junk"));
     EXPECT_EQ(RunCli("hpi list " + Q(tmp / "junk.hpi")).status, 1);
-    for (const char* cmd : {"hpi --help", "extract --help"}) EXPECT_EQ(RunCli(cmd).status, 0);
+    for (const char* cmd : {"hpi --help", "extract --help"})
+        EXPECT_EQ(RunCli(cmd).status, 0);
 }
 
 } // namespace

@@ -61,7 +61,11 @@ TEST(HpiEncryption, MatchesHandComputedBytes) {
 TEST(HpiLz77, DecodesHandWrittenStreamAndRejectsBadOnes) {
     // tag 0x0C: literal, literal, match, match(end). The match copies from
     // window position 1 (the first literal) four times: "ab" + "abab".
-    const std::string stream("\x0C" "ab" "\x12\x00" "\x00\x00", 7);
+    const std::string stream("\x0C"
+                             "ab"
+                             "\x12\x00"
+                             "\x00\x00",
+                             7);
     bool ok = false;
     EXPECT_EQ(DecodeLz77Text(stream, 6, &ok), "ababab");
     EXPECT_TRUE(ok);
@@ -117,7 +121,8 @@ TEST_P(HpiRoundTrip, EveryFileUnpacksToItsBytes) {
         {"units/sub/deep.fbi", SampleData(300, 3)},
         {"unitpics/armcom.pcx", SampleData(1000, 4)},
     };
-    for (const auto& [path, data] : files) writer.AddFile(path, data, method);
+    for (const auto& [path, data] : files)
+        writer.AddFile(path, data, method);
     const std::string bytes = writer.Build().bytes;
     auto archive = OpenBytes(bytes);
     ASSERT_TRUE(archive);
@@ -168,7 +173,8 @@ BuiltArchive SmallArchive(std::uint32_t key = 0) {
 
 std::size_t CountFiles(const HpiEntry& folder) {
     std::size_t n = 0;
-    for (const HpiEntry& e : folder.children) n += e.isDirectory ? CountFiles(e) : 1;
+    for (const HpiEntry& e : folder.children)
+        n += e.isDirectory ? CountFiles(e) : 1;
     return n;
 }
 
@@ -180,12 +186,12 @@ TEST(HpiMalformed, HeaderProblemsRefuseTheArchive) {
         PatchU32(bytes, offset, value);
         return OpenBytes(bytes) == nullptr;
     };
-    EXPECT_TRUE(damaged(0, 0x49504149));                   // wrong marker
-    EXPECT_TRUE(damaged(4, hpi::SavedGameMarker));          // a saved game
+    EXPECT_TRUE(damaged(0, 0x49504149));                                        // wrong marker
+    EXPECT_TRUE(damaged(4, hpi::SavedGameMarker));                              // a saved game
     EXPECT_TRUE(damaged(8, static_cast<std::uint32_t>(good.bytes.size() + 1))); // past the end
-    EXPECT_TRUE(damaged(8, 24));                            // ends before the root header
-    EXPECT_TRUE(damaged(16, 4));                            // root inside the header
-    EXPECT_TRUE(damaged(16, 0xFFFFFFF0));                   // root past the end
+    EXPECT_TRUE(damaged(8, 24));          // ends before the root header
+    EXPECT_TRUE(damaged(16, 4));          // root inside the header
+    EXPECT_TRUE(damaged(16, 0xFFFFFFF0)); // root past the end
     EXPECT_FALSE(OpenBytes(""));
     EXPECT_FALSE(OpenBytes("HAPI"));
 }
@@ -222,14 +228,14 @@ TEST(HpiMalformed, DamagedChunksFailToExtract) {
         return archive && !Unpack(*archive, "units/lz.fbi") && Unpack(*archive, "units/stored.fbi");
     };
     const std::uint8_t first = testing::PlainByte(good.bytes, chunk + 19, key);
-    EXPECT_TRUE(fails(chunk + 19, first ^ 0x01u, true));  // checksum no longer matches
-    EXPECT_TRUE(fails(chunk, 0x48535152, false));          // chunk marker
-    EXPECT_TRUE(fails(chunk + 11, 699, false));            // unpacked size off by one
-    EXPECT_TRUE(fails(chunk + 11, 0x100000, false));       // absurd unpacked size
-    EXPECT_TRUE(fails(chunk + 7, 0xFFFFFF00, false));      // packed size past the chunk
-    EXPECT_TRUE(fails(chunk - 4, 3, false));               // chunk smaller than its header
-    EXPECT_TRUE(fails(chunk - 4, 0xFFFFFFFF, false));      // chunk past the end
-    EXPECT_TRUE(fails(chunk + 5, 7, true));                // unknown method
+    EXPECT_TRUE(fails(chunk + 19, first ^ 0x01u, true)); // checksum no longer matches
+    EXPECT_TRUE(fails(chunk, 0x48535152, false));        // chunk marker
+    EXPECT_TRUE(fails(chunk + 11, 699, false));          // unpacked size off by one
+    EXPECT_TRUE(fails(chunk + 11, 0x100000, false));     // absurd unpacked size
+    EXPECT_TRUE(fails(chunk + 7, 0xFFFFFF00, false));    // packed size past the chunk
+    EXPECT_TRUE(fails(chunk - 4, 3, false));             // chunk smaller than its header
+    EXPECT_TRUE(fails(chunk - 4, 0xFFFFFFFF, false));    // chunk past the end
+    EXPECT_TRUE(fails(chunk + 5, 7, true));              // unknown method
     // The whole archive still opens and the other files are intact.
     EXPECT_TRUE(Unpack(*OpenBytes(good.bytes), "units/lz.fbi"));
 }
@@ -248,19 +254,19 @@ TEST(HpiMalformed, DirectoryCyclesAndBadOffsetsDropEntries) {
     EXPECT_EQ(filesAfter(sub + 4, good.folderHeader.at("")), 3u);      // back to the root
     EXPECT_EQ(filesAfter(sub + 4, good.folderHeader.at("units")), 3u); // back to its parent
     const std::uint32_t units = good.entryRecord.at("units");
-    EXPECT_EQ(filesAfter(units + 4, good.folderHeader.at("")), 1u);    // only unitpics remains
+    EXPECT_EQ(filesAfter(units + 4, good.folderHeader.at("")), 1u); // only unitpics remains
     const std::uint32_t lz = good.entryRecord.at("units/lz.fbi");
-    EXPECT_EQ(filesAfter(lz, 0xFFFFFFF0), 3u);                          // name past the end
-    EXPECT_EQ(filesAfter(lz, good.directoryEnd), 3u);                   // name after the block
-    EXPECT_EQ(filesAfter(lz + 4, 0x7FFFFFFF), 3u);                      // record past the end
+    EXPECT_EQ(filesAfter(lz, 0xFFFFFFF0), 3u);        // name past the end
+    EXPECT_EQ(filesAfter(lz, good.directoryEnd), 3u); // name after the block
+    EXPECT_EQ(filesAfter(lz + 4, 0x7FFFFFFF), 3u);    // record past the end
     const std::uint32_t lzData = good.fileRecord.at("units/lz.fbi");
-    EXPECT_EQ(filesAfter(lzData, 0xFFFFFF00), 3u);                      // data past the end
-    EXPECT_EQ(filesAfter(lzData + 4, 0xFFFFFFF0), 3u);                  // absurd unpacked size
+    EXPECT_EQ(filesAfter(lzData, 0xFFFFFF00), 3u);     // data past the end
+    EXPECT_EQ(filesAfter(lzData + 4, 0xFFFFFFF0), 3u); // absurd unpacked size
     const std::uint32_t storedData = good.fileRecord.at("units/stored.fbi");
     EXPECT_EQ(filesAfter(storedData + 4, 0xFFFFFFFF), 3u);
     const std::uint32_t root = good.folderHeader.at("");
-    EXPECT_EQ(filesAfter(root, 0xFFFFFFFF), 0u);                        // absurd entry count
-    EXPECT_EQ(filesAfter(root + 4, 0xFFFFFFF0), 0u);                    // list past the end
+    EXPECT_EQ(filesAfter(root, 0xFFFFFFFF), 0u);     // absurd entry count
+    EXPECT_EQ(filesAfter(root + 4, 0xFFFFFFF0), 0u); // list past the end
 }
 
 // The fuzz corpus is written from these seeds: with VANTREL_WRITE_HPI_SEEDS

@@ -16,9 +16,13 @@ using testing::HpiWriter;
 using testing::HpiWriterOptions;
 using testing::ScratchFolder;
 
-std::string Built(const HpiWriter& writer) { return writer.Build().bytes; }
+std::string Built(const HpiWriter& writer) {
+    return writer.Build().bytes;
+}
 
-std::string Read(const std::string& path) { return ReadWholeFile(path).value_or("<missing>"); }
+std::string Read(const std::string& path) {
+    return ReadWholeFile(path).value_or("<missing>");
+}
 
 // Lists `folder` with the listing protocol and returns the names.
 std::vector<std::string> ListFolder(ArchiveLibrary& lib, std::int32_t handle,
@@ -191,8 +195,12 @@ class RecordingLibrary : public HpiLibrary {
 class RecordingZips : public ZipSteps {
   public:
     explicit RecordingZips(Log& log) : log_(log) {}
-    void CreateUnzip(const Definitions&, Progress&) override { log_.events.push_back("zip create"); }
-    void CountZipFiles(const Definitions&, Progress&) override { log_.events.push_back("zip count"); }
+    void CreateUnzip(const Definitions&, Progress&) override {
+        log_.events.push_back("zip create");
+    }
+    void CountZipFiles(const Definitions&, Progress&) override {
+        log_.events.push_back("zip count");
+    }
     void UnpackZips(const Definitions&, Progress&) override { log_.events.push_back("zip unpack"); }
 
   private:
@@ -273,7 +281,8 @@ TEST_F(ExtractionPasses, CountThenExtractEveryArchiveFamilyIntoUnits) {
     const std::vector<std::string> perPass = {"broken.hpi", "TOTALA1.HPI", "b.ccx", "x.gp3",
                                               "y.swx"};
     std::vector<std::string> opens;
-    for (int pass = 0; pass < 4; ++pass) opens.insert(opens.end(), perPass.begin(), perPass.end());
+    for (int pass = 0; pass < 4; ++pass)
+        opens.insert(opens.end(), perPass.begin(), perPass.end());
     EXPECT_EQ(Events("open "), opens);
     // Zip steps come between the counting and the extraction passes, unpacking last.
     auto at = [&](const std::string& e) {
@@ -283,11 +292,11 @@ TEST_F(ExtractionPasses, CountThenExtractEveryArchiveFamilyIntoUnits) {
     EXPECT_EQ(at("zip count"), 11);
     EXPECT_EQ(at("show"), 12);
     EXPECT_EQ(log.events.back(), "zip unpack");
-    EXPECT_EQ(Events("extract "),
-              (std::vector<std::string>{"units\\ARMCOM.FBI", "units\\arm.fbi.bak",
-                                        "units\\corcom.fbi", "units\\corcom.fbi",
-                                        "units\\gp3unit.fbi", "units\\swx.fbi",
-                                        "unitpics\\ARMCOM.PCX", "unitpics\\swx.pcx"}));
+    EXPECT_EQ(
+        Events("extract "),
+        (std::vector<std::string>{"units\\ARMCOM.FBI", "units\\arm.fbi.bak", "units\\corcom.fbi",
+                                  "units\\corcom.fbi", "units\\gp3unit.fbi", "units\\swx.fbi",
+                                  "unitpics\\ARMCOM.PCX", "unitpics\\swx.pcx"}));
     // 12 entries in the "units" folders (the sub-folder and unsafe names
     // included), 2 in "unitpics"; every entry with the extension is counted
     // as done, even one whose name is refused.

@@ -11,14 +11,18 @@ namespace vantrel::testing {
 namespace {
 
 void PutU32(std::string& out, std::uint32_t v) {
-    for (int i = 0; i < 4; ++i) out.push_back(static_cast<char>((v >> (8 * i)) & 0xFF));
+    for (int i = 0; i < 4; ++i)
+        out.push_back(static_cast<char>((v >> (8 * i)) & 0xFF));
 }
 
 void SetU32(std::string& out, std::size_t at, std::uint32_t v) {
-    for (std::size_t i = 0; i < 4; ++i) out[at + i] = static_cast<char>((v >> (8 * i)) & 0xFF);
+    for (std::size_t i = 0; i < 4; ++i)
+        out[at + i] = static_cast<char>((v >> (8 * i)) & 0xFF);
 }
 
-std::uint32_t U32(std::size_t v) { return static_cast<std::uint32_t>(v); }
+std::uint32_t U32(std::size_t v) {
+    return static_cast<std::uint32_t>(v);
+}
 
 std::string ZlibCompress(std::string_view data) {
     uLongf size = compressBound(static_cast<uLong>(data.size()));
@@ -48,7 +52,8 @@ class Lz77Encoder {
                     if (pos - src > 4095) break;
                     if (((src + 1) & 0xFFF) == 0) continue; // offset 0 is the end mark
                     std::size_t len = 0;
-                    while (len < MaxMatch && pos + len < in_.size() && in_[src + len] == in_[pos + len])
+                    while (len < MaxMatch && pos + len < in_.size() &&
+                           in_[src + len] == in_[pos + len])
                         ++len;
                     if (len > bestLen) {
                         bestLen = len;
@@ -59,7 +64,8 @@ class Lz77Encoder {
             }
             if (bestLen >= MinMatch) {
                 Match(((bestSrc + 1) & 0xFFF) << 4 | (bestLen - 2));
-                for (std::size_t k = 0; k < bestLen; ++k) Insert(pos + k);
+                for (std::size_t k = 0; k < bestLen; ++k)
+                    Insert(pos + k);
                 pos += bestLen;
             } else {
                 Literal(static_cast<std::uint8_t>(in_[pos]));
@@ -114,7 +120,9 @@ class Lz77Encoder {
 
 } // namespace
 
-std::string EncodeLz77(std::string_view data) { return Lz77Encoder(data).Run(); }
+std::string EncodeLz77(std::string_view data) {
+    return Lz77Encoder(data).Run();
+}
 
 std::string EncodeChunk(std::string_view data, std::uint8_t method, bool encrypt) {
     std::string packed = method == hpi::Lz77   ? EncodeLz77(data)
@@ -122,10 +130,11 @@ std::string EncodeChunk(std::string_view data, std::uint8_t method, bool encrypt
                                                : std::string(data);
     if (encrypt)
         for (std::size_t i = 0; i < packed.size(); ++i)
-            packed[i] = static_cast<char>(
-                hpi::EncryptChunkByte(static_cast<std::uint8_t>(packed[i]), i));
+            packed[i] =
+                static_cast<char>(hpi::EncryptChunkByte(static_cast<std::uint8_t>(packed[i]), i));
     std::uint32_t sum = 0;
-    for (char c : packed) sum += static_cast<std::uint8_t>(c);
+    for (char c : packed)
+        sum += static_cast<std::uint8_t>(c);
     std::string chunk;
     PutU32(chunk, hpi::ChunkMarker);
     chunk.push_back(2);
@@ -158,7 +167,9 @@ HpiWriter::Node& HpiWriter::Folder(const std::string& path) {
     return *node;
 }
 
-void HpiWriter::AddFolder(const std::string& path) { Folder(path); }
+void HpiWriter::AddFolder(const std::string& path) {
+    Folder(path);
+}
 
 void HpiWriter::AddEntry(const std::string& folder, const std::string& name, std::string data,
                          std::uint8_t method) {
@@ -236,9 +247,9 @@ BuiltArchive HpiWriter::Build() const {
         const std::size_t table = out.size();
         out.append(chunks * 4, '\0');
         for (std::size_t i = 0; i < chunks; ++i) {
-            const std::string chunk = EncodeChunk(
-                std::string_view(data).substr(i * hpi::ChunkSize, hpi::ChunkSize),
-                f.node->method, options_.encryptChunks);
+            const std::string chunk =
+                EncodeChunk(std::string_view(data).substr(i * hpi::ChunkSize, hpi::ChunkSize),
+                            f.node->method, options_.encryptChunks);
             SetU32(out, table + 4 * i, U32(chunk.size()));
             out += chunk;
         }
@@ -283,15 +294,23 @@ std::map<std::string, std::string> HpiSeedArchives() {
             writer.AddFile("units/ARMCOM.FBI", SampleData(300, m), m);
             writer.AddFile("unitpics/armcom.pcx", std::string(200, 'p'), m);
             writer.AddFile("units/sub/x.fbi", "x", m);
-            std::string name = std::string("seed-") + methods[m] + (key ? "-encrypted" : "") + ".hpi";
+            std::string name =
+                std::string("seed-") + methods[m] + (key ? "-encrypted" : "") + ".hpi";
             seeds[name] = writer.Build().bytes;
         }
     return seeds;
 }
 
 std::string SampleData(std::size_t size, std::uint32_t seed) {
-    static const char* words[] = {"[UNITINFO]", "UnitName=", "Side=ARM;", "TEDClass=KBOT;",
-                                  "BuildCostEnergy=", "Description=", "\r\n", "    ", "0"};
+    static const char* words[] = {"[UNITINFO]",
+                                  "UnitName=",
+                                  "Side=ARM;",
+                                  "TEDClass=KBOT;",
+                                  "BuildCostEnergy=",
+                                  "Description=",
+                                  "\r\n",
+                                  "    ",
+                                  "0"};
     std::string out;
     out.reserve(size);
     std::uint32_t s = seed * 2654435761u + 1;
@@ -304,7 +323,8 @@ std::string SampleData(std::size_t size, std::uint32_t seed) {
     while (out.size() < size) {
         const std::uint32_t r = next();
         if (r % 4 == 0) {
-            for (int i = 0; i < 8; ++i) out.push_back(static_cast<char>(next() & 0xFF));
+            for (int i = 0; i < 8; ++i)
+                out.push_back(static_cast<char>(next() & 0xFF));
         } else {
             out += words[r % (sizeof words / sizeof *words)];
         }

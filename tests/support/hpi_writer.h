@@ -66,7 +66,8 @@ void PatchU32(std::string& archive, std::uint32_t offset, std::uint32_t value,
 void PatchByte(std::string& archive, std::uint32_t offset, std::uint8_t value,
                std::uint32_t headerKey = 0);
 // The byte at `offset` as the reader sees it (decrypted).
-std::uint8_t PlainByte(const std::string& archive, std::uint32_t offset, std::uint32_t headerKey = 0);
+std::uint8_t PlainByte(const std::string& archive, std::uint32_t offset,
+                       std::uint32_t headerKey = 0);
 
 // A few small archives covering every compression and encryption, named for
 // a fuzz corpus (seed-*.hpi); each is a few hundred bytes.
