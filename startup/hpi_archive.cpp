@@ -292,19 +292,25 @@ bool HpiArchive::ExtractStored(const HpiEntry& file, const HpiSink& sink) const 
 bool HpiArchive::ExtractChunked(const HpiEntry& file, const HpiSink& sink) const {
     const auto chunks = static_cast<std::uint32_t>((std::uint64_t{file.size} + hpi::ChunkSize - 1) /
                                                    hpi::ChunkSize);
-    const std::uint64_t table = file.dataOffset;
-    std::uint64_t chunkPos = table + std::uint64_t{chunks} * 4;
+    // The chunk-size table (at most 256 KiB, for a 4 GiB file) is read at once.
+    std::vector<std::uint8_t>& table = table_;
+    table.resize(std::size_t{chunks} * 4);
+    if (!Read(file.dataOffset, table.data(), table.size())) return false;
+    std::uint64_t chunkPos = file.dataOffset + table.size();
     std::vector<std::uint8_t>& packed = packed_;
     std::vector<std::uint8_t>& unpacked = unpacked_;
     std::uint32_t left = file.size;
     for (std::uint32_t i = 0; i < chunks; ++i) {
-        std::uint8_t word[4];
-        if (!Read(table + std::uint64_t{i} * 4, word, 4)) return false;
-        const std::uint32_t chunkSize = hpi::ReadU32(word);
-        std::uint8_t h[hpi::ChunkHeaderSize];
+        const std::uint32_t chunkSize = hpi::ReadU32(table.data() + std::size_t{i} * 4);
         if (chunkSize < hpi::ChunkHeaderSize || chunkPos > source_->Size() ||
-            chunkSize > source_->Size() - chunkPos || !Read(chunkPos, h, sizeof h))
+            chunkSize > source_->Size() - chunkPos)
             return false;
+        // Header and data in one read; a chunk cannot need more than this.
+        const std::size_t wanted =
+            std::min<std::size_t>(chunkSize, hpi::ChunkHeaderSize + hpi::MaxPackedChunk);
+        packed.resize(std::max(packed.size(), wanted));
+        if (!Read(chunkPos, packed.data(), wanted)) return false;
+        const std::uint8_t* h = packed.data();
         const std::uint8_t method = h[5];
         const bool encrypted = h[6] != 0;
         const std::uint32_t packedSize = hpi::ReadU32(h + 7);
@@ -312,26 +318,25 @@ bool HpiArchive::ExtractChunked(const HpiEntry& file, const HpiSink& sink) const
         const std::uint32_t checksum = hpi::ReadU32(h + 15);
         const std::uint32_t expected = std::min(left, hpi::ChunkSize);
         if (hpi::ReadU32(h) != hpi::ChunkMarker || size != expected ||
-            packedSize > chunkSize - hpi::ChunkHeaderSize || packedSize > hpi::MaxPackedChunk ||
+            packedSize > wanted - hpi::ChunkHeaderSize ||
             (method == hpi::Stored && packedSize != size))
             return false;
-        packed.resize(std::max<std::size_t>(packed.size(), packedSize));
-        if (!Read(chunkPos + hpi::ChunkHeaderSize, packed.data(), packedSize)) return false;
+        std::uint8_t* data = packed.data() + hpi::ChunkHeaderSize;
         std::uint32_t sum = 0;
         for (std::uint32_t k = 0; k < packedSize; ++k)
-            sum += packed[k];
+            sum += data[k];
         if (sum != checksum) return false;
         if (encrypted)
             for (std::uint32_t k = 0; k < packedSize; ++k)
-                packed[k] = hpi::DecryptChunkByte(packed[k], k);
-        const std::uint8_t* out = packed.data();
+                data[k] = hpi::DecryptChunkByte(data[k], k);
+        const std::uint8_t* out = data;
         if (method != hpi::Stored) {
             unpacked.resize(std::max<std::size_t>(unpacked.size(), size));
             bool ok = false;
             if (method == hpi::Lz77)
-                ok = hpi::DecodeLz77(packed.data(), packedSize, unpacked.data(), size);
+                ok = hpi::DecodeLz77(data, packedSize, unpacked.data(), size);
             else if (method == hpi::Zlib)
-                ok = hpi::DecodeZlib(packed.data(), packedSize, unpacked.data(), size);
+                ok = hpi::DecodeZlib(data, packedSize, unpacked.data(), size);
             if (!ok) return false;
             out = unpacked.data();
         }

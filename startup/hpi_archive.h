@@ -148,7 +148,7 @@ class HpiArchive {
 
     std::unique_ptr<ByteSource> source_;
     // Chunk buffers kept from file to file (an archive is used by one thread).
-    mutable std::vector<std::uint8_t> packed_, unpacked_;
+    mutable std::vector<std::uint8_t> table_, packed_, unpacked_;
     std::uint8_t key_;       // whole-file key byte, used when encrypted_
     bool encrypted_ = false; // HeaderKey was not 0
     HpiEntry root_;
