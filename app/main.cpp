@@ -5,6 +5,7 @@
 #include "mainwindow/frmMain.h"
 #include "mainwindow/qt_file_dialogs.h"
 #include "startup/frmLoad.h"
+#include "startup/hpi_library.h"
 #include "startup/main_sequence.h"
 #include "startup/paths.h"
 #include "startup/zip_steps.h"
@@ -46,7 +47,7 @@ int main(int argc, char** argv) {
     DefaultRandom random;
 
     // The game's archive library and the zip steps of start-up.
-    GameFolderOnlyLibrary archives(settings);
+    HpiLibrary archives(settings);
     LibzipSteps zips;
 
     StartupPorts ports{progress, messages, settings, shell, random, archives, zips};

@@ -127,16 +127,12 @@ std::string FindGameDirectory(const GameSearchEnv& env) {
     return {};
 }
 
-namespace {
-// An entry name that stays inside the Units folder: no separators, no "..",
-// no drive letter, not empty.
-bool IsSafeBareName(const std::string& name) {
+bool IsSafeBareName(std::string_view name) {
     if (name.empty() || name == "." || name == "..") return false;
-    if (name.find_first_of("/\\") != std::string::npos) return false;
+    if (name.find_first_of(std::string_view("/\\\0", 3)) != std::string_view::npos) return false;
     if (name.size() >= 2 && name[1] == ':') return false;
     return true;
 }
-} // namespace
 
 void CountArchiveFiles(const Definitions& defs, ArchiveLibrary& lib, Progress& progress,
                        const std::string& folder, const std::string& pattern) {

@@ -7,11 +7,14 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace vantrel {
 
 inline constexpr std::size_t NameBufferSize = 255;
-inline std::string FreshNameBuffer() { return std::string(NameBufferSize, ' '); }
+inline std::string FreshNameBuffer() {
+    return std::string(NameBufferSize, ' ');
+}
 
 class ArchiveLibrary {
   public:
@@ -38,8 +41,8 @@ class GameFolderOnlyLibrary : public ArchiveLibrary {
     explicit GameFolderOnlyLibrary(SettingsStore& settings) : settings_(settings) {}
     void GetTADirectory(std::string& buffer) override;
     std::int32_t HPIOpen(const std::string&) override { return 0; }
-    std::int32_t HPIDir(std::int32_t, std::int32_t, const std::string&, std::string&,
-                        std::int32_t&, std::int32_t&) override {
+    std::int32_t HPIDir(std::int32_t, std::int32_t, const std::string&, std::string&, std::int32_t&,
+                        std::int32_t&) override {
         return 0;
     }
     std::int32_t HPIExtractFile(std::int32_t, const std::string&, const std::string&) override {
@@ -66,6 +69,10 @@ GameSearchEnv GameSearchEnvFromProcess(SettingsStore& settings);
 std::string FindGameDirectory(const GameSearchEnv& env);
 // The game folder recorded in a Wine prefix ("" when none or not a folder).
 std::string GameDirFromWinePrefix(const std::string& prefix);
+
+// A name that stays inside the folder it is written to: not empty, not "."
+// or "..", no separator ("/" or "\\"), no drive letter, no NUL.
+bool IsSafeBareName(std::string_view name);
 
 // The archive patterns searched directly in the game folder.
 inline constexpr const char* ArchivePatterns[] = {"*.hpi", "*.ccx", "*.gp?", "*.swx"};

@@ -1,7 +1,7 @@
 // Zip packages and scratch folders made by the tests themselves.
 #pragma once
 
-#include "support/test_support.h"
+#include "support/scratch_folder.h"
 
 #include <string>
 #include <vector>
@@ -28,7 +28,5 @@ void WriteBytes(const std::string& path, const std::string& data);
 // Every regular file below `root`, as paths relative to it, sorted.
 Files FilesBelow(const std::string& root);
 
-// A fresh folder below /tmp, removed with everything in it at the end.
-using ScratchFolder = vantrel::test::TempDir;
 
 } // namespace vantrel::testing

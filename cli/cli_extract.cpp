@@ -1,0 +1,80 @@
+// vantrel-cli extract GAME_DIR APP_DIR
+#include "cli/cli_common.h"
+
+#include "startup/hpi_library.h"
+#include "startup/main_sequence.h"
+#include "startup/zip_steps.h"
+#include "startup/paths.h"
+
+#include <iostream>
+#include <memory>
+
+namespace vantrel::cli {
+namespace {
+
+const char* Usage = "extract GAME_DIR APP_DIR";
+
+// Prints each new status text once the progress form has been shown.
+class StatusEcho : public Progress {
+  public:
+    void Show() override { shown_ = true; }
+
+  protected:
+    void OnChange() override {
+        if (shown_ && Status() != last_) {
+            last_ = Status();
+            std::cout << last_ << "\n";
+        }
+    }
+
+  private:
+    bool shown_ = false;
+    std::string last_;
+};
+
+// The zip steps of the run: the one place where they are chosen.
+std::unique_ptr<ZipSteps> MakeZipSteps() {
+    return std::make_unique<LibzipSteps>();
+}
+
+int RunExtract(const std::vector<std::string>& args) {
+    if (WantsHelp(args, Usage,
+                  "Runs the extraction of start-up: counts the entries of the \"units\" and\n"
+                  "\"unitpics\" folders of every archive in GAME_DIR (*.hpi, *.ccx, *.gp?,\n"
+                  "*.swx), then copies the unit files (.fbi) and pictures (.pcx) into\n"
+                  "APP_DIR/Units, replacing files already there; then unpacks the zip\n"
+                  "packages of APP_DIR (*.zip) into APP_DIR/Units, keeping files already\n"
+                  "there. Prints each status text the progress form would show, one per\n"
+                  "line, and at the end\n"
+                  "progress<TAB>value<TAB>maximum. Stored options are not touched."))
+        return ExitOk;
+    if (args.size() != 2) return UsageError(Usage, "expected a game folder and a program folder");
+    if (!IsDirectory(args[0])) {
+        std::cerr << "vantrel-cli: no such folder: " << args[0] << "\n";
+        return ExitUsage;
+    }
+    Definitions defs;
+    defs.GameDir = args[0];
+    defs.AppDir = WithTrailingSep(args[1]);
+    if (!MakeDirectory(args[1]) || !MakeDirectory(UnitsDir(defs.AppDir))) {
+        std::cerr << "vantrel-cli: cannot create the folder " << UnitsDir(defs.AppDir) << "\n";
+        return ExitFailed;
+    }
+    StatusEcho progress;
+    ConsoleMessages messages;
+    MemorySettingsStore settings;
+    ConsoleShell shell;
+    DefaultRandom random;
+    HpiLibrary archives(settings);
+    const std::unique_ptr<ZipSteps> zips = MakeZipSteps();
+    StartupPorts ports{progress, messages, settings, shell, random, archives, *zips};
+    RunExtraction(defs, ports);
+    std::cout << "progress\t" << progress.Value() << '\t' << progress.Maximum() << "\n";
+    return ExitOk;
+}
+
+const CommandRegistrar reg("extract", Usage, "extract unit files from the game's archives",
+                           RunExtract);
+
+} // namespace
+} // namespace vantrel::cli

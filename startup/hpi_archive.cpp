@@ -1,0 +1,350 @@
+#include "startup/hpi_archive.h"
+
+#include "catalogue/text.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <set>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <zlib.h>
+
+namespace vantrel {
+
+namespace hpi {
+
+std::uint8_t FileKey(std::uint32_t headerKey) {
+    return static_cast<std::uint8_t>(~((headerKey * 4u) | (headerKey >> 6)));
+}
+
+void CryptBytes(std::uint8_t key, std::uint64_t pos, std::uint8_t* data, std::size_t n) {
+    for (std::size_t i = 0; i < n; ++i)
+        data[i] = CryptByte(key, pos + i, data[i]);
+}
+
+std::uint32_t ReadU32(const std::uint8_t* p) {
+    return static_cast<std::uint32_t>(p[0]) | static_cast<std::uint32_t>(p[1]) << 8 |
+           static_cast<std::uint32_t>(p[2]) << 16 | static_cast<std::uint32_t>(p[3]) << 24;
+}
+
+bool DecodeLz77(const std::uint8_t* in, std::size_t inSize, std::uint8_t* out,
+                std::size_t outSize) {
+    std::uint8_t window[4096] = {};
+    std::size_t w = 1, ip = 0, op = 0;
+    while (ip < inSize) {
+        const unsigned tag = in[ip++];
+        for (int bit = 0; bit < 8; ++bit) {
+            if ((tag & (1u << bit)) == 0) {
+                if (ip >= inSize || op >= outSize) return false;
+                const std::uint8_t b = in[ip++];
+                out[op++] = b;
+                window[w] = b;
+                w = (w + 1) & 0xFFF;
+                continue;
+            }
+            if (inSize - ip < 2) return false;
+            const unsigned v = in[ip] | static_cast<unsigned>(in[ip + 1]) << 8;
+            ip += 2;
+            std::size_t offset = v >> 4;
+            if (offset == 0) return op == outSize;
+            const std::size_t count = (v & 0x0F) + 2;
+            if (count > outSize - op) return false;
+            for (std::size_t k = 0; k < count; ++k) {
+                const std::uint8_t b = window[offset];
+                out[op++] = b;
+                window[w] = b;
+                offset = (offset + 1) & 0xFFF;
+                w = (w + 1) & 0xFFF;
+            }
+        }
+    }
+    return false; // the input ended before the end mark
+}
+
+bool DecodeZlib(const std::uint8_t* in, std::size_t inSize, std::uint8_t* out,
+                std::size_t outSize) {
+    z_stream zs{};
+    if (inflateInit(&zs) != Z_OK) return false;
+    zs.next_in = const_cast<Bytef*>(in);
+    zs.avail_in = static_cast<uInt>(inSize);
+    zs.next_out = out;
+    zs.avail_out = static_cast<uInt>(outSize);
+    const int ret = inflate(&zs, Z_FINISH);
+    const bool ok = ret == Z_STREAM_END && zs.total_out == outSize;
+    inflateEnd(&zs);
+    return ok;
+}
+
+} // namespace hpi
+
+// ---------------------------------------------------------------------------
+// Byte sources
+// ---------------------------------------------------------------------------
+std::unique_ptr<FileSource> FileSource::Open(const std::string& path) {
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return nullptr;
+    struct stat st {};
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        ::close(fd);
+        return nullptr;
+    }
+    return std::unique_ptr<FileSource>(new FileSource(fd, static_cast<std::uint64_t>(st.st_size)));
+}
+
+FileSource::~FileSource() {
+    ::close(fd_);
+}
+
+bool FileSource::ReadAt(std::uint64_t pos, void* out, std::size_t n) const {
+    if (pos > size_ || n > size_ - pos) return false;
+    auto* p = static_cast<char*>(out);
+    while (n > 0) {
+        const ssize_t got = ::pread(fd_, p, n, static_cast<off_t>(pos));
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) return false;
+        p += got;
+        n -= static_cast<std::size_t>(got);
+        pos += static_cast<std::uint64_t>(got);
+    }
+    return true;
+}
+
+bool MemorySource::ReadAt(std::uint64_t pos, void* out, std::size_t n) const {
+    if (pos > bytes_.size() || n > bytes_.size() - pos) return false;
+    if (n > 0) std::memcpy(out, bytes_.data() + pos, n);
+    return true;
+}
+
+// ---------------------------------------------------------------------------
+// Directory
+// ---------------------------------------------------------------------------
+namespace {
+
+// Reads the decrypted directory block [start, end) into a tree, checking
+// every offset. Entries that do not check out are left out.
+class DirectoryReader {
+  public:
+    DirectoryReader(const std::vector<std::uint8_t>& block, std::uint32_t start,
+                    std::uint64_t fileSize)
+        : block_(block), start_(start), fileSize_(fileSize) {}
+
+    // False when the folder's header is unusable or was reached before (a
+    // cycle, or a folder shared by two entries).
+    bool ReadFolder(std::uint32_t headerOffset, HpiEntry& folder, int depth) {
+        if (depth > hpi::MaxFolderDepth || !Inside(headerOffset, hpi::DirectoryHeaderSize))
+            return false;
+        if (!visited_.insert(headerOffset).second) return false;
+        const std::uint32_t count = hpi::ReadU32(At(headerOffset));
+        const std::uint32_t list = hpi::ReadU32(At(headerOffset + 4));
+        if (!Inside(list, std::uint64_t{count} * hpi::EntrySize)) return false;
+        for (std::uint32_t i = 0; i < count; ++i) {
+            const std::uint8_t* e = At(list + i * static_cast<std::uint32_t>(hpi::EntrySize));
+            HpiEntry entry;
+            if (!ReadName(hpi::ReadU32(e), entry.name)) continue;
+            const std::uint32_t data = hpi::ReadU32(e + 4);
+            entry.isDirectory = e[8] != 0;
+            if (entry.isDirectory ? ReadFolder(data, entry, depth + 1) : ReadFileData(data, entry))
+                folder.children.push_back(std::move(entry));
+        }
+        return true;
+    }
+
+  private:
+    bool Inside(std::uint32_t offset, std::uint64_t n) const {
+        return offset >= start_ && offset - start_ <= block_.size() &&
+               n <= block_.size() - (offset - start_);
+    }
+    const std::uint8_t* At(std::uint32_t offset) const { return block_.data() + (offset - start_); }
+
+    // A name must end (NUL) inside the block, be non-empty and fit a buffer.
+    bool ReadName(std::uint32_t offset, std::string& name) const {
+        if (!Inside(offset, 1)) return false;
+        const std::size_t room =
+            std::min<std::size_t>(block_.size() - (offset - start_), hpi::MaxNameLength + 1);
+        const auto* p = At(offset);
+        const void* nul = std::memchr(p, 0, room);
+        if (!nul) return false;
+        const auto len = static_cast<std::size_t>(static_cast<const std::uint8_t*>(nul) - p);
+        if (len == 0) return false;
+        name.assign(reinterpret_cast<const char*>(p), len);
+        return true;
+    }
+
+    bool ReadFileData(std::uint32_t offset, HpiEntry& entry) const {
+        if (!Inside(offset, hpi::FileDataSize)) return false;
+        const std::uint8_t* f = At(offset);
+        entry.dataOffset = hpi::ReadU32(f);
+        entry.size = hpi::ReadU32(f + 4);
+        entry.method = f[8];
+        if (entry.dataOffset > fileSize_) return false;
+        const std::uint64_t room = fileSize_ - entry.dataOffset;
+        if (entry.method == hpi::Stored) return entry.size <= room;
+        if (entry.method != hpi::Lz77 && entry.method != hpi::Zlib) return false;
+        // Every chunk needs its table slot and at least its header.
+        const std::uint64_t chunks =
+            (std::uint64_t{entry.size} + hpi::ChunkSize - 1) / hpi::ChunkSize;
+        return chunks * (4 + hpi::ChunkHeaderSize) <= room;
+    }
+
+    const std::vector<std::uint8_t>& block_;
+    std::uint32_t start_;
+    std::uint64_t fileSize_;
+    std::set<std::uint32_t> visited_;
+};
+
+// Splits "a\\b/c" into its non-empty parts.
+std::vector<std::string_view> SplitPath(std::string_view path) {
+    std::vector<std::string_view> parts;
+    std::size_t begin = 0;
+    while (begin <= path.size()) {
+        std::size_t end = path.find_first_of("\\/", begin);
+        if (end == std::string_view::npos) end = path.size();
+        if (end > begin) parts.push_back(path.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return parts;
+}
+
+const HpiEntry* FindChild(const HpiEntry& folder, std::string_view name, bool directory) {
+    for (const HpiEntry& c : folder.children)
+        if (c.isDirectory == directory && c.name == name) return &c;
+    for (const HpiEntry& c : folder.children)
+        if (c.isDirectory == directory && EqualsNoCase(c.name, name)) return &c;
+    return nullptr;
+}
+
+const HpiEntry* WalkFolders(const HpiEntry& root, const std::vector<std::string_view>& parts,
+                            std::size_t count) {
+    const HpiEntry* folder = &root;
+    for (std::size_t i = 0; i < count && folder; ++i)
+        folder = FindChild(*folder, parts[i], true);
+    return folder;
+}
+
+} // namespace
+
+std::unique_ptr<HpiArchive> HpiArchive::OpenFile(const std::string& path) {
+    auto source = FileSource::Open(path);
+    if (!source) return nullptr;
+    return Open(std::move(source));
+}
+
+std::unique_ptr<HpiArchive> HpiArchive::Open(std::unique_ptr<ByteSource> source) {
+    if (!source) return nullptr;
+    std::uint8_t h[hpi::HeaderSize];
+    if (!source->ReadAt(0, h, sizeof h)) return nullptr;
+    if (hpi::ReadU32(h) != hpi::Marker || hpi::ReadU32(h + 4) != hpi::Version) return nullptr;
+    const std::uint32_t end = hpi::ReadU32(h + 8);
+    const std::uint32_t headerKey = hpi::ReadU32(h + 12);
+    const std::uint32_t start = hpi::ReadU32(h + 16);
+    if (start < hpi::HeaderSize || end < start || end - start < hpi::DirectoryHeaderSize ||
+        end > source->Size() || end - start > hpi::MaxDirectoryBytes)
+        return nullptr;
+
+    std::unique_ptr<HpiArchive> archive(new HpiArchive(std::move(source), hpi::FileKey(headerKey)));
+    archive->encrypted_ = headerKey != 0;
+    std::vector<std::uint8_t> block(end - start);
+    if (!archive->Read(start, block.data(), block.size())) return nullptr;
+    DirectoryReader reader(block, start, archive->source_->Size());
+    archive->root_.isDirectory = true;
+    reader.ReadFolder(start, archive->root_, 0);
+    return archive;
+}
+
+bool HpiArchive::Read(std::uint64_t pos, void* out, std::size_t n) const {
+    if (!source_->ReadAt(pos, out, n)) return false;
+    if (encrypted_) hpi::CryptBytes(key_, pos, static_cast<std::uint8_t*>(out), n);
+    return true;
+}
+
+const HpiEntry* HpiArchive::FindFolder(std::string_view path) const {
+    const auto parts = SplitPath(path);
+    return WalkFolders(root_, parts, parts.size());
+}
+
+const HpiEntry* HpiArchive::FindFile(std::string_view path) const {
+    const auto parts = SplitPath(path);
+    if (parts.empty()) return nullptr;
+    const HpiEntry* folder = WalkFolders(root_, parts, parts.size() - 1);
+    return folder ? FindChild(*folder, parts.back(), false) : nullptr;
+}
+
+bool HpiArchive::Extract(const HpiEntry& file, const HpiSink& sink) const {
+    if (file.isDirectory) return false;
+    return file.method == hpi::Stored ? ExtractStored(file, sink) : ExtractChunked(file, sink);
+}
+
+bool HpiArchive::ExtractStored(const HpiEntry& file, const HpiSink& sink) const {
+    std::vector<std::uint8_t>& buffer = unpacked_;
+    buffer.resize(std::max<std::size_t>(buffer.size(), std::min(file.size, hpi::ChunkSize)));
+    std::uint64_t pos = file.dataOffset;
+    std::uint32_t left = file.size;
+    while (left > 0) {
+        const std::size_t n = std::min<std::uint32_t>(left, hpi::ChunkSize);
+        if (!Read(pos, buffer.data(), n) || !sink(buffer.data(), n)) return false;
+        pos += n;
+        left -= static_cast<std::uint32_t>(n);
+    }
+    return true;
+}
+
+bool HpiArchive::ExtractChunked(const HpiEntry& file, const HpiSink& sink) const {
+    const auto chunks = static_cast<std::uint32_t>((std::uint64_t{file.size} + hpi::ChunkSize - 1) /
+                                                   hpi::ChunkSize);
+    // The chunk-size table (at most 256 KiB, for a 4 GiB file) is read at once.
+    std::vector<std::uint8_t>& table = table_;
+    table.resize(std::size_t{chunks} * 4);
+    if (!Read(file.dataOffset, table.data(), table.size())) return false;
+    std::uint64_t chunkPos = file.dataOffset + table.size();
+    std::vector<std::uint8_t>& packed = packed_;
+    std::vector<std::uint8_t>& unpacked = unpacked_;
+    std::uint32_t left = file.size;
+    for (std::uint32_t i = 0; i < chunks; ++i) {
+        const std::uint32_t chunkSize = hpi::ReadU32(table.data() + std::size_t{i} * 4);
+        if (chunkSize < hpi::ChunkHeaderSize || chunkPos > source_->Size() ||
+            chunkSize > source_->Size() - chunkPos)
+            return false;
+        // Header and data in one read; a chunk cannot need more than this.
+        const std::size_t wanted =
+            std::min<std::size_t>(chunkSize, hpi::ChunkHeaderSize + hpi::MaxPackedChunk);
+        packed.resize(std::max(packed.size(), wanted));
+        if (!Read(chunkPos, packed.data(), wanted)) return false;
+        const std::uint8_t* h = packed.data();
+        const std::uint8_t method = h[5];
+        const bool encrypted = h[6] != 0;
+        const std::uint32_t packedSize = hpi::ReadU32(h + 7);
+        const std::uint32_t size = hpi::ReadU32(h + 11);
+        const std::uint32_t checksum = hpi::ReadU32(h + 15);
+        const std::uint32_t expected = std::min(left, hpi::ChunkSize);
+        if (hpi::ReadU32(h) != hpi::ChunkMarker || size != expected ||
+            packedSize > wanted - hpi::ChunkHeaderSize ||
+            (method == hpi::Stored && packedSize != size))
+            return false;
+        std::uint8_t* data = packed.data() + hpi::ChunkHeaderSize;
+        std::uint32_t sum = 0;
+        for (std::uint32_t k = 0; k < packedSize; ++k)
+            sum += data[k];
+        if (sum != checksum) return false;
+        if (encrypted)
+            for (std::uint32_t k = 0; k < packedSize; ++k)
+                data[k] = hpi::DecryptChunkByte(data[k], k);
+        const std::uint8_t* out = data;
+        if (method != hpi::Stored) {
+            unpacked.resize(std::max<std::size_t>(unpacked.size(), size));
+            bool ok = false;
+            if (method == hpi::Lz77)
+                ok = hpi::DecodeLz77(data, packedSize, unpacked.data(), size);
+            else if (method == hpi::Zlib)
+                ok = hpi::DecodeZlib(data, packedSize, unpacked.data(), size);
+            if (!ok) return false;
+            out = unpacked.data();
+        }
+        if (!sink(out, size)) return false;
+        left -= size;
+        chunkPos += chunkSize;
+    }
+    return left == 0;
+}
+
+} // namespace vantrel

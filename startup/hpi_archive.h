@@ -1,0 +1,157 @@
+// Reader for the game's archive format (HPI version 1): header, whole-file
+// encryption, directory tree and chunked file data (stored, LZ77, zlib).
+//
+// The directory is read and checked once when an archive is opened; file data
+// is read chunk by chunk and handed to a sink, so memory stays bounded by one
+// chunk whatever the file's size. A malformed archive opens with fewer entries
+// (or not at all) and a damaged file fails to extract; nothing crashes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vantrel {
+
+namespace hpi {
+
+inline constexpr std::uint32_t Marker = 0x49504148;          // "HAPI"
+inline constexpr std::uint32_t SavedGameMarker = 0x4B4E4142; // "BANK"
+inline constexpr std::uint32_t Version = 0x00010000;
+inline constexpr std::uint32_t ChunkMarker = 0x48535153; // "SQSH"
+inline constexpr std::size_t HeaderSize = 20;
+inline constexpr std::size_t ChunkHeaderSize = 19;
+inline constexpr std::size_t EntrySize = 9;
+inline constexpr std::size_t DirectoryHeaderSize = 8;
+inline constexpr std::size_t FileDataSize = 9;
+inline constexpr std::uint32_t ChunkSize = 65536;
+// Largest compressed chunk accepted: LZ77 worst case (one tag per eight
+// literals) and zlib's stored-block worst case both stay well below this.
+inline constexpr std::uint32_t MaxPackedChunk = 2 * ChunkSize + 1024;
+// Names longer than this cannot be handed out through a 255-character buffer.
+inline constexpr std::size_t MaxNameLength = 254;
+// Directories larger than this are refused (real ones are far smaller).
+inline constexpr std::uint32_t MaxDirectoryBytes = 64u * 1024u * 1024u;
+inline constexpr int MaxFolderDepth = 64;
+
+enum Method : std::uint8_t { Stored = 0, Lz77 = 1, Zlib = 2 };
+
+// The byte mask of the whole-file encryption for a header key.
+std::uint8_t FileKey(std::uint32_t headerKey);
+// Whole-file encryption of one byte at absolute position `pos`. The
+// transformation is its own inverse: it both encrypts and decrypts.
+inline std::uint8_t CryptByte(std::uint8_t key, std::uint64_t pos, std::uint8_t b) {
+    return static_cast<std::uint8_t>(~(static_cast<std::uint8_t>(pos) ^ key ^ b));
+}
+// Applies CryptByte to `n` bytes that start at absolute position `pos`.
+void CryptBytes(std::uint8_t key, std::uint64_t pos, std::uint8_t* data, std::size_t n);
+
+// Chunk data encryption (byte i of a chunk's data).
+inline std::uint8_t DecryptChunkByte(std::uint8_t b, std::size_t i) {
+    return static_cast<std::uint8_t>((b - static_cast<std::uint8_t>(i)) ^
+                                     static_cast<std::uint8_t>(i));
+}
+inline std::uint8_t EncryptChunkByte(std::uint8_t b, std::size_t i) {
+    return static_cast<std::uint8_t>((b ^ static_cast<std::uint8_t>(i)) +
+                                     static_cast<std::uint8_t>(i));
+}
+
+// Decodes one LZ77 chunk into exactly `outSize` bytes. False when the stream
+// ends early, writes past `outSize` or stops short of it.
+bool DecodeLz77(const std::uint8_t* in, std::size_t inSize, std::uint8_t* out, std::size_t outSize);
+// Inflates one zlib chunk into exactly `outSize` bytes.
+bool DecodeZlib(const std::uint8_t* in, std::size_t inSize, std::uint8_t* out, std::size_t outSize);
+
+std::uint32_t ReadU32(const std::uint8_t* p);
+
+} // namespace hpi
+
+// Where an archive's bytes come from: a file or a block of memory.
+class ByteSource {
+  public:
+    virtual ~ByteSource() = default;
+    virtual std::uint64_t Size() const = 0;
+    // Reads exactly `n` bytes at `pos`; false when they are not all there.
+    virtual bool ReadAt(std::uint64_t pos, void* out, std::size_t n) const = 0;
+};
+
+// A file opened for reading; `Open` gives nullptr when it cannot be opened.
+class FileSource : public ByteSource {
+  public:
+    static std::unique_ptr<FileSource> Open(const std::string& path);
+    ~FileSource() override;
+    FileSource(const FileSource&) = delete;
+    FileSource& operator=(const FileSource&) = delete;
+    std::uint64_t Size() const override { return size_; }
+    bool ReadAt(std::uint64_t pos, void* out, std::size_t n) const override;
+
+  private:
+    FileSource(int fd, std::uint64_t size) : fd_(fd), size_(size) {}
+    int fd_;
+    std::uint64_t size_;
+};
+
+// Bytes owned elsewhere that outlive the source.
+class MemorySource : public ByteSource {
+  public:
+    explicit MemorySource(std::string_view bytes) : bytes_(bytes) {}
+    std::uint64_t Size() const override { return bytes_.size(); }
+    bool ReadAt(std::uint64_t pos, void* out, std::size_t n) const override;
+
+  private:
+    std::string_view bytes_;
+};
+
+// One entry of the directory tree.
+struct HpiEntry {
+    std::string name;
+    bool isDirectory = false;
+    std::uint32_t dataOffset = 0;   // file: its bytes, or its chunk-size table
+    std::uint32_t size = 0;         // file: unpacked size
+    std::uint8_t method = 0;        // file: hpi::Method
+    std::vector<HpiEntry> children; // folder: its entries in archive order
+};
+
+// Receives a file's bytes in order, at most one chunk at a time; returning
+// false stops the extraction.
+using HpiSink = std::function<bool(const std::uint8_t* data, std::size_t n)>;
+
+class HpiArchive {
+  public:
+    // Reads the header and the directory. nullptr when the source is not an
+    // archive (wrong marker, saved game, bad header fields).
+    static std::unique_ptr<HpiArchive> Open(std::unique_ptr<ByteSource> source);
+    static std::unique_ptr<HpiArchive> OpenFile(const std::string& path);
+
+    const HpiEntry& Root() const { return root_; }
+    // The folder at `path` ("units", "a\\b", "a/b"; folder names match
+    // without regard to case). The empty path is the root.
+    const HpiEntry* FindFolder(std::string_view path) const;
+    // The file at `path` (folder part as for FindFolder; the file name is
+    // matched exactly first, then without regard to case).
+    const HpiEntry* FindFile(std::string_view path) const;
+
+    // Streams the unpacked bytes of `file` into `sink`. False (after perhaps
+    // some bytes) when the data is damaged or the sink refused.
+    bool Extract(const HpiEntry& file, const HpiSink& sink) const;
+
+  private:
+    HpiArchive(std::unique_ptr<ByteSource> source, std::uint8_t key)
+        : source_(std::move(source)), key_(key) {}
+    bool Read(std::uint64_t pos, void* out, std::size_t n) const;
+    bool ExtractStored(const HpiEntry& file, const HpiSink& sink) const;
+    bool ExtractChunked(const HpiEntry& file, const HpiSink& sink) const;
+
+    std::unique_ptr<ByteSource> source_;
+    // Chunk buffers kept from file to file (an archive is used by one thread).
+    mutable std::vector<std::uint8_t> table_, packed_, unpacked_;
+    std::uint8_t key_;       // whole-file key byte, used when encrypted_
+    bool encrypted_ = false; // HeaderKey was not 0
+    HpiEntry root_;
+};
+
+} // namespace vantrel

@@ -1,0 +1,55 @@
+// The archive library over our own archive reader: opens the game's archives,
+// lists their folders and extracts single files to disk.
+#pragma once
+
+#include "startup/archive_library.h"
+#include "startup/hpi_archive.h"
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace vantrel {
+
+// Writes the unpacked bytes of `file` to `destination`, replacing a file that
+// is already there. The bytes go to a temporary file in the same folder that
+// is renamed at the end, so a failed extraction leaves the folder as it was.
+bool ExtractToFile(const HpiArchive& archive, const HpiEntry& file, const std::string& destination);
+
+struct TreeExtraction {
+    int written = 0;
+    std::vector<std::string> failed;  // paths inside the archive ("/" separators)
+    std::vector<std::string> skipped; // names that would leave the destination folder
+};
+// Extracts every file of the archive below `destDir`, recreating its folders.
+TreeExtraction ExtractTree(const HpiArchive& archive, const std::string& destDir);
+
+// Every file below `folder` with its path ("/" separators), in archive order.
+struct ArchiveFile {
+    std::string path;
+    const HpiEntry* entry;
+};
+std::vector<ArchiveFile> ListArchiveFiles(const HpiEntry& folder);
+
+class HpiLibrary : public GameFolderOnlyLibrary {
+  public:
+    using GameFolderOnlyLibrary::GameFolderOnlyLibrary;
+    // 0 when the file cannot be opened as an archive; such a handle lists nothing.
+    std::int32_t HPIOpen(const std::string& fileName) override;
+    // Lists files and sub-folders alike: `type` is 1 for a folder, 0 for a
+    // file; `size` is a file's unpacked size.
+    std::int32_t HPIDir(std::int32_t handle, std::int32_t position, const std::string& folder,
+                        std::string& nameBuffer, std::int32_t& type, std::int32_t& size) override;
+    // 1 when the file was written, 0 otherwise.
+    std::int32_t HPIExtractFile(std::int32_t handle, const std::string& pathInArchive,
+                                const std::string& destination) override;
+    std::int32_t HPIClose(std::int32_t handle) override;
+
+  private:
+    const HpiArchive* Find(std::int32_t handle) const;
+    std::map<std::int32_t, std::unique_ptr<HpiArchive>> open_;
+    std::int32_t next_ = 1;
+};
+
+} // namespace vantrel

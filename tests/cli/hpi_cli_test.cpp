@@ -1,0 +1,81 @@
+#include "catalogue/text.h"
+#include "demo/demo_units.h"
+#include "startup/hpi_archive.h"
+#include "support/hpi_writer.h"
+#include "support/scratch_folder.h"
+#include "support/zip_maker.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <sys/wait.h>
+
+namespace vantrel {
+namespace {
+
+using testing::HpiWriter;
+using testing::ScratchFolder;
+
+using RunResult = test::CliResult;
+using test::RunCli;
+
+std::string Q(const std::string& s) {
+    return "'" + s + "'";
+}
+
+class HpiCli : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        if (!std::getenv("VANTREL_CLI")) GTEST_SKIP() << "VANTREL_CLI is not set";
+        HpiWriter writer(testing::HpiWriterOptions{0x99, true});
+        writer.AddFile("units/ARMCOM.FBI", "armcom", hpi::Lz77);
+        writer.AddFile("units/readme.txt", "readme!", hpi::Zlib);
+        writer.AddFile("unitpics/armcom.pcx", "pcx", hpi::Stored);
+        ASSERT_TRUE(MakeGame() && demo::WriteFile(tmp / "game/totala1.hpi", writer.Build().bytes));
+    }
+    bool MakeGame() { return std::system(("mkdir " + Q(tmp / "game")).c_str()) == 0; }
+    ScratchFolder tmp;
+};
+
+TEST_F(HpiCli, ListPrintsPathsAndSizes) {
+    const RunResult r = RunCli("hpi list " + Q(tmp / "game/totala1.hpi"));
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, "units/ARMCOM.FBI\t6\nunits/readme.txt\t7\nunitpics/armcom.pcx\t3\n");
+}
+
+TEST_F(HpiCli, ExtractWritesTheTree) {
+    const RunResult r = RunCli("hpi extract " + Q(tmp / "game/totala1.hpi") + " " + Q(tmp / "out"));
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(ReadWholeFile(tmp / "out/units/readme.txt"), "readme!");
+    EXPECT_EQ(ReadWholeFile(tmp / "out/unitpics/armcom.pcx"), "pcx");
+}
+
+TEST_F(HpiCli, ExtractRunsTheStartUpPassesThenTheZipSteps) {
+    ASSERT_EQ(std::system(("mkdir " + Q(tmp / "app")).c_str()), 0);
+    ASSERT_TRUE(testing::WriteZip(tmp / "app/extra.zip", {{"units/gokx.fbi", "gok"}}));
+    const RunResult r = RunCli("extract " + Q(tmp / "game") + " " + Q(tmp / "app"));
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out, "Reading Total Annihilation Directory...\n"
+                     "Unpacking 'Gokx.fbi' from 'extra.zip' ...\n"
+                     "Processing units...\n"
+                     "progress\t3\t104\n");
+    EXPECT_EQ(ReadWholeFile(tmp / "app/Units/gokx.fbi"), "gok");
+    EXPECT_EQ(ReadWholeFile(tmp / "app/Units/ARMCOM.FBI"), "armcom");
+    EXPECT_EQ(ReadWholeFile(tmp / "app/Units/armcom.pcx"), "pcx");
+}
+
+TEST_F(HpiCli, MissingInputAndDamagedArchives) {
+    EXPECT_EQ(RunCli("hpi list " + Q(tmp / "none.hpi")).status, 2);
+    EXPECT_EQ(RunCli("hpi extract " + Q(tmp / "none.hpi") + " " + Q(tmp / "out")).status, 2);
+    EXPECT_EQ(RunCli("extract " + Q(tmp / "none") + " " + Q(tmp / "app")).status, 2);
+    EXPECT_EQ(RunCli("hpi").status, 2);
+    EXPECT_EQ(RunCli("hpi list " + Q(tmp / "game")).status, 2);
+    ASSERT_TRUE(demo::WriteFile(tmp / "junk.hpi", "junk"));
+    EXPECT_EQ(RunCli("hpi list " + Q(tmp / "junk.hpi")).status, 1);
+    for (const char* cmd : {"hpi --help", "extract --help"})
+        EXPECT_EQ(RunCli(cmd).status, 0);
+}
+
+} // namespace
+} // namespace vantrel

@@ -1,0 +1,286 @@
+#include "demo/demo_units.h"
+#include "startup/hpi_archive.h"
+#include "support/hpi_writer.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <optional>
+#include <tuple>
+
+namespace vantrel {
+namespace {
+
+using testing::BuiltArchive;
+using testing::HpiWriter;
+using testing::HpiWriterOptions;
+using testing::PatchByte;
+using testing::PatchU32;
+using testing::SampleData;
+
+// The archive reads `bytes` in place: they must outlive it.
+std::unique_ptr<HpiArchive> OpenBytes(const std::string& bytes) {
+    return HpiArchive::Open(std::make_unique<MemorySource>(bytes));
+}
+
+std::optional<std::string> Unpack(const HpiArchive& archive, const std::string& path) {
+    const HpiEntry* e = archive.FindFile(path);
+    if (!e) return std::nullopt;
+    std::string out;
+    bool ok = archive.Extract(*e, [&out](const std::uint8_t* d, std::size_t n) {
+        EXPECT_LE(n, hpi::ChunkSize);
+        out.append(reinterpret_cast<const char*>(d), n);
+        return true;
+    });
+    if (!ok) return std::nullopt;
+    return out;
+}
+
+std::string DecodeLz77Text(const std::string& in, std::size_t outSize, bool* ok) {
+    std::string out(outSize, '\0');
+    *ok = hpi::DecodeLz77(reinterpret_cast<const std::uint8_t*>(in.data()), in.size(),
+                          reinterpret_cast<std::uint8_t*>(out.data()), outSize);
+    return out;
+}
+
+TEST(HpiEncryption, MatchesHandComputedBytes) {
+    // key = ~((k * 4) | (k >> 6)): only the low byte matters.
+    EXPECT_EQ(hpi::FileKey(1), 0xFB);
+    EXPECT_EQ(hpi::FileKey(0x40), 0xFE); // the ">> 6" part reaches the low byte
+    EXPECT_EQ(hpi::FileKey(0x100), 0xFB);
+    // plain = (pos ^ key) ^ ~stored; position 20 = 0x14.
+    EXPECT_EQ(hpi::CryptByte(0xFB, 20, 0x00), 0x10);
+    EXPECT_EQ(hpi::CryptByte(0xFB, 20 + 256, 0x00), 0x10); // only the position's low byte
+    EXPECT_EQ(hpi::CryptByte(0xFB, 20, hpi::CryptByte(0xFB, 20, 0x5A)), 0x5A);
+    // chunk data: plain = (stored - i) ^ i
+    EXPECT_EQ(hpi::DecryptChunkByte(0x45, 3), 0x41);
+    EXPECT_EQ(hpi::EncryptChunkByte(0x41, 3), 0x45);
+    EXPECT_EQ(hpi::DecryptChunkByte(hpi::EncryptChunkByte(0xFF, 300), 300), 0xFF);
+}
+
+TEST(HpiLz77, DecodesHandWrittenStreamAndRejectsBadOnes) {
+    // tag 0x0C: literal, literal, match, match(end). The match copies from
+    // window position 1 (the first literal) four times: "ab" + "abab".
+    const std::string stream("\x0C"
+                             "ab"
+                             "\x12\x00"
+                             "\x00\x00",
+                             7);
+    bool ok = false;
+    EXPECT_EQ(DecodeLz77Text(stream, 6, &ok), "ababab");
+    EXPECT_TRUE(ok);
+    DecodeLz77Text(stream, 5, &ok); // unpacks to more than claimed
+    EXPECT_FALSE(ok);
+    DecodeLz77Text(stream, 7, &ok); // stops short of the claimed size
+    EXPECT_FALSE(ok);
+    DecodeLz77Text(stream.substr(0, 5), 6, &ok); // no end mark
+    EXPECT_FALSE(ok);
+    DecodeLz77Text(stream.substr(0, 4), 6, &ok); // match word cut in half
+    EXPECT_FALSE(ok);
+    DecodeLz77Text(std::string(), 0, &ok);
+    EXPECT_FALSE(ok);
+}
+
+TEST(HpiLz77, EncoderFindsMatchesAndRoundTripsAtWindowEdges) {
+    std::string zeros(65536, '\0');
+    std::string period4095, period4096;
+    for (std::size_t i = 0; i < 65536; ++i) {
+        period4095.push_back(static_cast<char>((i % 4095) * 7919 % 251));
+        period4096.push_back(static_cast<char>((i % 4096) * 7919 % 251));
+    }
+    std::string text = SampleData(65536, 7);
+    for (const std::string* data : {&zeros, &period4095, &period4096, &text}) {
+        const std::string packed = testing::EncodeLz77(*data);
+        bool ok = false;
+        EXPECT_EQ(DecodeLz77Text(packed, data->size(), &ok), *data);
+        EXPECT_TRUE(ok);
+    }
+    EXPECT_LT(testing::EncodeLz77(zeros).size(), zeros.size() / 6);
+    EXPECT_LT(testing::EncodeLz77(period4095).size(), period4095.size() / 4);
+    for (std::size_t size : {0u, 1u, 2u, 3u, 18u, 4097u}) {
+        const std::string data = SampleData(size, 3);
+        bool ok = false;
+        EXPECT_EQ(DecodeLz77Text(testing::EncodeLz77(data), size, &ok), data) << size;
+        EXPECT_TRUE(ok) << size;
+    }
+}
+
+// ---------------------------------------------------------------------------
+// Round trips: every compression with and without each encryption.
+// ---------------------------------------------------------------------------
+class HpiRoundTrip
+    : public ::testing::TestWithParam<std::tuple<std::uint8_t, std::uint32_t, bool>> {};
+
+TEST_P(HpiRoundTrip, EveryFileUnpacksToItsBytes) {
+    const auto [method, key, encryptChunks] = GetParam();
+    HpiWriter writer(HpiWriterOptions{key, encryptChunks});
+    const std::map<std::string, std::string> files = {
+        {"units/ARMCOM.FBI", SampleData(200000, 1)}, // four chunks, the last partial
+        {"units/empty.fbi", ""},
+        {"units/exact.fbi", SampleData(65536, 2)},
+        {"units/sub/deep.fbi", SampleData(300, 3)},
+        {"unitpics/armcom.pcx", SampleData(1000, 4)},
+    };
+    for (const auto& [path, data] : files)
+        writer.AddFile(path, data, method);
+    const std::string bytes = writer.Build().bytes;
+    auto archive = OpenBytes(bytes);
+    ASSERT_TRUE(archive);
+    for (const auto& [path, data] : files) {
+        auto got = Unpack(*archive, path);
+        ASSERT_TRUE(got) << path;
+        EXPECT_EQ(*got, data) << path;
+    }
+    ASSERT_TRUE(archive->FindFolder("units"));
+    EXPECT_EQ(archive->FindFolder("units")->children.size(), 4u);
+}
+
+INSTANTIATE_TEST_SUITE_P(AllMethods, HpiRoundTrip,
+                         ::testing::Combine(::testing::Values(hpi::Stored, hpi::Lz77, hpi::Zlib),
+                                            ::testing::Values(0u, 0x7F3A21B9u, 0x40u),
+                                            ::testing::Bool()));
+
+TEST(HpiArchive, FoldersMatchWithoutRegardToCase) {
+    HpiWriter writer;
+    writer.AddFile("Units/Sub/a.fbi", "A", hpi::Stored);
+    writer.AddFile("Units/b.FBI", "B", hpi::Stored);
+    const std::string bytes = writer.Build().bytes;
+    auto archive = OpenBytes(bytes);
+    ASSERT_TRUE(archive);
+    EXPECT_TRUE(archive->FindFolder("UNITS"));
+    EXPECT_TRUE(archive->FindFolder("units\\sub"));
+    EXPECT_TRUE(archive->FindFolder("units/SUB/"));
+    EXPECT_EQ(archive->FindFolder(""), &archive->Root());
+    EXPECT_FALSE(archive->FindFolder("unitpics"));
+    EXPECT_FALSE(archive->FindFolder("units/b.FBI")); // a file is not a folder
+    EXPECT_EQ(Unpack(*archive, "UNITS\\SUB\\A.FBI"), "A");
+    EXPECT_EQ(Unpack(*archive, "units/b.fbi"), "B");
+    EXPECT_FALSE(archive->FindFile("units"));
+    EXPECT_FALSE(archive->FindFile(""));
+}
+
+// ---------------------------------------------------------------------------
+// Malformed archives
+// ---------------------------------------------------------------------------
+BuiltArchive SmallArchive(std::uint32_t key = 0) {
+    HpiWriter writer(HpiWriterOptions{key, true});
+    writer.AddFile("units/stored.fbi", SampleData(300, 1), hpi::Stored);
+    writer.AddFile("units/lz.fbi", SampleData(700, 2), hpi::Lz77);
+    writer.AddFile("units/sub/z.fbi", SampleData(500, 3), hpi::Zlib);
+    writer.AddFile("unitpics/p.pcx", SampleData(100, 4), hpi::Lz77);
+    return writer.Build();
+}
+
+std::size_t CountFiles(const HpiEntry& folder) {
+    std::size_t n = 0;
+    for (const HpiEntry& e : folder.children)
+        n += e.isDirectory ? CountFiles(e) : 1;
+    return n;
+}
+
+TEST(HpiMalformed, HeaderProblemsRefuseTheArchive) {
+    const BuiltArchive good = SmallArchive();
+    ASSERT_TRUE(OpenBytes(good.bytes));
+    auto damaged = [&](std::uint32_t offset, std::uint32_t value) {
+        std::string bytes = good.bytes;
+        PatchU32(bytes, offset, value);
+        return OpenBytes(bytes) == nullptr;
+    };
+    EXPECT_TRUE(damaged(0, 0x49504149));                                        // wrong marker
+    EXPECT_TRUE(damaged(4, hpi::SavedGameMarker));                              // a saved game
+    EXPECT_TRUE(damaged(8, static_cast<std::uint32_t>(good.bytes.size() + 1))); // past the end
+    EXPECT_TRUE(damaged(8, 24));          // ends before the root header
+    EXPECT_TRUE(damaged(16, 4));          // root inside the header
+    EXPECT_TRUE(damaged(16, 0xFFFFFFF0)); // root past the end
+    EXPECT_FALSE(OpenBytes(""));
+    EXPECT_FALSE(OpenBytes("HAPI"));
+}
+
+TEST(HpiMalformed, EveryTruncationOpensOrFailsCleanly) {
+    for (std::uint32_t key : {0u, 0x1234u}) {
+        const BuiltArchive good = SmallArchive(key);
+        const auto original = OpenBytes(good.bytes);
+        for (std::size_t len = 0; len < good.bytes.size(); ++len) {
+            const std::string cut = good.bytes.substr(0, len);
+            auto archive = OpenBytes(cut);
+            if (!archive) continue;
+            for (const char* path :
+                 {"units/stored.fbi", "units/lz.fbi", "units/sub/z.fbi", "unitpics/p.pcx"}) {
+                if (!archive->FindFile(path)) continue;
+                auto got = Unpack(*archive, path);
+                if (got) EXPECT_EQ(got, Unpack(*original, path)) << len << " " << path;
+            }
+        }
+    }
+}
+
+TEST(HpiMalformed, DamagedChunksFailToExtract) {
+    const std::uint32_t key = 0x5555;
+    const BuiltArchive good = SmallArchive(key);
+    const std::uint32_t chunk = good.fileBytes.at("units/lz.fbi") + 4; // one chunk
+    auto fails = [&](std::uint32_t offset, std::uint32_t value, bool asByte) {
+        std::string bytes = good.bytes;
+        if (asByte)
+            PatchByte(bytes, offset, static_cast<std::uint8_t>(value), key);
+        else
+            PatchU32(bytes, offset, value, key);
+        auto archive = OpenBytes(bytes);
+        return archive && !Unpack(*archive, "units/lz.fbi") && Unpack(*archive, "units/stored.fbi");
+    };
+    const std::uint8_t first = testing::PlainByte(good.bytes, chunk + 19, key);
+    EXPECT_TRUE(fails(chunk + 19, first ^ 0x01u, true)); // checksum no longer matches
+    EXPECT_TRUE(fails(chunk, 0x48535152, false));        // chunk marker
+    EXPECT_TRUE(fails(chunk + 11, 699, false));          // unpacked size off by one
+    EXPECT_TRUE(fails(chunk + 11, 0x100000, false));     // absurd unpacked size
+    EXPECT_TRUE(fails(chunk + 7, 0xFFFFFF00, false));    // packed size past the chunk
+    EXPECT_TRUE(fails(chunk - 4, 3, false));             // chunk smaller than its header
+    EXPECT_TRUE(fails(chunk - 4, 0xFFFFFFFF, false));    // chunk past the end
+    EXPECT_TRUE(fails(chunk + 5, 7, true));              // unknown method
+    // The whole archive still opens and the other files are intact.
+    EXPECT_TRUE(Unpack(*OpenBytes(good.bytes), "units/lz.fbi"));
+}
+
+TEST(HpiMalformed, DirectoryCyclesAndBadOffsetsDropEntries) {
+    const BuiltArchive good = SmallArchive();
+    const std::size_t all = CountFiles(OpenBytes(good.bytes)->Root());
+    ASSERT_EQ(all, 4u);
+    auto filesAfter = [&](std::uint32_t offset, std::uint32_t value) -> std::size_t {
+        std::string bytes = good.bytes;
+        PatchU32(bytes, offset, value);
+        auto archive = OpenBytes(bytes);
+        return archive ? CountFiles(archive->Root()) : 99;
+    };
+    const std::uint32_t sub = good.entryRecord.at("units/sub");
+    EXPECT_EQ(filesAfter(sub + 4, good.folderHeader.at("")), 3u);      // back to the root
+    EXPECT_EQ(filesAfter(sub + 4, good.folderHeader.at("units")), 3u); // back to its parent
+    const std::uint32_t units = good.entryRecord.at("units");
+    EXPECT_EQ(filesAfter(units + 4, good.folderHeader.at("")), 1u); // only unitpics remains
+    const std::uint32_t lz = good.entryRecord.at("units/lz.fbi");
+    EXPECT_EQ(filesAfter(lz, 0xFFFFFFF0), 3u);        // name past the end
+    EXPECT_EQ(filesAfter(lz, good.directoryEnd), 3u); // name after the block
+    EXPECT_EQ(filesAfter(lz + 4, 0x7FFFFFFF), 3u);    // record past the end
+    const std::uint32_t lzData = good.fileRecord.at("units/lz.fbi");
+    EXPECT_EQ(filesAfter(lzData, 0xFFFFFF00), 3u);     // data past the end
+    EXPECT_EQ(filesAfter(lzData + 4, 0xFFFFFFF0), 3u); // absurd unpacked size
+    const std::uint32_t storedData = good.fileRecord.at("units/stored.fbi");
+    EXPECT_EQ(filesAfter(storedData + 4, 0xFFFFFFFF), 3u);
+    const std::uint32_t root = good.folderHeader.at("");
+    EXPECT_EQ(filesAfter(root, 0xFFFFFFFF), 0u);     // absurd entry count
+    EXPECT_EQ(filesAfter(root + 4, 0xFFFFFFF0), 0u); // list past the end
+}
+
+// The fuzz corpus is written from these seeds: with VANTREL_WRITE_HPI_SEEDS
+// set to a folder, the test writes them there.
+TEST(HpiSeeds, AreSmallAndReadable) {
+    const char* target = std::getenv("VANTREL_WRITE_HPI_SEEDS");
+    for (const auto& [name, bytes] : testing::HpiSeedArchives()) {
+        EXPECT_LT(bytes.size(), 1024u) << name;
+        auto archive = OpenBytes(bytes);
+        ASSERT_TRUE(archive) << name;
+        EXPECT_EQ(Unpack(*archive, "unitpics/armcom.pcx"), std::string(200, 'p')) << name;
+        if (target) EXPECT_TRUE(demo::WriteFile(std::string(target) + "/" + name, bytes));
+    }
+}
+
+} // namespace
+} // namespace vantrel

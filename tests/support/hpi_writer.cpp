@@ -1,0 +1,336 @@
+#include "support/hpi_writer.h"
+
+#include "catalogue/text.h"
+#include "startup/hpi_archive.h"
+
+#include <stdexcept>
+#include <zlib.h>
+
+namespace vantrel::testing {
+
+namespace {
+
+void PutU32(std::string& out, std::uint32_t v) {
+    for (int i = 0; i < 4; ++i)
+        out.push_back(static_cast<char>((v >> (8 * i)) & 0xFF));
+}
+
+void SetU32(std::string& out, std::size_t at, std::uint32_t v) {
+    for (std::size_t i = 0; i < 4; ++i)
+        out[at + i] = static_cast<char>((v >> (8 * i)) & 0xFF);
+}
+
+std::uint32_t U32(std::size_t v) {
+    return static_cast<std::uint32_t>(v);
+}
+
+std::string ZlibCompress(std::string_view data) {
+    uLongf size = compressBound(static_cast<uLong>(data.size()));
+    std::string out(size, '\0');
+    if (compress2(reinterpret_cast<Bytef*>(out.data()), &size,
+                  reinterpret_cast<const Bytef*>(data.data()), static_cast<uLong>(data.size()),
+                  6) != Z_OK)
+        throw std::runtime_error("zlib compression failed");
+    out.resize(size);
+    return out;
+}
+
+class Lz77Encoder {
+  public:
+    explicit Lz77Encoder(std::string_view in) : in_(in), prev_(in.size(), -1) {
+        head_.assign(HashSize, -1);
+    }
+
+    std::string Run() {
+        std::size_t pos = 0;
+        while (pos < in_.size()) {
+            std::size_t bestLen = 0, bestSrc = 0;
+            if (pos + MinMatch <= in_.size()) {
+                int cand = head_[Hash(pos)];
+                for (int depth = 0; cand >= 0 && depth < 64; ++depth, cand = prev_[cand]) {
+                    const auto src = static_cast<std::size_t>(cand);
+                    if (pos - src > 4095) break;
+                    if (((src + 1) & 0xFFF) == 0) continue; // offset 0 is the end mark
+                    std::size_t len = 0;
+                    while (len < MaxMatch && pos + len < in_.size() &&
+                           in_[src + len] == in_[pos + len])
+                        ++len;
+                    if (len > bestLen) {
+                        bestLen = len;
+                        bestSrc = src;
+                        if (len == MaxMatch) break;
+                    }
+                }
+            }
+            if (bestLen >= MinMatch) {
+                Match(((bestSrc + 1) & 0xFFF) << 4 | (bestLen - 2));
+                for (std::size_t k = 0; k < bestLen; ++k)
+                    Insert(pos + k);
+                pos += bestLen;
+            } else {
+                Literal(static_cast<std::uint8_t>(in_[pos]));
+                Insert(pos);
+                ++pos;
+            }
+        }
+        Match(0);
+        return out_;
+    }
+
+  private:
+    static constexpr std::size_t HashSize = 1 << 14;
+    static constexpr std::size_t MinMatch = 3, MaxMatch = 17;
+
+    std::size_t Hash(std::size_t p) const {
+        const auto a = static_cast<std::uint8_t>(in_[p]), b = static_cast<std::uint8_t>(in_[p + 1]),
+                   c = static_cast<std::uint8_t>(in_[p + 2]);
+        return ((a << 16 | b << 8 | c) * 2654435761u >> 10) & (HashSize - 1);
+    }
+    void Insert(std::size_t p) {
+        if (p + MinMatch > in_.size()) return;
+        const std::size_t h = Hash(p);
+        prev_[p] = head_[h];
+        head_[h] = static_cast<int>(p);
+    }
+    void NextItem(bool isMatch) {
+        if (bit_ == 8) {
+            tagPos_ = out_.size();
+            out_.push_back('\0');
+            bit_ = 0;
+        }
+        if (isMatch) out_[tagPos_] = static_cast<char>(out_[tagPos_] | (1 << bit_));
+        ++bit_;
+    }
+    void Literal(std::uint8_t b) {
+        NextItem(false);
+        out_.push_back(static_cast<char>(b));
+    }
+    void Match(std::size_t word) {
+        NextItem(true);
+        out_.push_back(static_cast<char>(word & 0xFF));
+        out_.push_back(static_cast<char>(word >> 8));
+    }
+
+    std::string_view in_;
+    std::vector<int> head_, prev_;
+    std::string out_;
+    std::size_t tagPos_ = 0;
+    int bit_ = 8;
+};
+
+} // namespace
+
+std::string EncodeLz77(std::string_view data) {
+    return Lz77Encoder(data).Run();
+}
+
+std::string EncodeChunk(std::string_view data, std::uint8_t method, bool encrypt) {
+    std::string packed = method == hpi::Lz77   ? EncodeLz77(data)
+                         : method == hpi::Zlib ? ZlibCompress(data)
+                                               : std::string(data);
+    if (encrypt)
+        for (std::size_t i = 0; i < packed.size(); ++i)
+            packed[i] =
+                static_cast<char>(hpi::EncryptChunkByte(static_cast<std::uint8_t>(packed[i]), i));
+    std::uint32_t sum = 0;
+    for (char c : packed)
+        sum += static_cast<std::uint8_t>(c);
+    std::string chunk;
+    PutU32(chunk, hpi::ChunkMarker);
+    chunk.push_back(2);
+    chunk.push_back(static_cast<char>(method));
+    chunk.push_back(encrypt ? 1 : 0);
+    PutU32(chunk, U32(packed.size()));
+    PutU32(chunk, U32(data.size()));
+    PutU32(chunk, sum);
+    return chunk + packed;
+}
+
+HpiWriter::Node& HpiWriter::Folder(const std::string& path) {
+    Node* node = &root_;
+    std::size_t begin = 0;
+    while (begin < path.size()) {
+        std::size_t end = path.find('/', begin);
+        if (end == std::string::npos) end = path.size();
+        const std::string part = path.substr(begin, end - begin);
+        begin = end + 1;
+        if (part.empty()) continue;
+        Node* next = nullptr;
+        for (Node& c : node->children)
+            if (c.isDirectory && EqualsNoCase(c.name, part)) next = &c;
+        if (!next) {
+            node->children.push_back(Node{part, true, {}, 0, {}});
+            next = &node->children.back();
+        }
+        node = next;
+    }
+    return *node;
+}
+
+void HpiWriter::AddFolder(const std::string& path) {
+    Folder(path);
+}
+
+void HpiWriter::AddEntry(const std::string& folder, const std::string& name, std::string data,
+                         std::uint8_t method) {
+    Folder(folder).children.push_back(Node{name, false, std::move(data), method, {}});
+}
+
+void HpiWriter::AddFile(const std::string& path, std::string data, std::uint8_t method) {
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos)
+        AddEntry("", path, std::move(data), method);
+    else
+        AddEntry(path.substr(0, slash), path.substr(slash + 1), std::move(data), method);
+}
+
+namespace {
+
+struct PendingFile {
+    const HpiWriter::Node* node;
+    std::string path;
+};
+
+std::string ChildPath(const std::string& folder, const std::string& name) {
+    return folder.empty() ? name : folder + "/" + name;
+}
+
+void WriteFolder(const HpiWriter::Node& folder, const std::string& path, BuiltArchive& built,
+                 std::vector<PendingFile>& files) {
+    std::string& out = built.bytes;
+    built.folderHeader[path] = U32(out.size());
+    PutU32(out, U32(folder.children.size()));
+    PutU32(out, U32(out.size() + 4));
+    const std::size_t list = out.size();
+    out.append(folder.children.size() * hpi::EntrySize, '\0');
+    for (std::size_t i = 0; i < folder.children.size(); ++i) {
+        const HpiWriter::Node& c = folder.children[i];
+        const std::string childPath = ChildPath(path, c.name);
+        const std::size_t entry = list + i * hpi::EntrySize;
+        built.entryRecord[childPath] = U32(entry);
+        SetU32(out, entry, U32(out.size()));
+        out += c.name;
+        out.push_back('\0');
+        SetU32(out, entry + 4, U32(out.size()));
+        out[entry + 8] = c.isDirectory ? 1 : 0;
+        if (c.isDirectory) {
+            WriteFolder(c, childPath, built, files);
+        } else {
+            built.fileRecord[childPath] = U32(out.size());
+            out.append(hpi::FileDataSize, '\0');
+            files.push_back({&c, childPath});
+        }
+    }
+}
+
+} // namespace
+
+BuiltArchive HpiWriter::Build() const {
+    BuiltArchive built;
+    std::string& out = built.bytes;
+    out.assign(hpi::HeaderSize, '\0');
+    std::vector<PendingFile> files;
+    WriteFolder(root_, "", built, files);
+    built.directoryEnd = U32(out.size());
+    for (const PendingFile& f : files) {
+        const std::size_t record = built.fileRecord[f.path];
+        const std::string& data = f.node->data;
+        built.fileBytes[f.path] = U32(out.size());
+        SetU32(out, record, U32(out.size()));
+        SetU32(out, record + 4, U32(data.size()));
+        out[record + 8] = static_cast<char>(f.node->method);
+        if (f.node->method == hpi::Stored) {
+            out += data;
+            continue;
+        }
+        const std::size_t chunks = (data.size() + hpi::ChunkSize - 1) / hpi::ChunkSize;
+        const std::size_t table = out.size();
+        out.append(chunks * 4, '\0');
+        for (std::size_t i = 0; i < chunks; ++i) {
+            const std::string chunk =
+                EncodeChunk(std::string_view(data).substr(i * hpi::ChunkSize, hpi::ChunkSize),
+                            f.node->method, options_.encryptChunks);
+            SetU32(out, table + 4 * i, U32(chunk.size()));
+            out += chunk;
+        }
+    }
+    SetU32(out, 0, hpi::Marker);
+    SetU32(out, 4, hpi::Version);
+    SetU32(out, 8, built.directoryEnd);
+    SetU32(out, 12, options_.headerKey);
+    SetU32(out, 16, U32(hpi::HeaderSize));
+    if (options_.headerKey != 0)
+        hpi::CryptBytes(hpi::FileKey(options_.headerKey), hpi::HeaderSize,
+                        reinterpret_cast<std::uint8_t*>(out.data()) + hpi::HeaderSize,
+                        out.size() - hpi::HeaderSize);
+    return built;
+}
+
+void PatchByte(std::string& archive, std::uint32_t offset, std::uint8_t value,
+               std::uint32_t headerKey) {
+    if (headerKey != 0 && offset >= hpi::HeaderSize)
+        value = hpi::CryptByte(hpi::FileKey(headerKey), offset, value);
+    archive.at(offset) = static_cast<char>(value);
+}
+
+void PatchU32(std::string& archive, std::uint32_t offset, std::uint32_t value,
+              std::uint32_t headerKey) {
+    for (std::uint32_t i = 0; i < 4; ++i)
+        PatchByte(archive, offset + i, static_cast<std::uint8_t>(value >> (8 * i)), headerKey);
+}
+
+std::uint8_t PlainByte(const std::string& archive, std::uint32_t offset, std::uint32_t headerKey) {
+    const auto b = static_cast<std::uint8_t>(archive.at(offset));
+    if (headerKey == 0 || offset < hpi::HeaderSize) return b;
+    return hpi::CryptByte(hpi::FileKey(headerKey), offset, b);
+}
+
+std::map<std::string, std::string> HpiSeedArchives() {
+    std::map<std::string, std::string> seeds;
+    const char* methods[] = {"stored", "lz77", "zlib"};
+    for (std::uint8_t m = 0; m < 3; ++m)
+        for (std::uint32_t key : {0u, 0x7Bu}) {
+            HpiWriter writer(HpiWriterOptions{key, key != 0});
+            writer.AddFile("units/ARMCOM.FBI", SampleData(300, m), m);
+            writer.AddFile("unitpics/armcom.pcx", std::string(200, 'p'), m);
+            writer.AddFile("units/sub/x.fbi", "x", m);
+            std::string name =
+                std::string("seed-") + methods[m] + (key ? "-encrypted" : "") + ".hpi";
+            seeds[name] = writer.Build().bytes;
+        }
+    return seeds;
+}
+
+std::string SampleData(std::size_t size, std::uint32_t seed) {
+    static const char* words[] = {"[UNITINFO]",
+                                  "UnitName=",
+                                  "Side=ARM;",
+                                  "TEDClass=KBOT;",
+                                  "BuildCostEnergy=",
+                                  "Description=",
+                                  "\r\n",
+                                  "    ",
+                                  "0"};
+    std::string out;
+    out.reserve(size);
+    std::uint32_t s = seed * 2654435761u + 1;
+    auto next = [&s] {
+        s ^= s << 13;
+        s ^= s >> 17;
+        s ^= s << 5;
+        return s;
+    };
+    while (out.size() < size) {
+        const std::uint32_t r = next();
+        if (r % 4 == 0) {
+            for (int i = 0; i < 8; ++i)
+                out.push_back(static_cast<char>(next() & 0xFF));
+        } else {
+            out += words[r % (sizeof words / sizeof *words)];
+        }
+    }
+    out.resize(size);
+    return out;
+}
+
+} // namespace vantrel::testing
