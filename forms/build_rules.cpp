@@ -23,7 +23,8 @@ std::vector<BuildRow> BuildSetRows(const Definitions& defs, std::string_view cap
 
 std::vector<std::int32_t> RowUnitsOf(const std::vector<BuildRow>& rows) {
     std::vector<std::int32_t> rowUnits{0};
-    for (const BuildRow& row : rows) rowUnits.push_back(row.Unit);
+    for (const BuildRow& row : rows)
+        rowUnits.push_back(row.Unit);
     return rowUnits;
 }
 

@@ -17,8 +17,8 @@ namespace vantrel {
 std::string_view BuildSetKeywords(std::string_view caption);
 
 struct BuildRow {
-    std::string Text;   // side and name in proper case: "Arm Commander"
-    bool Checked = false; // the unit's Include
+    std::string Text;      // side and name in proper case: "Arm Commander"
+    bool Checked = false;  // the unit's Include
     std::int32_t Unit = 0; // index into Units
 };
 

@@ -1,7 +1,7 @@
 #include "forms/frmBuild.h"
 
 #include "forms/build_rules.h"
-#include "forms/qt_form_text.h"
+#include "forms/qt_form_parts.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -33,14 +33,8 @@ frmBuild::frmBuild(Definitions& defs, QWidget* parent) : QDialog(parent), defs_(
     Label1 = new QLabel("Check off units you do not want to include in your final profile", this);
     Label1->setObjectName("Label1");
     Label1->setWordWrap(true);
-    lstMain = new QListWidget(this);
-    lstMain->setObjectName("lstMain");
-    lstMain->setToolTip(ListToolTip);
-    cmdOK = new QPushButton("&OK", this);
-    cmdOK->setObjectName("cmdOK");
-    cmdOK->setDefault(true);
-    cmdCancel = new QPushButton("&Cancel", this);
-    cmdCancel->setObjectName("cmdCancel");
+    lstMain = NewCheckList(this);
+    NewOkCancel(this, cmdOK, cmdCancel);
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(cboType);
@@ -51,7 +45,8 @@ frmBuild::frmBuild(Definitions& defs, QWidget* parent) : QDialog(parent), defs_(
 
     // Load: the categories in the dialog's order, "All" selected and listed.
     for (std::string_view caption : BuildSetCategoryOrder)
-        cboType->addItem(QString::fromLatin1(caption.data(), static_cast<qsizetype>(caption.size())));
+        cboType->addItem(
+            QString::fromLatin1(caption.data(), static_cast<qsizetype>(caption.size())));
     cboType->setCurrentIndex(0);
     FillCategory();
 
@@ -69,11 +64,8 @@ void frmBuild::FillCategory() {
     filling_ = true;
     lstMain->clear();
     const std::vector<BuildRow> rows = BuildSetRows(defs_, FromLatin1Text(cboType->currentText()));
-    for (const BuildRow& row : rows) {
-        auto* item = new QListWidgetItem(ToLatin1Text(row.Text), lstMain);
-        item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
-        item->setCheckState(row.Checked ? Qt::Checked : Qt::Unchecked);
-    }
+    for (const BuildRow& row : rows)
+        AddCheckRow(lstMain, row.Text, row.Checked);
     RowUnits = RowUnitsOf(rows);
     lstMain->setCurrentRow(0);
     filling_ = false;

@@ -1,6 +1,6 @@
 #include "forms/frmMerge.h"
 
-#include "forms/qt_form_text.h"
+#include "forms/qt_form_parts.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -19,14 +19,8 @@ frmMerge::frmMerge(Definitions& defs, Progress& progress, QWidget* parent)
     lblLoad = new QLabel("Merging", this);
     lblLoad->setObjectName("lblLoad");
     lblLoad->setWordWrap(true);
-    lstMain = new QListWidget(this);
-    lstMain->setObjectName("lstMain");
-    lstMain->setToolTip(ListToolTip);
-    cmdOK = new QPushButton("&OK", this);
-    cmdOK->setObjectName("cmdOK");
-    cmdOK->setDefault(true);
-    cmdCancel = new QPushButton("&Cancel", this);
-    cmdCancel->setObjectName("cmdCancel");
+    lstMain = NewCheckList(this);
+    NewOkCancel(this, cmdOK, cmdCancel);
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(lblLoad);
@@ -40,11 +34,8 @@ frmMerge::frmMerge(Definitions& defs, Progress& progress, QWidget* parent)
     // Load: the label, the rows (none checked), row 0 selected.
     QLabel* banner = parent ? parent->window()->findChild<QLabel*>("lblAIName") : nullptr;
     SetCurrentAIName(banner ? FromLatin1Text(banner->text()) : std::string());
-    for (const TraitRow& row : MergeTraitRows(defs_.Races)) {
-        auto* item = new QListWidgetItem(ToLatin1Text(row.Text), lstMain);
-        item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
-        item->setCheckState(Qt::Unchecked);
-    }
+    for (const TraitRow& row : MergeTraitRows(defs_.Races))
+        AddCheckRow(lstMain, row.Text, false);
     lstMain->setCurrentRow(0);
 }
 

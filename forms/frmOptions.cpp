@@ -1,7 +1,7 @@
 #include "forms/frmOptions.h"
 
 #include "forms/qt_folder_picker.h"
-#include "forms/qt_form_text.h"
+#include "forms/qt_form_parts.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -117,12 +117,7 @@ frmOptions::frmOptions(Definitions& defs, SettingsStore& store, QWidget* parent)
     box3->addWidget(chkRandom);
     box3->addLayout(gameRow);
 
-    cmdOK = new QPushButton("&OK", this);
-    cmdOK->setObjectName("cmdOK");
-    cmdOK->setDefault(true);
-    cmdCancel = new QPushButton("&Cancel", this);
-    cmdCancel->setObjectName("cmdCancel");
-    cmdCancel->setAutoDefault(false);
+    NewOkCancel(this, cmdOK, cmdCancel);
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(Frame1);
@@ -130,8 +125,8 @@ frmOptions::frmOptions(Definitions& defs, SettingsStore& store, QWidget* parent)
     layout->addWidget(Frame3);
     layout->addLayout(ButtonRow(cmdOK, cmdCancel));
 
-    QWidget* order[] = {txtEasy, txtMedium, txtHard,  txtWeightMax, txtLimitMax, cmdOK,
-                        cmdCancel, chkLoad, chkRandom, txtGameDir, cmdBrowse};
+    QWidget* order[] = {txtEasy,   txtMedium, txtHard,   txtWeightMax, txtLimitMax, cmdOK,
+                        cmdCancel, chkLoad,   chkRandom, txtGameDir,   cmdBrowse};
     for (std::size_t i = 0; i + 1 < std::size(order); ++i)
         QWidget::setTabOrder(order[i], order[i + 1]);
 

@@ -7,7 +7,7 @@
 namespace vantrel {
 
 const std::array<std::string_view, 10> MergeCategoryWords{
-    "Commanders", "Defenses", "Aircraft",  "Kbots",    "Navy",
+    "Commanders", "Defenses",  "Aircraft", "Kbots",    "Navy",
     "Plants",     "Resources", "Specials", "Vehicles", "Workers"};
 
 namespace {
@@ -42,8 +42,8 @@ Trait SplitTraitRow(std::string_view row) {
 
 std::string MergeKeywords(std::string_view categoryWord) {
     // "All" is no trait: only the ten categories of a side's rows are looked up.
-    std::string_view keywords = categoryWord == "All" ? std::string_view{}
-                                                      : CategoryKeywords(categoryWord);
+    std::string_view keywords =
+        categoryWord == "All" ? std::string_view{} : CategoryKeywords(categoryWord);
     return std::string(keywords.empty() ? categoryWord : keywords);
 }
 

@@ -5,9 +5,13 @@
 
 namespace vantrel {
 
-bool OptionKeyAccepted(int keyAscii) { return keyAscii >= '0' && keyAscii <= '9'; }
+bool OptionKeyAccepted(int keyAscii) {
+    return keyAscii >= '0' && keyAscii <= '9';
+}
 
-bool SwitchChecked(std::int32_t value) { return value != 0; }
+bool SwitchChecked(std::int32_t value) {
+    return value != 0;
+}
 
 std::int32_t OptionFromText(std::string_view text, std::int32_t previous) {
     auto value = ParseOption16(text);

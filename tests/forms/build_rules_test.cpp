@@ -10,7 +10,8 @@ using vantrel::testing::AddUnit;
 namespace {
 std::vector<std::string> RowTexts(const Definitions& defs, std::string_view caption) {
     std::vector<std::string> out;
-    for (const BuildRow& r : BuildSetRows(defs, caption)) out.push_back(r.Text);
+    for (const BuildRow& r : BuildSetRows(defs, caption))
+        out.push_back(r.Text);
     return out;
 }
 } // namespace
@@ -26,8 +27,7 @@ TEST(BuildSetCategories, AllListAgreesWithTypeMenuList) {
         while (!list.empty()) {
             std::size_t semi = list.find(';');
             std::string_view word = list.substr(0, semi);
-            if (!word.empty())
-                EXPECT_TRUE(InCategory(word, AllKeywordsBuildSet)) << word;
+            if (!word.empty()) EXPECT_TRUE(InCategory(word, AllKeywordsBuildSet)) << word;
             list = semi == std::string_view::npos ? std::string_view{} : list.substr(semi + 1);
         }
     }

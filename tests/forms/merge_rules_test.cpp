@@ -26,7 +26,8 @@ std::vector<TraitRow> Checked(const Definitions& defs, std::initializer_list<con
 
 std::vector<std::string> Texts(const std::vector<TraitRow>& rows) {
     std::vector<std::string> out;
-    for (const auto& r : rows) out.push_back(r.Text);
+    for (const auto& r : rows)
+        out.push_back(r.Text);
     return out;
 }
 
@@ -49,7 +50,8 @@ TEST(MergeRows, FixedRowsThenTenPerFurtherSide) {
     EXPECT_EQ(texts[29], "Gok Workers");
     EXPECT_EQ(texts[30], "Big Side Commanders");
     EXPECT_EQ(texts[34], "Big Side Navy");
-    EXPECT_TRUE(std::none_of(rows.begin(), rows.end(), [](const TraitRow& r) { return r.Checked; }));
+    EXPECT_TRUE(
+        std::none_of(rows.begin(), rows.end(), [](const TraitRow& r) { return r.Checked; }));
 }
 
 TEST(MergeRows, LabelAndSplit) {
@@ -96,10 +98,9 @@ TEST(Merge, CoreKbotsOnly) {
 
 TEST(Merge, ArmResourcesAndNavy) {
     Definitions defs;
-    std::vector<int> taken = {AddUnit(defs, "ARM", "Solar", "ENERGY"),
-                              AddUnit(defs, "ARM", "Extractor", "METAL"),
-                              AddUnit(defs, "ARM", "Ship", "SHIP"),
-                              AddUnit(defs, "ARM", "Sonar", "WATER")};
+    std::vector<int> taken = {
+        AddUnit(defs, "ARM", "Solar", "ENERGY"), AddUnit(defs, "ARM", "Extractor", "METAL"),
+        AddUnit(defs, "ARM", "Ship", "SHIP"), AddUnit(defs, "ARM", "Sonar", "WATER")};
     std::vector<int> kept = {AddUnit(defs, "ARM", "Lab", "PLANT"),
                              AddUnit(defs, "CORE", "Solar", "ENERGY"),
                              AddUnit(defs, "ARM", "Jeffy", "TANK")};
@@ -107,8 +108,10 @@ TEST(Merge, ArmResourcesAndNavy) {
     RecordingProgress progress;
     EXPECT_EQ(MergeTrait(defs, "Arm Resources"), 2);
     EXPECT_EQ(MergeTrait(defs, "Arm Navy"), 2);
-    for (int i : taken) EXPECT_FLOAT_EQ(defs.Units[i].Weight, 3) << i;
-    for (int i : kept) EXPECT_FLOAT_EQ(defs.Units[i].Weight, 0) << i;
+    for (int i : taken)
+        EXPECT_FLOAT_EQ(defs.Units[i].Weight, 3) << i;
+    for (int i : kept)
+        EXPECT_FLOAT_EQ(defs.Units[i].Weight, 0) << i;
 }
 
 TEST(Merge, FurtherSides) {

@@ -20,7 +20,8 @@ class OrderedStore : public MemorySettingsStore {
 } // namespace
 
 TEST(OptionsRules, KeyFilterTakesDigitsOnly) {
-    for (char c = '0'; c <= '9'; ++c) EXPECT_TRUE(OptionKeyAccepted(c)) << c;
+    for (char c = '0'; c <= '9'; ++c)
+        EXPECT_TRUE(OptionKeyAccepted(c)) << c;
     for (int c : std::initializer_list<int>{'.', '-', '+', ' ', 'a', '/', ':', 8, 13, 0, 0x663})
         EXPECT_FALSE(OptionKeyAccepted(c)) << c;
 }
