@@ -20,8 +20,9 @@ inline QApplication& DialogTestApp() {
     static int argc = 1;
     static char name[] = "vantrel_gui_tests";
     static char* argv[] = {name, nullptr};
-    static QApplication app(argc, argv);
-    return app;
+    // Never destroyed: tearing it down among the other statics at exit crashes.
+    static auto* app = new QApplication(argc, argv);
+    return *app;
 }
 
 // Sends one key press and release to `w`, as typing it would.
