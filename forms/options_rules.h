@@ -1,0 +1,52 @@
+// The rules of the Options dialog: what its text boxes accept, how the stored
+// values are shown, and what OK takes from the boxes and writes to the store.
+#pragma once
+
+#include "catalogue/definitions.h"
+#include "startup/ports.h"
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace vantrel {
+
+// Each of the five number boxes holds at most this many characters.
+inline constexpr int OptionTextMaxLength = 3;
+
+// The stored key of the game folder that start-up searches first when it
+// extracts (an addition of this program; empty: search as usual).
+inline constexpr const char* GameDirKey = "GameDir";
+
+// The per-character filter of the number boxes: a typed character is taken
+// only when it is a digit 0..9; everything else (Backspace = 8 and Enter = 13
+// included) is refused.
+bool OptionKeyAccepted(int keyAscii);
+
+// The check state shown for a stored switch ("Extract", "Random"): the
+// absolute value, so -1 and 1 both show checked. Values that have no check
+// state (only a hand-edited store gives them) show checked too, since any
+// non-zero value switches the option on.
+bool SwitchChecked(std::int32_t value);
+
+// The number a box's text gives; an empty box (or text that is no number)
+// keeps the option's previous value.
+std::int32_t OptionFromText(std::string_view text, std::int32_t previous);
+
+// What the dialog holds when OK is pressed.
+struct OptionsInput {
+    std::array<std::string, 5> Numbers; // txtEasy .. txtLimitMax
+    bool Load = false;                  // chkLoad
+    bool Random = false;                // chkRandom
+    std::string GameDir;                // txtGameDir
+};
+
+// The dialog's state as loaded from OptionValues and the store.
+OptionsInput LoadOptionsInput(const Definitions& defs, SettingsStore& store);
+
+// OK: DialogOK = true, OptionValues 1..7 from the input, then the seven keys
+// written in order, then the game folder (trimmed) under GameDirKey.
+void AcceptOptions(Definitions& defs, const OptionsInput& input, SettingsStore& store);
+
+} // namespace vantrel

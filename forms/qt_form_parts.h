@@ -1,0 +1,34 @@
+// Pieces the dialogs share: text conversion between the program's
+// single-byte strings and Qt, the check-box list and the OK/Cancel buttons.
+#pragma once
+
+#include <QString>
+
+#include <string>
+
+class QHBoxLayout;
+class QListWidget;
+class QListWidgetItem;
+class QPushButton;
+class QWidget;
+
+namespace vantrel {
+
+inline QString ToLatin1Text(const std::string& s) {
+    return QString::fromLatin1(s.data(), static_cast<qsizetype>(s.size()));
+}
+inline std::string FromLatin1Text(const QString& s) {
+    return s.toLatin1().toStdString();
+}
+
+// The list "lstMain" with a check box on every row and its tooltip.
+QListWidget* NewCheckList(QWidget* parent);
+// Appends a row with a check box set to `checked`.
+QListWidgetItem* AddCheckRow(QListWidget* list, const std::string& text, bool checked);
+
+// "cmdOK" (the default button, Enter) and "cmdCancel".
+void NewOkCancel(QWidget* parent, QPushButton*& ok, QPushButton*& cancel);
+// OK and Cancel side by side at the right.
+QHBoxLayout* ButtonRow(QPushButton* ok, QPushButton* cancel);
+
+} // namespace vantrel

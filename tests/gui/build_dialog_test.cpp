@@ -1,0 +1,79 @@
+#include "forms/frmBuild.h"
+
+#include "gui/dialog_app.h"
+#include "support/dialog_fixtures.h"
+
+#include <QComboBox>
+#include <QListWidget>
+#include <QPushButton>
+
+#include <gtest/gtest.h>
+
+using namespace vantrel;
+using namespace vantrel::testing;
+
+namespace {
+class BuildDialogTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        DialogTestApp();
+        commander = AddUnit(defs, "ARM", "Commander", "COMMANDER");
+        plant = AddUnit(defs, "CORE", "KBOT LAB", "PLANT");
+        energy = AddUnit(defs, "ARM", "solar collector", "ENERGY");
+        kbot = AddUnit(defs, "CORE", "AK", "KBOT");
+    }
+    static QStringList Texts(const QListWidget* list) {
+        QStringList out;
+        for (int n = 0; n < list->count(); ++n)
+            out << list->item(n)->text();
+        return out;
+    }
+    Definitions defs;
+    int commander = 0, plant = 0, energy = 0, kbot = 0;
+};
+} // namespace
+
+TEST_F(BuildDialogTest, LoadListsAllWithPlantsAndEnergy) {
+    frmBuild dlg(defs);
+    auto* type = dlg.findChild<QComboBox*>("cboType");
+    ASSERT_EQ(type->count(), 11);
+    for (int n = 0; n < 11; ++n)
+        EXPECT_EQ(type->itemText(n).toStdString(), BuildSetCategoryOrder[std::size_t(n)]);
+    EXPECT_EQ(type->currentText(), "All");
+    auto* list = dlg.findChild<QListWidget*>("lstMain");
+    EXPECT_EQ(Texts(list),
+              (QStringList{"Arm Commander", "Core Kbot Lab", "Arm Solar Collector", "Core Ak"}));
+    EXPECT_EQ(dlg.RowUnits, (std::vector<std::int32_t>{0, commander, plant, energy, kbot}));
+    EXPECT_EQ(list->currentRow(), 0);
+}
+
+TEST_F(BuildDialogTest, UncheckThenCancelKeepsUnitExcluded) {
+    defs.Units[commander].Include = false;
+    frmBuild dlg(defs);
+    dlg.lstMain->item(2)->setCheckState(Qt::Unchecked); // not shown yet: not written
+    EXPECT_TRUE(defs.Units[energy].Include);
+    EXPECT_FALSE(defs.Units[commander].Include); // selecting row 0 on load changes nothing
+
+    dlg.show();
+    defs.DialogOK = true;
+    dlg.lstMain->item(1)->setCheckState(Qt::Unchecked);
+    dlg.lstMain->item(0)->setCheckState(Qt::Checked);
+    dlg.cmdCancel->click();
+    EXPECT_FALSE(defs.DialogOK);
+    EXPECT_FALSE(dlg.isVisible());
+    EXPECT_FALSE(defs.Units[plant].Include);
+    EXPECT_TRUE(defs.Units[commander].Include);
+}
+
+TEST_F(BuildDialogTest, CategoryChangeShowsCurrentFlags) {
+    frmBuild dlg(defs);
+    dlg.show();
+    dlg.lstMain->item(3)->setCheckState(Qt::Unchecked); // Core Ak
+    dlg.cboType->setCurrentText("Kbots");
+    EXPECT_EQ(Texts(dlg.lstMain), QStringList{"Core Ak"});
+    EXPECT_EQ(dlg.RowUnits, (std::vector<std::int32_t>{0, kbot}));
+    EXPECT_EQ(dlg.lstMain->item(0)->checkState(), Qt::Unchecked);
+    dlg.cmdOK->click();
+    EXPECT_TRUE(defs.DialogOK);
+    EXPECT_FALSE(defs.Units[kbot].Include);
+}

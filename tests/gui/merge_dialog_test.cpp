@@ -1,0 +1,76 @@
+#include "forms/frmMerge.h"
+
+#include "gui/dialog_app.h"
+#include "startup/frmLoad.h"
+#include "support/dialog_fixtures.h"
+
+#include <QLabel>
+#include <QListWidget>
+#include <QProgressBar>
+#include <QPushButton>
+
+#include <gtest/gtest.h>
+
+using namespace vantrel;
+using namespace vantrel::testing;
+
+namespace {
+class MergeDialogTest : public ::testing::Test {
+  protected:
+    static void SetUpTestSuite() { DialogTestApp(); } // before the fixture's widgets
+    void SetUp() override {
+        armKbot = AddUnit(defs, "ARM", "Peewee", "KBOT", 1, 2);
+        coreKbot = AddUnit(defs, "CORE", "AK", "KBOT", 1, 2);
+        AddUnit(defs, "GOK", "Grunt", "KBOT", 1, 2);
+        SetSavedValues(defs, 8, 40);
+        defs.LoadedAIName = "Rush";
+        defs.ParentAIs = "Turtle, ";
+        auto* banner = new QLabel("Turtle AI", &mainWindow);
+        banner->setObjectName("lblAIName");
+    }
+    Definitions defs;
+    QWidget mainWindow;
+    int armKbot = 0, coreKbot = 0;
+};
+} // namespace
+
+TEST_F(MergeDialogTest, OkMergesCheckedRowsOnTheProgressForm) {
+    frmLoad progress;
+    frmMerge dlg(defs, progress, &mainWindow);
+    EXPECT_EQ(dlg.findChild<QLabel*>("lblLoad")->text(),
+              "Merging Rush with Turtle AI.  Please select the traits you would like to use.");
+    auto* list = dlg.findChild<QListWidget*>("lstMain");
+    ASSERT_EQ(list->count(), 30); // twenty fixed rows and ten for GOK
+    EXPECT_EQ(list->item(20)->text(), "Gok Commanders");
+    EXPECT_EQ(list->currentRow(), 0);
+    EXPECT_EQ(list->item(13)->text(), "Core Kbots");
+    EXPECT_EQ(list->item(13)->checkState(), Qt::Unchecked);
+
+    dlg.show();
+    list->item(13)->setCheckState(Qt::Checked);
+    dlg.findChild<QPushButton*>("cmdOK")->click();
+    EXPECT_TRUE(defs.DialogOK);
+    EXPECT_FALSE(dlg.isVisible());
+    EXPECT_EQ(defs.ParentAIs, "Turtle, Rush, ");
+    EXPECT_FLOAT_EQ(defs.Units[coreKbot].Weight, 8);
+    EXPECT_FLOAT_EQ(defs.Units[coreKbot].Limit, 40);
+    EXPECT_FLOAT_EQ(defs.Units[armKbot].Weight, 1);
+    EXPECT_EQ(progress.lblStatus->text(), "Merging Hybrid AI...");
+    EXPECT_EQ(progress.prbMain->maximum(), 30);
+    EXPECT_EQ(progress.prbMain->value(), 30);
+    EXPECT_FALSE(progress.isVisible());
+}
+
+TEST_F(MergeDialogTest, CancelChangesNothing) {
+    RecordingProgress progress;
+    frmMerge dlg(defs, progress, &mainWindow);
+    dlg.show();
+    defs.DialogOK = true;
+    dlg.lstMain->item(13)->setCheckState(Qt::Checked);
+    dlg.cmdCancel->click();
+    EXPECT_FALSE(defs.DialogOK);
+    EXPECT_FALSE(dlg.isVisible());
+    EXPECT_EQ(defs.ParentAIs, "Turtle, ");
+    EXPECT_FLOAT_EQ(defs.Units[coreKbot].Weight, 1);
+    EXPECT_TRUE(progress.calls.empty());
+}

@@ -1,0 +1,150 @@
+#include "forms/frmOptions.h"
+
+#include "gui/dialog_app.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include <gtest/gtest.h>
+
+using namespace vantrel;
+using namespace vantrel::testing;
+
+namespace {
+
+class ScriptedPicker : public FolderPicker {
+  public:
+    std::optional<std::string> PickFolder(const std::string&, const std::string& start) override {
+        offered = start;
+        return answer;
+    }
+    std::optional<std::string> answer;
+    std::string offered;
+};
+
+class OptionsDialogTest : public ::testing::Test {
+  protected:
+    void SetUp() override { DialogTestApp(); }
+    Definitions defs;
+    MemorySettingsStore store;
+};
+
+const char* const SevenKeys[] = {"EasyLimit", "MediumLimit", "HardLimit", "WeightMax",
+                                 "LimitMax",  "Extract",     "Random"};
+
+} // namespace
+
+TEST_F(OptionsDialogTest, LoadShowsOptionsFramesAndTabOrder) {
+    defs.OptionValues = {0, 40, 60, 90, 12, 30, -1, 0};
+    frmOptions dlg(defs, store);
+    const char* boxes[] = {"txtEasy", "txtMedium", "txtHard", "txtWeightMax", "txtLimitMax"};
+    const char* shown[] = {"40", "60", "90", "12", "30"};
+    for (int i = 0; i < 5; ++i) {
+        auto* box = dlg.findChild<QLineEdit*>(boxes[i]);
+        ASSERT_NE(box, nullptr) << boxes[i];
+        EXPECT_EQ(box->text(), shown[i]);
+        EXPECT_EQ(box->maxLength(), 3);
+    }
+    auto* load = dlg.findChild<QCheckBox*>("chkLoad");
+    EXPECT_EQ(load->text(), "Look for new units? ");
+    EXPECT_TRUE(load->isChecked()); // stored -1
+    EXPECT_FALSE(dlg.findChild<QCheckBox*>("chkRandom")->isChecked());
+    EXPECT_TRUE(dlg.cmdOK->isDefault());
+
+    QStringList order;
+    QWidget* w = dlg.txtEasy;
+    do {
+        if (w->focusPolicy() & Qt::TabFocus) order << w->objectName();
+        w = w->nextInFocusChain();
+    } while (w != dlg.txtEasy && order.size() < 20);
+    EXPECT_EQ(order.mid(0, 11), (QStringList{"txtEasy", "txtMedium", "txtHard", "txtWeightMax",
+                                             "txtLimitMax", "cmdOK", "cmdCancel", "chkLoad",
+                                             "chkRandom", "txtGameDir", "cmdBrowse"}));
+}
+
+TEST_F(OptionsDialogTest, TypingTakesDigitsOnly) {
+    frmOptions dlg(defs, store);
+    QLineEdit* box = dlg.txtWeightMax;
+    box->clear();
+    TypeText(box, "125");
+    EXPECT_EQ(box->text(), "125");
+    TypeText(box, "4"); // the fourth digit does not fit
+    EXPECT_EQ(box->text(), "125");
+    box->setCursorPosition(3);
+    TypeText(box, ".-a ");
+    PressKey(box, Qt::Key_Backspace, "\b");
+    PressKey(box, Qt::Key_V, QString(QChar(22)), Qt::ControlModifier); // paste is a character too
+    EXPECT_EQ(box->text(), "125");
+    box->setCursorPosition(0);
+    PressKey(box, Qt::Key_Delete, QString(QChar(127)));
+    EXPECT_EQ(box->text(), "25");
+    box->selectAll();
+    TypeText(box, "7");
+    EXPECT_EQ(box->text(), "7");
+    dlg.cmdOK->click();
+    EXPECT_EQ(defs.Option(optWeightMax), 7);
+    EXPECT_EQ(store.Get("WeightMax", "?"), "7");
+}
+
+TEST_F(OptionsDialogTest, OkWithoutChangeWritesEveryKey) {
+    defs.OptionValues = {0, 50, 75, 100, 10, 50, -1, 0};
+    frmOptions dlg(defs, store);
+    dlg.show();
+    dlg.cmdOK->click();
+    EXPECT_TRUE(defs.DialogOK);
+    EXPECT_FALSE(dlg.isVisible());
+    const char* values[] = {"50", "75", "100", "10", "50", "1", "0"};
+    for (int i = 0; i < 7; ++i)
+        EXPECT_EQ(store.Get(SevenKeys[i], "?"), values[i]) << SevenKeys[i];
+    EXPECT_EQ(defs.Option(optExtract), 1); // -1 shown checked, stored as 1
+    EXPECT_EQ(store.Get("GameDir", "?"), "");
+}
+
+TEST_F(OptionsDialogTest, CancelLeavesOptionsAndStore) {
+    frmOptions dlg(defs, store);
+    dlg.show();
+    dlg.txtEasy->setText("9");
+    dlg.chkRandom->setChecked(true);
+    dlg.txtGameDir->setText("/games/ta");
+    PressKey(&dlg, Qt::Key_Escape);
+    EXPECT_FALSE(defs.DialogOK);
+    EXPECT_FALSE(dlg.isVisible());
+    EXPECT_EQ(defs.OptionValues, (std::array<std::int32_t, 8>{0, 50, 75, 100, 10, 50, 0, 0}));
+    for (const char* key : SevenKeys)
+        EXPECT_FALSE(store.Has(key)) << key;
+    EXPECT_FALSE(store.Has("GameDir"));
+}
+
+TEST_F(OptionsDialogTest, BrowseFillsTheGameFolder) {
+    defs.GameDir = "/found/ta";
+    store.Set("GameDir", "/old/ta");
+    frmOptions dlg(defs, store);
+    EXPECT_EQ(dlg.txtGameDir->text(), "/old/ta");
+    EXPECT_EQ(dlg.txtGameDir->placeholderText(), "/found/ta");
+    ScriptedPicker picker;
+    dlg.SetFolderPicker(&picker);
+
+    dlg.cmdBrowse->click(); // cancelled
+    EXPECT_EQ(picker.offered, "/old/ta");
+    EXPECT_EQ(dlg.txtGameDir->text(), "/old/ta");
+
+    dlg.txtGameDir->clear();
+    picker.answer = "/new/ta";
+    dlg.cmdBrowse->click();
+    EXPECT_EQ(picker.offered, "/found/ta");
+    EXPECT_EQ(dlg.txtGameDir->text(), "/new/ta");
+    dlg.cmdOK->click();
+    EXPECT_EQ(store.Get("GameDir", "?"), "/new/ta");
+}
+
+TEST_F(OptionsDialogTest, EnterInABoxPressesOk) {
+    frmOptions dlg(defs, store);
+    dlg.show();
+    dlg.txtEasy->setText("12");
+    PressKey(dlg.txtEasy, Qt::Key_Return, "\r");
+    EXPECT_EQ(dlg.txtEasy->text(), "12");
+    EXPECT_TRUE(defs.DialogOK);
+    EXPECT_FALSE(dlg.isVisible());
+    EXPECT_EQ(store.Get("EasyLimit", "?"), "12");
+}
