@@ -1,6 +1,9 @@
 // Vantrel desktop program: start-up, then the main window.
 #include "app/qt_gui_ports.h"
 #include "app/qt_settings_store.h"
+#include "forms/frmBuild.h"
+#include "forms/frmMerge.h"
+#include "forms/frmOptions.h"
 #include "forms/qt_icon.h"
 #include "mainwindow/frmMain.h"
 #include "mainwindow/qt_file_dialogs.h"
@@ -59,8 +62,18 @@ int main(int argc, char** argv) {
     frmMain window(defs, {messages, settings, shell, progress, clock, random, dialogs, profiles});
     messages.SetParent(&window);
     dialogs.SetParent(&window);
-    // The Merge, Options and Build Set dialogs are attached here:
-    //   window.showMerge / window.showOptions / window.showBuildSet
+    window.showMerge = [&] {
+        frmMerge dialog(defs, progress, &window);
+        dialog.exec();
+    };
+    window.showOptions = [&] {
+        frmOptions dialog(defs, settings, &window);
+        dialog.exec();
+    };
+    window.showBuildSet = [&] {
+        frmBuild dialog(defs, &window);
+        dialog.exec();
+    };
     window.Load();
     return QApplication::exec();
 }
