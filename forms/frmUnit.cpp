@@ -109,6 +109,20 @@ frmUnit::frmUnit(Definitions& defs, QWidget* parent) : QWidget(parent), defs_(de
     lblNumbers = label("lblNumbers", "Number Produced", CardDesign::lblNumbers);
     for (QLabel* l : {lblUnitName, lblPriority, lblNumbers, lblWeight, lblLimit})
         l->setAutoFillBackground(true);
+    // The designed label widths suit the original 8-point font; with the
+    // desktop's font the captions are widened to their text (the layout keeps
+    // them right-aligned), and the value labels as wide as the entry fields
+    // that cover them, so "10.25" is not cut.
+    auto fit = [](QLabel* l, TwipRect& r) {
+        l->setFont(QFont(l->font().family(), l->font().pointSize(), QFont::Bold));
+        r.Width = std::max(r.Width, PixelsToTwips(l->sizeHint().width() + 2));
+        l->setFont(QFont(l->font().family(), l->font().pointSize(), QFont::Normal));
+    };
+    fit(lblPriority, layout_.lblPriority);
+    fit(lblNumbers, layout_.lblNumbers);
+    fit(lblExclude, layout_.lblExclude);
+    for (QLabel* l : {lblWeight, lblLimit})
+        l->resize(TwipsToPixels(CardDesign::txtWeight.Width), l->height());
     imgUnit = label("imgUnit", "", CardDesign::imgUnit);
     imgUnit->setToolTip(QStringLiteral("Unit Pic (If Available)"));
     imgUnit->setAlignment(Qt::AlignCenter);
