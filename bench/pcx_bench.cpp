@@ -9,8 +9,8 @@
 //
 // The summary at the end gives pictures per second and the ratios.
 #include "demo/demo_units.h"
-#include "mainwindow/picture_cache.h"
 #include "mainwindow/pcx.h"
+#include "mainwindow/picture_cache.h"
 #include "mainwindow/png_writer.h"
 
 #include <benchmark/benchmark.h>
@@ -62,7 +62,8 @@ struct Folder {
         fs::remove_all(dir, ec);
     }
     void ClearPngs() const {
-        for (const auto& e : fs::directory_iterator(dir / "png")) fs::remove(e.path());
+        for (const auto& e : fs::directory_iterator(dir / "png"))
+            fs::remove(e.path());
     }
     std::size_t PngCount() const {
         return static_cast<std::size_t>(
@@ -120,7 +121,8 @@ BENCHMARK(BM_LoadPCX)->UseManualTime()->Unit(benchmark::kMillisecond);
 void BM_LoadPCXCached(benchmark::State& state) {
     NoMessages msgs;
     PictureCache cache;
-    for (const std::string& file : TheFolder().files) cache.Load(file, msgs);
+    for (const std::string& file : TheFolder().files)
+        cache.Load(file, msgs);
     RunPasses(state, "LoadPCXCached", [&](const Folder& f) {
         for (const std::string& file : f.files)
             if (!cache.Load(file, msgs)) return false;
@@ -135,7 +137,8 @@ void BM_PcxToPng(benchmark::State& state) {
         std::string error;
         for (std::size_t i = 0; i < f.files.size(); ++i) {
             PcxResult r = LoadPCX(f.files[i], msgs);
-            const std::string out = (f.dir / "png" / ("ours" + std::to_string(i) + ".png")).string();
+            const std::string out =
+                (f.dir / "png" / ("ours" + std::to_string(i) + ".png")).string();
             if (!r || !WritePng(out, *r.image, error)) return false;
         }
         return true;
@@ -172,12 +175,11 @@ void PrintSummary() {
     const double mb = static_cast<double>(TheFolder().bytes) / 1e6;
     std::cout << "\n" << PictureCount << " pictures, " << mb << " MB of PCX per pass\n";
     for (const auto& [name, secs] : s)
-        std::cout << "  " << name << ": " << secs * 1e3 << " ms per pass, "
-                  << PictureCount / secs << " pictures/s, " << mb / secs << " MB/s\n";
+        std::cout << "  " << name << ": " << secs * 1e3 << " ms per pass, " << PictureCount / secs
+                  << " pictures/s, " << mb / secs << " MB/s\n";
     auto ratio = [&](const char* slow, const char* fast) {
         if (s.count(slow) && s.count(fast))
-            std::cout << "  " << slow << " / " << fast << " = " << s.at(slow) / s.at(fast)
-                      << "\n";
+            std::cout << "  " << slow << " / " << fast << " = " << s.at(slow) / s.at(fast) << "\n";
     };
     ratio("ConvertPerFile", "PcxToPng");
     ratio("ConvertOneProcess", "PcxToPng");

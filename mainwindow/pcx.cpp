@@ -14,10 +14,13 @@ namespace {
 constexpr std::size_t MaxFileBytes = std::size_t{1} << 30;
 constexpr std::size_t PaletteBlockSize = 769; // marker byte + 256 * 3
 
-std::uint8_t ByteAt(std::string_view s, std::size_t i) { return static_cast<std::uint8_t>(s[i]); }
+std::uint8_t ByteAt(std::string_view s, std::size_t i) {
+    return static_cast<std::uint8_t>(s[i]);
+}
 
 int Int16At(std::string_view s, std::size_t i) {
-    return static_cast<std::int16_t>(static_cast<std::uint16_t>(ByteAt(s, i) | ByteAt(s, i + 1) << 8));
+    return static_cast<std::int16_t>(
+        static_cast<std::uint16_t>(ByteAt(s, i) | ByteAt(s, i + 1) << 8));
 }
 
 PcxResult Fail(PcxFailure failure, std::string reason) {
@@ -35,7 +38,9 @@ PcxResult Succeed(PcxImage&& image) {
 
 // The most bytes that `dataBytes` bytes of run-length data can decode to:
 // every pair of bytes can be a run of 63.
-std::size_t MaxDecodedBytes(std::size_t dataBytes) { return dataBytes / 2 * 63 + dataBytes % 2; }
+std::size_t MaxDecodedBytes(std::size_t dataBytes) {
+    return dataBytes / 2 * 63 + dataBytes % 2;
+}
 
 // Checks a header's sizes before anything is allocated. `decodedBytes` is
 // the size of the buffer the run-length data must fill.
@@ -60,7 +65,9 @@ PcxResult CheckSizes(const PcxHeader& h, int pictureWidth, std::size_t dataBytes
     return {};
 }
 
-std::string RowText(int y) { return "row " + std::to_string(y); }
+std::string RowText(int y) {
+    return "row " + std::to_string(y);
+}
 
 PcxResult Unsupported(const PcxHeader& h) {
     return Fail(PcxFailure::Unsupported,
@@ -118,7 +125,8 @@ PcxResult DecodePCX256(std::string_view bytes, Messages& messages) {
     const std::string_view data = bytes.substr(PcxHeaderSize);
     const int width = h.Width(), height = h.Height(), lineBytes = h.LineBytes();
     std::size_t decodedBytes = 0;
-    if (PcxResult bad = CheckSizes(h, lineBytes, data.size(), decodedBytes); bad.failure != PcxFailure::None)
+    if (PcxResult bad = CheckSizes(h, lineBytes, data.size(), decodedBytes);
+        bad.failure != PcxFailure::None)
         return bad;
 
     PcxImage img;
@@ -172,7 +180,8 @@ PcxResult DecodePCX24(std::string_view bytes) {
     const std::string_view data = bytes.substr(PcxHeaderSize);
     const int width = h.Width(), height = h.Height();
     std::size_t planeBytes = 0;
-    if (PcxResult bad = CheckSizes(h, width, data.size(), planeBytes); bad.failure != PcxFailure::None)
+    if (PcxResult bad = CheckSizes(h, width, data.size(), planeBytes);
+        bad.failure != PcxFailure::None)
         return bad;
     if (width > h.bytesPerLine)
         return Fail(PcxFailure::BadSize, "width " + std::to_string(width) +
@@ -196,16 +205,17 @@ PcxResult DecodePCX24(std::string_view bytes) {
             ++p;
         }
         if (count > planeBytes - out)
-            return Fail(PcxFailure::Corrupt,
-                        "the picture data runs past the end of the picture (" +
-                            std::to_string(data.size() - p) + " bytes left over)");
+            return Fail(PcxFailure::Corrupt, "the picture data runs past the end of the picture (" +
+                                                 std::to_string(data.size() - p) +
+                                                 " bytes left over)");
         std::memset(planes.data() + out, value, count);
         out += count;
     }
     if (out < planeBytes)
-        return Fail(PcxFailure::Corrupt,
-                    "the picture data ends early in " +
-                        RowText(static_cast<int>(out / (3 * static_cast<std::size_t>(h.bytesPerLine)))));
+        return Fail(
+            PcxFailure::Corrupt,
+            "the picture data ends early in " +
+                RowText(static_cast<int>(out / (3 * static_cast<std::size_t>(h.bytesPerLine)))));
 
     PcxImage img;
     img.format = PcxImage::Format::Rgb32;

@@ -71,9 +71,9 @@ std::string EncodePng(const PcxImage& img) {
     std::string ihdr;
     Put32(ihdr, static_cast<std::uint32_t>(img.width));
     Put32(ihdr, static_cast<std::uint32_t>(img.height));
-    ihdr.push_back(8);                            // bit depth
-    ihdr.push_back(indexed ? 3 : 2);              // palette or RGB
-    ihdr.append(3, '\0');                         // deflate, filter method 0, no interlace
+    ihdr.push_back(8);               // bit depth
+    ihdr.push_back(indexed ? 3 : 2); // palette or RGB
+    ihdr.append(3, '\0');            // deflate, filter method 0, no interlace
     PutChunk(out, "IHDR", ihdr);
     if (indexed) {
         std::string plte;

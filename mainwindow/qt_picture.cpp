@@ -12,7 +12,8 @@ QImage ToQImage(const PcxImage& img) {
     if (out.isNull()) return {};
     if (indexed) {
         QList<QRgb> table(256);
-        for (int i = 0; i < 256; ++i) table[i] = 0xFF000000u | img.colours[static_cast<std::size_t>(i)];
+        for (int i = 0; i < 256; ++i)
+            table[i] = 0xFF000000u | img.colours[static_cast<std::size_t>(i)];
         out.setColorTable(table);
     }
     // QImage rows are 4-byte aligned; ours are packed, so copy row by row.
@@ -21,7 +22,8 @@ QImage ToQImage(const PcxImage& img) {
         if (indexed) continue;
         // RGB32 is 0xffRRGGBB: the fourth byte of each pixel must be 0xff.
         auto* px = reinterpret_cast<QRgb*>(out.scanLine(y));
-        for (int x = 0; x < img.width; ++x) px[x] |= 0xFF000000u;
+        for (int x = 0; x < img.width; ++x)
+            px[x] |= 0xFF000000u;
     }
     return out;
 }

@@ -7,17 +7,10 @@
 namespace vantrel {
 namespace {
 
-PcxImage Decode(const std::string& file) {
-    test::RecordingMessages msgs;
-    PcxResult r = DecodePCX(file, msgs);
-    EXPECT_TRUE(r) << r.reason;
-    return r ? *r.image : PcxImage{};
-}
-
 TEST(QtPictureTest, IndexedPictureKeepsIndicesAndColourTable) {
     // 5 bytes per line, so QImage's 4-byte aligned rows differ from the packed ones.
-    const PcxImage img = Decode(test::Pcx256(test::Fields(5, 2, 1, 5),
-                                             test::Bytes({1, 2, 3, 4, 5, 6, 7, 8, 9, 10})));
+    const PcxImage img = test::DecodedImage(
+        test::Pcx256(test::Fields(5, 2, 1, 5), test::Bytes({1, 2, 3, 4, 5, 6, 7, 8, 9, 10})));
     const QImage q = ToQImage(img);
     ASSERT_EQ(q.format(), QImage::Format_Indexed8);
     EXPECT_EQ(q.width(), 5);
@@ -32,7 +25,7 @@ TEST(QtPictureTest, TrueColourPictureIsOpaqueRgb32) {
     std::vector<demo::Rgb> px;
     for (int i = 0; i < 3 * 2; ++i)
         px.push_back({static_cast<std::uint8_t>(40 * i), 7, static_cast<std::uint8_t>(255 - i)});
-    const PcxImage img = Decode(demo::EncodePcx24(3, 2, px));
+    const PcxImage img = test::DecodedImage(demo::EncodePcx24(3, 2, px));
     const QImage q = ToQImage(img);
     ASSERT_EQ(q.format(), QImage::Format_RGB32);
     for (int y = 0; y < 2; ++y)

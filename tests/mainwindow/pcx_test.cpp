@@ -24,7 +24,8 @@ std::vector<int> RowOf(const PcxImage& img, int y) {
 
 TEST(Pcx256Test, WriterOutputDecodesToItsPixelsAndPalette) {
     std::vector<std::uint8_t> px(5 * 3);
-    for (std::size_t i = 0; i < px.size(); ++i) px[i] = static_cast<std::uint8_t>(i * 37 % 256);
+    for (std::size_t i = 0; i < px.size(); ++i)
+        px[i] = static_cast<std::uint8_t>(i * 37 % 256);
     px[0] = px[1] = px[2] = 200; // a run, and values that need a run byte
     RecordingMessages msgs;
     PcxResult r = DecodePCX(demo::EncodePcx256(5, 3, px, test::TestPalette()), msgs);
@@ -38,7 +39,8 @@ TEST(Pcx256Test, WriterOutputDecodesToItsPixelsAndPalette) {
             EXPECT_EQ(img.Row(y)[x], px[static_cast<std::size_t>(y * 5 + x)]) << x << "," << y;
         EXPECT_EQ(img.Row(y)[5], 0);
     }
-    for (int i = 0; i < 256; ++i) EXPECT_EQ(img.colours[static_cast<std::size_t>(i)], test::TestColour(i));
+    for (int i = 0; i < 256; ++i)
+        EXPECT_EQ(img.colours[static_cast<std::size_t>(i)], test::TestColour(i));
     EXPECT_EQ(img.ColourAt(0, 0), test::TestColour(200));
     EXPECT_TRUE(msgs.shown.empty());
 }
@@ -56,8 +58,8 @@ TEST(Pcx256Test, PaddingByteShowsAsExtraColumn) {
 TEST(Pcx256Test, RunsCountOneAndCountZero) {
     // 193 7: one pixel of 7. 192 5: writes nothing but still takes two bytes.
     RecordingMessages msgs;
-    PcxResult r = DecodePCX(
-        Pcx256(Fields(8, 1, 1, 8), Bytes({193, 7, 192, 5, 195, 2, 1, 63, 3, 4})), msgs);
+    PcxResult r =
+        DecodePCX(Pcx256(Fields(8, 1, 1, 8), Bytes({193, 7, 192, 5, 195, 2, 1, 63, 3, 4})), msgs);
     ASSERT_TRUE(r) << r.reason;
     EXPECT_EQ(RowOf(*r.image, 0), (std::vector<int>{7, 2, 2, 2, 1, 63, 3, 4}));
 }
@@ -68,8 +70,8 @@ TEST(Pcx256Test, RunCrossingLineEndIsCutToWidth) {
     // of the run is not carried into row 1.
     // Row 1: at x = 3 a run of 2 crosses the end; width - x = 0 writes nothing.
     RecordingMessages msgs;
-    PcxResult r = DecodePCX(
-        Pcx256(Fields(3, 2, 1, 4), Bytes({1, 0xC5, 9, 7, 4, 5, 6, 0xC2, 9, 8})), msgs);
+    PcxResult r =
+        DecodePCX(Pcx256(Fields(3, 2, 1, 4), Bytes({1, 0xC5, 9, 7, 4, 5, 6, 0xC2, 9, 8})), msgs);
     ASSERT_TRUE(r) << r.reason;
     EXPECT_EQ(RowOf(*r.image, 0), (std::vector<int>{1, 9, 9, 7}));
     EXPECT_EQ(RowOf(*r.image, 1), (std::vector<int>{4, 5, 6, 8}));
@@ -147,8 +149,7 @@ TEST(Pcx24Test, WriterOutputDecodesToItsPixels) {
     for (int y = 0; y < 3; ++y)
         for (int x = 0; x < 5; ++x) {
             const demo::Rgb& c = px[static_cast<std::size_t>(y * 5 + x)];
-            EXPECT_EQ(img.ColourAt(x, y),
-                      static_cast<std::uint32_t>(c.r << 16 | c.g << 8 | c.b))
+            EXPECT_EQ(img.ColourAt(x, y), static_cast<std::uint32_t>(c.r << 16 | c.g << 8 | c.b))
                 << x << "," << y;
         }
 }
@@ -165,8 +166,7 @@ TEST(Pcx24Test, DataIsOneStreamSoRunsCrossPlanesAndLines) {
     // run (7 of 5) fills all of row 0 and the first red byte of row 1; the
     // count-0 run writes nothing; the last run fills green and blue of row 1.
     RecordingMessages msgs;
-    PcxResult r = DecodePCX(
-        Pcx24(Fields(2, 2, 3, 2), Bytes({0xC7, 5, 6, 0xC0, 1, 0xC4, 8})), msgs);
+    PcxResult r = DecodePCX(Pcx24(Fields(2, 2, 3, 2), Bytes({0xC7, 5, 6, 0xC0, 1, 0xC4, 8})), msgs);
     ASSERT_TRUE(r) << r.reason;
     EXPECT_EQ(r.image->ColourAt(0, 0), 0x050505u);
     EXPECT_EQ(r.image->ColourAt(1, 0), 0x050505u);

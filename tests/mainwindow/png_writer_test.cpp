@@ -56,7 +56,8 @@ ReadPng Parse(const std::string& png) {
         }
         at += 12 + len;
     }
-    const std::size_t rowBytes = static_cast<std::size_t>(out.width) * (out.colourType == 2 ? 3 : 1);
+    const std::size_t rowBytes =
+        static_cast<std::size_t>(out.width) * (out.colourType == 2 ? 3 : 1);
     std::vector<std::uint8_t> raw((rowBytes + 1) * static_cast<std::size_t>(out.height));
     uLongf rawSize = static_cast<uLongf>(raw.size());
     if (uncompress(raw.data(), &rawSize, reinterpret_cast<const Bytef*>(idat.data()),
@@ -73,16 +74,10 @@ ReadPng Parse(const std::string& png) {
     return out;
 }
 
-PcxImage Decode(const std::string& file) {
-    test::RecordingMessages msgs;
-    PcxResult r = DecodePCX(file, msgs);
-    EXPECT_TRUE(r) << r.reason;
-    return r ? *r.image : PcxImage{};
-}
-
 TEST(PngWriterTest, IndexedPictureBecomesPalettePng) {
     const demo::DemoUnit& unit = demo::DemoUnits().front();
-    const PcxImage img = Decode(demo::DemoPicture256(unit, 7, 5)); // 8 columns with padding
+    const PcxImage img =
+        test::DecodedImage(demo::DemoPicture256(unit, 7, 5)); // 8 columns with padding
     const ReadPng png = Parse(EncodePng(img));
     ASSERT_EQ(png.error, "");
     EXPECT_EQ(png.chunks, (std::vector<std::string>{"IHDR", "PLTE", "IDAT", "IEND"}));
@@ -100,7 +95,7 @@ TEST(PngWriterTest, IndexedPictureBecomesPalettePng) {
 
 TEST(PngWriterTest, TrueColourPictureBecomesRgbPng) {
     const demo::DemoUnit& unit = demo::DemoUnits().back();
-    const PcxImage img = Decode(demo::DemoPicture24(unit, 9, 4));
+    const PcxImage img = test::DecodedImage(demo::DemoPicture24(unit, 9, 4));
     const ReadPng png = Parse(EncodePng(img));
     ASSERT_EQ(png.error, "");
     EXPECT_EQ(png.chunks, (std::vector<std::string>{"IHDR", "IDAT", "IEND"}));
@@ -109,7 +104,8 @@ TEST(PngWriterTest, TrueColourPictureBecomesRgbPng) {
     ASSERT_EQ(png.rows.size(), 9u * 4u * 3u);
     for (int y = 0; y < 4; ++y)
         for (int x = 0; x < 9; ++x) {
-            const std::size_t at = (static_cast<std::size_t>(y) * 9 + static_cast<std::size_t>(x)) * 3;
+            const std::size_t at =
+                (static_cast<std::size_t>(y) * 9 + static_cast<std::size_t>(x)) * 3;
             EXPECT_EQ(static_cast<std::uint32_t>(png.rows[at] << 16 | png.rows[at + 1] << 8 |
                                                  png.rows[at + 2]),
                       img.ColourAt(x, y));
@@ -118,7 +114,7 @@ TEST(PngWriterTest, TrueColourPictureBecomesRgbPng) {
 
 TEST(PngWriterTest, WritePngReplacesWholeFilesAndReportsFailures) {
     test::ScratchDir dir;
-    const PcxImage img = Decode(demo::DemoPicture24(demo::DemoUnits().front(), 4, 4));
+    const PcxImage img = test::DecodedImage(demo::DemoPicture24(demo::DemoUnits().front(), 4, 4));
     std::string error;
     ASSERT_TRUE(demo::WriteFile(dir.File("out.png"), "old"));
     ASSERT_TRUE(WritePng(dir.File("out.png"), img, error)) << error;

@@ -1,5 +1,7 @@
 #include "support/pcx_fixtures.h"
 
+#include <gtest/gtest.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
@@ -39,8 +41,16 @@ std::string Pcx24(const demo::PcxHeaderFields& f, const std::string& data) {
 
 std::string Bytes(std::initializer_list<int> values) {
     std::string s;
-    for (int v : values) s.push_back(static_cast<char>(v));
+    for (int v : values)
+        s.push_back(static_cast<char>(v));
     return s;
+}
+
+PcxImage DecodedImage(const std::string& file) {
+    RecordingMessages msgs;
+    PcxResult r = DecodePCX(file, msgs);
+    EXPECT_TRUE(r) << r.reason;
+    return r ? *r.image : PcxImage{};
 }
 
 ScratchDir::ScratchDir() {

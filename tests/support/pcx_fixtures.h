@@ -3,6 +3,7 @@
 #pragma once
 
 #include "demo/pcx_writer.h"
+#include "mainwindow/pcx.h"
 #include "startup/ports.h"
 
 #include <string>
@@ -39,6 +40,9 @@ std::string Pcx256(const demo::PcxHeaderFields& f, const std::string& data,
 std::string Pcx24(const demo::PcxHeaderFields& f, const std::string& data);
 // Bytes from a list of values (handy for run bytes above 0x7F).
 std::string Bytes(std::initializer_list<int> values);
+
+// The picture in `file` (a test failure, and an empty picture, when there is none).
+PcxImage DecodedImage(const std::string& file);
 
 // A fresh folder under the system's temporary folder, removed afterwards.
 class ScratchDir {
