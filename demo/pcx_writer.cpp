@@ -8,24 +8,43 @@ void Put16(std::string& s, std::size_t at, int v) {
     s[at + 1] = static_cast<char>((v >> 8) & 0xFF);
 }
 std::string Header(int width, int height, int planes, int bytesPerLine) {
+    PcxHeaderFields f;
+    f.xMax = width - 1;
+    f.yMax = height - 1;
+    f.planes = planes;
+    f.bytesPerLine = bytesPerLine;
+    return PcxHeader(f);
+}
+int EvenLineBytes(int width) { return width + (width & 1); }
+} // namespace
+
+std::string PcxHeader(const PcxHeaderFields& f) {
     std::string h(128, '\0');
     h[0] = 10; // ZSoft
     h[1] = 5;  // version 3.0
     h[2] = 1;  // run-length encoded
-    h[3] = 8;  // bits per pixel per plane
-    Put16(h, 4, 0);
-    Put16(h, 6, 0);
-    Put16(h, 8, width - 1);
-    Put16(h, 10, height - 1);
+    h[3] = static_cast<char>(f.bitsPerPixel);
+    Put16(h, 4, f.xMin);
+    Put16(h, 6, f.yMin);
+    Put16(h, 8, f.xMax);
+    Put16(h, 10, f.yMax);
     Put16(h, 12, 72);
     Put16(h, 14, 72);
-    h[65] = static_cast<char>(planes);
-    Put16(h, 66, bytesPerLine);
+    h[65] = static_cast<char>(f.planes);
+    Put16(h, 66, f.bytesPerLine);
     Put16(h, 68, 1);
     return h;
 }
-int EvenLineBytes(int width) { return width + (width & 1); }
-} // namespace
+
+std::string PcxPaletteBlock(const std::array<Rgb, 256>& palette, std::uint8_t marker) {
+    std::string out(1, static_cast<char>(marker));
+    for (const Rgb& c : palette) {
+        out.push_back(static_cast<char>(c.r));
+        out.push_back(static_cast<char>(c.g));
+        out.push_back(static_cast<char>(c.b));
+    }
+    return out;
+}
 
 void EncodePcxLine(const std::uint8_t* data, std::size_t count, std::string& out) {
     std::size_t i = 0;
@@ -54,12 +73,7 @@ std::string EncodePcx256(int width, int height, const std::vector<std::uint8_t>&
                 x < width ? pixels[static_cast<std::size_t>(y * width + x)] : 0;
         EncodePcxLine(line.data(), line.size(), out);
     }
-    out.push_back(12);
-    for (const Rgb& c : palette) {
-        out.push_back(static_cast<char>(c.r));
-        out.push_back(static_cast<char>(c.g));
-        out.push_back(static_cast<char>(c.b));
-    }
+    out += PcxPaletteBlock(palette);
     return out;
 }
 

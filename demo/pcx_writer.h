@@ -21,4 +21,17 @@ std::string EncodePcx24(int width, int height, const std::vector<Rgb>& pixels);
 // Run-length encodes one line the way PCX does (runs of at most 63).
 void EncodePcxLine(const std::uint8_t* data, std::size_t count, std::string& out);
 
+// The header fields that matter to a reader; the tests set them freely to
+// make odd files (padding columns, unsupported kinds, absurd sizes).
+struct PcxHeaderFields {
+    int xMin = 0, yMin = 0, xMax = 0, yMax = 0;
+    int bitsPerPixel = 8;
+    int planes = 1;
+    int bytesPerLine = 0;
+};
+// The 128-byte header; 16-bit fields are stored little-endian (two's complement).
+std::string PcxHeader(const PcxHeaderFields& fields);
+// The block at the end of a 256-colour file: the marker byte, then 768 bytes of colour.
+std::string PcxPaletteBlock(const std::array<Rgb, 256>& palette, std::uint8_t marker = 12);
+
 } // namespace vantrel::demo

@@ -8,6 +8,7 @@
 #include "forms/qt_text.h"
 #include "mainwindow/help_file.h"
 #include "mainwindow/qt_board.h"
+#include "mainwindow/qt_picture.h"
 #include "mainwindow/randomize.h"
 #include "startup/paths.h"
 
@@ -47,6 +48,10 @@ frmMain::frmMain(Definitions& defs, MainWindowPorts ports, QWidget* parent)
     layout->addWidget(board, 1);
     // The board's layout pass places the banner across its top, above the cards.
     board->SetBanner(picBorder);
+    // Unit pictures come from the Units folder through the decoder's cache.
+    board->pictureLoader = [this](const std::string& fileName) {
+        return ToQPixmap(pictures_.Load(JoinPath(UnitsDir(defs_.AppDir), fileName), ports_.messages));
+    };
     setCentralWidget(central);
 
     settings_ = new frmSettings(defs_, this);

@@ -4,6 +4,7 @@
 
 #include "catalogue/definitions.h"
 #include "mainwindow/file_commands.h"
+#include "mainwindow/picture_cache.h"
 #include "startup/ports.h"
 
 #include <QMainWindow>
@@ -107,6 +108,7 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     void closeEvent(QCloseEvent* event) override;
 
   private:
+    PictureCache pictures_; // unit pictures, decoded once per file version
     void BuildMenus();
     void BuildBanner();
     QAction* AddItem(QMenu* menu, const char* name, const char* caption,

@@ -1,0 +1,61 @@
+// Small PCX files for the picture tests, a message port that records what it
+// is asked to show, and a scratch folder.
+#pragma once
+
+#include "demo/pcx_writer.h"
+#include "mainwindow/pcx.h"
+#include "startup/ports.h"
+
+#include <string>
+#include <vector>
+
+namespace vantrel::test {
+
+struct ShownMessage {
+    std::string text, title;
+    MsgIcon icon;
+};
+
+class RecordingMessages : public Messages {
+  public:
+    MsgAnswer Show(const std::string& text, const std::string& title, MsgButtons,
+                   MsgIcon icon) override {
+        shown.push_back({text, title, icon});
+        return MsgAnswer::OK;
+    }
+    std::vector<ShownMessage> shown;
+};
+
+// Palette entry i is (i, 255 - i, 7 * i mod 256).
+std::array<demo::Rgb, 256> TestPalette();
+std::uint32_t TestColour(int index); // the same entry as 0x00RRGGBB
+
+// Header fields for a picture of width x height with the given planes and bytes per line.
+demo::PcxHeaderFields Fields(int width, int height, int planes, int bytesPerLine);
+// A 256-colour file: header, the run-length `data` as given, then the palette
+// block with `marker`.
+std::string Pcx256(const demo::PcxHeaderFields& f, const std::string& data,
+                   std::uint8_t marker = 12);
+// A 24-bit file: header and the run-length `data` as given.
+std::string Pcx24(const demo::PcxHeaderFields& f, const std::string& data);
+// Bytes from a list of values (handy for run bytes above 0x7F).
+std::string Bytes(std::initializer_list<int> values);
+
+// The picture in `file` (a test failure, and an empty picture, when there is none).
+PcxImage DecodedImage(const std::string& file);
+
+// A fresh folder under the system's temporary folder, removed afterwards.
+class ScratchDir {
+  public:
+    ScratchDir();
+    ~ScratchDir();
+    ScratchDir(const ScratchDir&) = delete;
+    ScratchDir& operator=(const ScratchDir&) = delete;
+    const std::string& Path() const { return path_; }
+    std::string File(const std::string& name) const { return path_ + "/" + name; }
+
+  private:
+    std::string path_;
+};
+
+} // namespace vantrel::test
