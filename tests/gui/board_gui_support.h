@@ -2,6 +2,8 @@
 // an active host window and synthetic key presses (no QtTest needed).
 #pragma once
 
+#include "gui/gui_app.h"
+
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QKeyEvent>
@@ -13,14 +15,7 @@
 
 namespace vantrel::test {
 
-inline QApplication& GuiApp() {
-    if (auto* app = qobject_cast<QApplication*>(QCoreApplication::instance())) return *app;
-    static int argc = 1;
-    static char name[] = "vantrel_gui_tests";
-    static char* argv[] = {name, nullptr};
-    static QApplication* app = new QApplication(argc, argv);
-    return *app;
-}
+using vantrel::testing::GuiApp;
 
 // Base of widget fixtures: the application exists before any member widget.
 struct GuiTest : ::testing::Test {

@@ -1,6 +1,8 @@
 // The application object and key presses for the dialog tests.
 #pragma once
 
+#include "gui/gui_app.h"
+
 #include <QApplication>
 #include <QKeyEvent>
 #include <QString>
@@ -15,15 +17,7 @@ inline void PrintTo(const QString& s, std::ostream* os) {
 
 namespace vantrel::testing {
 
-inline QApplication& DialogTestApp() {
-    if (auto* app = qobject_cast<QApplication*>(QCoreApplication::instance())) return *app;
-    static int argc = 1;
-    static char name[] = "vantrel_gui_tests";
-    static char* argv[] = {name, nullptr};
-    // Never destroyed: tearing it down among the other statics at exit crashes.
-    static auto* app = new QApplication(argc, argv);
-    return *app;
-}
+inline QApplication& DialogTestApp() { return GuiApp(); }
 
 // Sends one key press and release to `w`, as typing it would.
 inline void PressKey(QWidget* w, int key, const QString& text = {},

@@ -6,11 +6,13 @@
 namespace vantrel::testing {
 
 inline QApplication& GuiApp() {
+    if (auto* app = qobject_cast<QApplication*>(QCoreApplication::instance())) return *app;
     static int argc = 1;
     static char name[] = "vantrel_gui_tests";
     static char* argv[] = {name, nullptr};
-    static QApplication app(argc, argv);
-    return app;
+    // Never destroyed: tearing it down among the other statics at exit crashes.
+    static auto* app = new QApplication(argc, argv);
+    return *app;
 }
 
 } // namespace vantrel::testing

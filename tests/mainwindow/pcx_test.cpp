@@ -252,7 +252,7 @@ TEST(PcxRejectTest, ShortHeaderMissingAndEmptyFiles) {
     EXPECT_EQ(LoadPCX(dir.File("missing.pcx"), msgs).failure, PcxFailure::Unreadable);
     ASSERT_TRUE(demo::WriteFile(dir.File("empty.pcx"), ""));
     EXPECT_EQ(LoadPCX(dir.File("empty.pcx"), msgs).failure, PcxFailure::Unreadable);
-    EXPECT_EQ(LoadPCX(dir.Path(), msgs).failure, PcxFailure::Unreadable); // a folder
+    EXPECT_EQ(LoadPCX(dir.path(), msgs).failure, PcxFailure::Unreadable); // a folder
     EXPECT_TRUE(msgs.shown.empty());
 }
 

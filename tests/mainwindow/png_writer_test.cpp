@@ -125,7 +125,7 @@ TEST(PngWriterTest, WritePngReplacesWholeFilesAndReportsFailures) {
     EXPECT_FALSE(WritePng(dir.File("no/such/folder/out.png"), img, error));
     EXPECT_NE(error.find("cannot write"), std::string::npos) << error;
     EXPECT_FALSE(WritePng(dir.File("empty.png"), PcxImage{}, error));
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.Path()), {}), 1);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}), 1);
 }
 
 } // namespace

@@ -6,6 +6,8 @@
 #include "support/hpi_writer.h"
 #include "support/scratch_folder.h"
 
+#include "support/test_support.h"
+
 #include <gtest/gtest.h>
 
 namespace vantrel {
@@ -159,17 +161,8 @@ TEST(HpiExtractTree, RecreatesFoldersAndSkipsUnsafeNames) {
 // ---------------------------------------------------------------------------
 // The start-up passes over a real game folder
 // ---------------------------------------------------------------------------
-class NoMessages : public Messages {
-  public:
-    MsgAnswer Show(const std::string&, const std::string&, MsgButtons, MsgIcon) override {
-        return MsgAnswer::OK;
-    }
-};
-class NoShell : public Shell {
-  public:
-    bool RestartSelf() override { return false; }
-    bool OpenDocument(const std::string&) override { return false; }
-};
+using NoMessages = vantrel::test::ScriptedMessages;
+using NoShell = vantrel::test::RecordingShell;
 
 // Records what the passes ask of the library, the zip steps and the form.
 struct Log {

@@ -4,6 +4,8 @@
 #include "startup/paths.h"
 #include "support/zip_maker.h"
 
+#include "support/test_support.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -123,17 +125,8 @@ TEST_F(ZipStepsTest, AnUnusableUnitsFolderDoesNotStopStartUp) {
     EXPECT_EQ(progress.Value(), 0);
 }
 
-class NoMessages : public Messages {
-  public:
-    MsgAnswer Show(const std::string&, const std::string&, MsgButtons, MsgIcon) override {
-        return MsgAnswer::OK;
-    }
-};
-class NoShell : public Shell {
-  public:
-    bool RestartSelf() override { return false; }
-    bool OpenDocument(const std::string&) override { return false; }
-};
+using NoMessages = vantrel::test::ScriptedMessages;
+using NoShell = vantrel::test::RecordingShell;
 
 TEST_F(ZipStepsTest, StartUpCountsAllPackagesBeforeUnpackingAny) {
     MakePackages();

@@ -2,6 +2,8 @@
 // is asked to show, and a scratch folder.
 #pragma once
 
+#include "support/test_support.h"
+
 #include "demo/pcx_writer.h"
 #include "mainwindow/pcx.h"
 #include "startup/ports.h"
@@ -44,18 +46,6 @@ std::string Bytes(std::initializer_list<int> values);
 // The picture in `file` (a test failure, and an empty picture, when there is none).
 PcxImage DecodedImage(const std::string& file);
 
-// A fresh folder under the system's temporary folder, removed afterwards.
-class ScratchDir {
-  public:
-    ScratchDir();
-    ~ScratchDir();
-    ScratchDir(const ScratchDir&) = delete;
-    ScratchDir& operator=(const ScratchDir&) = delete;
-    const std::string& Path() const { return path_; }
-    std::string File(const std::string& name) const { return path_ + "/" + name; }
-
-  private:
-    std::string path_;
-};
+using ScratchDir = TempDir;
 
 } // namespace vantrel::test
