@@ -1,0 +1,183 @@
+#include "profile/profile_writer.h"
+
+#include "catalogue/text.h"
+#include "profile/profile.h"
+#include "profile/profile_io.h"
+#include "profile/profile_numbers.h"
+#include "startup/paths.h"
+
+#include <array>
+#include <cstdio>
+
+namespace vantrel {
+
+namespace {
+
+constexpr std::string_view CRLF = "\r\n";
+constexpr int SectionCount = 10;
+
+struct SectionSpec {
+    std::string_view title;
+    std::string_view keyword1;
+    std::string_view keyword2;
+};
+
+constexpr std::array<SectionSpec, SectionCount> Sections{{
+    {"/ Workers /", "CNSTR", ""},
+    {"/ Commanders /", "COMMANDER", ""},
+    {"/ Aircraft /", "VTOL", ""},
+    {"/ Tanks /", "TANK", ""},
+    {"/ Kbots /", "KBOT", ""},
+    {"/ Ships, Sub, and Water-Units /", "SHIP", "WATER"},
+    {"/ Defense /", "FORT", ""},
+    {"/ Resources /", "ENERGY", "METAL"},
+    {"/ Plants /", "PLANT", ""},
+    {"/ Specialized Units /", "SPECIAL", ""},
+}};
+
+using SectionTexts = std::array<std::string, SectionCount>;
+
+// One pass over the catalogue: each included unit of a known category gets a
+// line break and its entry appended to its section's text.
+template <class ValueText>
+void CollectEntries(const Definitions& defs, std::string_view keyword, ValueText valueText,
+                    SectionTexts& sections) {
+    for (int i = 1; i <= defs.Units.UBound(); ++i) {
+        const vtUnit& u = defs.Units[i];
+        if (!u.Include) continue;
+        int s = ProfileSection(u.TEDClass);
+        if (s < 0) continue;
+        std::string& out = sections[static_cast<std::size_t>(s)];
+        out.append(CRLF).append(keyword).append(u.UnitName).append(" ").append(valueText(u));
+    }
+}
+
+void AppendSection(std::string& body, std::size_t s, std::string& entries, bool first) {
+    body.append(first ? CRLF : "\r\n\r\n").append(Sections[s].title).append(CRLF).append(entries);
+    entries.clear();
+}
+
+std::string HeaderText(const ProfileHeader& h, const std::string& parentAIs) {
+    std::string text = "/ " + std::string(53, '-');
+    text.append(CRLF).append("Date: ").append(h.date);
+    text.append(CRLF).append("Auth: ").append(h.author);
+    text.append(CRLF).append("Name: ").append(h.name);
+    text.append(CRLF).append("Used: Vantrel Build ");
+    text.append(std::to_string(VANTREL_VERSION_MAJOR) + "." +
+                std::to_string(VANTREL_VERSION_MINOR) + "." +
+                std::to_string(VANTREL_VERSION_PATCH));
+    if (!parentAIs.empty()) {
+        std::string_view parents = parentAIs;
+        parents.remove_suffix(std::min<std::size_t>(2, parents.size()));
+        text.append(CRLF).append(" Parent AIs: ").append(parents);
+    }
+    text.append(CRLF).append(" ").append(std::string(53, '-')).append("/");
+    text.append(CRLF);
+    text.append(CRLF).append("/ Build Priorities  /");
+    return text;
+}
+
+struct PlanSpec {
+    std::string_view heading;
+    OptionIndex percent;
+    bool hard;
+    int progress;
+};
+
+constexpr std::array<PlanSpec, 3> Plans{{
+    {"plan easy", optEasyLimit, false, 40},
+    {"plan medium", optMediumLimit, false, 60},
+    {"plan hard", optHardLimit, true, 80},
+}};
+
+// Builds the text while reporting progress after each pass.
+std::string ProfileTextWithProgress(const Definitions& defs, const ProfileHeader& header,
+                                    std::string_view sep, Progress* progress) {
+    auto step = [&](int value) {
+        if (!progress) return;
+        progress->SetValue(value);
+        progress->Repaint();
+    };
+    std::string body;
+    SectionTexts sections;
+    CollectEntries(
+        defs, "WEIGHT ", [&](const vtUnit& u) { return WeightText(u.Weight, sep); }, sections);
+    step(20);
+    for (std::size_t s = 0; s < SectionCount; ++s) AppendSection(body, s, sections[s], s == 0);
+
+    for (const PlanSpec& plan : Plans) {
+        int percent = defs.Option(plan.percent);
+        CollectEntries(
+            defs, "LIMIT ",
+            [&](const vtUnit& u) {
+                return plan.hard ? HardLimitText(percent, u.Limit, sep)
+                                 : EasyLimitText(percent, u.Limit, sep);
+            },
+            sections);
+        step(plan.progress);
+        body.append("\r\n\r\n").append(plan.heading);
+        for (std::size_t s = 0; s < SectionCount; ++s) AppendSection(body, s, sections[s], false);
+    }
+    return HeaderText(header, defs.ParentAIs) + ProperCase(body) + std::string(CRLF);
+}
+
+} // namespace
+
+std::string ProfileDate(std::time_t when) {
+    std::tm local{};
+    localtime_r(&when, &local);
+    char buf[32];
+    std::snprintf(buf, sizeof buf, "%02d-%02d-%04d", local.tm_mon + 1, local.tm_mday,
+                  local.tm_year + 1900);
+    return buf;
+}
+
+int ProfileSection(std::string_view tedClass) {
+    for (std::size_t s = 0; s < SectionCount; ++s)
+        if (tedClass == Sections[s].keyword1 ||
+            (!Sections[s].keyword2.empty() && tedClass == Sections[s].keyword2))
+            return static_cast<int>(s);
+    return -1;
+}
+
+std::string ProfileText(const Definitions& defs, const ProfileHeader& header,
+                        std::string_view sep) {
+    return ProfileTextWithProgress(defs, header, sep, nullptr);
+}
+
+std::string BuildSetText(const Definitions& defs, const std::string& aiName) {
+    std::string text = "[BUILD SET]\r\nAiName=" + aiName + ";";
+    for (int i = 1; i <= defs.Units.UBound(); ++i) {
+        const vtUnit& u = defs.Units[i];
+        text.append("\r\n[").append(UCase(u.UnitName)).append("]\r\nSet=");
+        text.append(u.Include ? "Build;" : "Don't Build;").append(CRLF);
+    }
+    return text.append(CRLF);
+}
+
+void SaveAI(ProfileContext& ctx, const std::string& path) {
+    // The progress form closes however the save ends.
+    struct CloseProgress {
+        Progress& p;
+        ~CloseProgress() { p.Close(); }
+    } closer{ctx.progress};
+
+    ctx.progress.Show();
+    ctx.progress.SetValue(0);
+    ProfileHeader header{ProfileDate(ctx.clock.Now()), ctx.fields.Author(), ctx.fields.Banner()};
+    ctx.progress.SetMaximum(100);
+    std::string fileName = path;
+    ctx.progress.SetStatus("Saving ... '" + StripPath(fileName) + "'");
+
+    std::string text = ProfileTextWithProgress(ctx.defs, header, DecimalSeparator(), &ctx.progress);
+    ctx.progress.SetValue(100);
+    ctx.progress.Repaint();
+
+    // Both files are written in full before either replaces its old version.
+    StagedFile profile(path, text);
+    StagedFile buildSet(BuildSetPath(path), BuildSetText(ctx.defs, header.name));
+    profile.Commit();
+    buildSet.Commit();
+}
+
+} // namespace vantrel
