@@ -17,8 +17,7 @@ std::optional<int> PrepareProfileRun(ProfileRun& run, const std::string& unitsDi
     return std::nullopt;
 }
 
-std::optional<int> OpenProfile(ProfileRun& run, const std::string& path, bool tessaly,
-                               bool merge) {
+std::optional<int> OpenProfile(ProfileRun& run, const std::string& path, bool tessaly, bool merge) {
     struct stat st {};
     if (::stat(path.c_str(), &st) != 0) {
         std::cerr << "vantrel-cli: no such file: " << path << "\n";

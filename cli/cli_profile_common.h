@@ -25,7 +25,6 @@ std::optional<int> PrepareProfileRun(ProfileRun& run, const std::string& unitsDi
 
 // Opens (or merges) a profile as File, Open (or Merge) does. Returns an exit
 // status when that fails: 2 for a missing file, 1 when it cannot be read.
-std::optional<int> OpenProfile(ProfileRun& run, const std::string& path, bool tessaly,
-                               bool merge);
+std::optional<int> OpenProfile(ProfileRun& run, const std::string& path, bool tessaly, bool merge);
 
 } // namespace vantrel::cli

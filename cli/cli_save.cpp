@@ -78,7 +78,8 @@ int RunSave(const std::vector<std::string>& args) {
 
     ProfileRun run;
     if (auto status = PrepareProfileRun(run, positional[0])) return *status;
-    for (auto [index, value] : overrides) run.defs.OptionValues[index] = value;
+    for (auto [index, value] : overrides)
+        run.defs.OptionValues[index] = value;
     if (open)
         if (auto status = OpenProfile(run, *open, tessaly, false)) return *status;
     if (name) run.fields.SetAIName(*name);

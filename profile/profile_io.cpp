@@ -14,7 +14,9 @@ namespace vantrel {
 
 namespace {
 
-std::string Reason(int err) { return std::strerror(err); }
+std::string Reason(int err) {
+    return std::strerror(err);
+}
 
 [[noreturn]] void WriteFailed(const std::string& path, const std::string& reason) {
     throw ProfileError("Cannot write '" + path + "': " + reason + ".");

@@ -28,15 +28,21 @@ float GetWeight(std::string_view name, std::string_view upperText, std::string_v
 float GetLimit(std::string_view name, std::string_view upperText, std::string_view sep);
 
 // The same look-ups for a whole catalogue at once. The constructor walks the
-// text once: at every "WEIGHT " and "LIMIT " it follows the text through a
-// trie of the upper-cased unit names and records, for each name, the first
-// entry whose key starts with it (for limits both the first one at or after
-// "PLAN HARD" and the first one overall). Cost: the text's length plus, per
-// entry, at most the longest name's length.
+// text once. At every "WEIGHT " and "LIMIT " it takes the following token (up
+// to the next space, CR or LF, at most as long as the longest name) and finds
+// the longest catalogue name that the token starts with by hashing the
+// token's prefixes; every shorter name that the token starts with is that
+// name's chain of "parents" (each name's longest proper prefix that is a
+// name). Each name keeps the first entry found for it (for limits, the first
+// one at or after "PLAN HARD" and the first one overall). Names holding a
+// space, CR or LF can match across a token's end; they are followed through a
+// trie from every entry instead. Cost: the text's length, plus per entry the
+// token's length and one hash probe per distinct name length.
 class ProfileLookup {
   public:
     // `upperText` must outlive the object.
     ProfileLookup(std::string_view upperText, const std::vector<std::string>& names);
+    ~ProfileLookup();
 
     // Weight and limit of names[i], exactly as GetWeight and GetLimit give them.
     float Weight(std::size_t i, std::string_view sep) const;
@@ -48,10 +54,12 @@ class ProfileLookup {
         std::size_t limitFromHard = std::string_view::npos;
         std::size_t limitAnywhere = std::string_view::npos;
     };
+    struct Names;
     std::size_t LineEnd(std::size_t pos) const;
 
     std::string_view text_;
-    std::vector<std::size_t> lineEnds_;   // positions of every CR LF
+    mutable std::vector<std::size_t> lineEnds_; // every CR LF, listed when first needed
+    mutable bool lineEndsListed_ = false;
     std::vector<std::size_t> slotOf_;     // names[i] -> its distinct upper-cased name
     std::vector<std::size_t> nameLength_; // per names[i]
     std::vector<bool> exactSearchable_;   // names[i] has no lower-case letter

@@ -9,7 +9,9 @@ namespace vantrel {
 
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 // "-0" reads as 0 in a profile, so it is written as 0.
 std::string Localised(std::string text, std::string_view sep) {
@@ -20,8 +22,19 @@ std::string Localised(std::string text, std::string_view sep) {
 }
 
 std::size_t SkipDigits(std::string_view s, std::size_t i) {
-    while (i < s.size() && IsDigit(s[i])) ++i;
+    while (i < s.size() && IsDigit(s[i]))
+        ++i;
     return i;
+}
+
+// Whole values below 10^digits print the same in general form as integers,
+// which is much quicker to produce.
+template <class T> std::optional<std::string> WholeText(T value, T limit) {
+    if (!(value > -limit && value < limit) || value != std::trunc(value)) return std::nullopt;
+    if (value == 0) return std::string("0");
+    char buf[32];
+    auto res = std::to_chars(buf, buf + sizeof buf, static_cast<long long>(value));
+    return std::string(buf, res.ptr);
 }
 
 } // namespace
@@ -33,12 +46,14 @@ std::string DecimalSeparator() {
 }
 
 std::string WeightText(float weight, std::string_view sep) {
+    if (auto whole = WholeText(weight, 1e7f)) return *whole;
     char buf[64];
     auto res = std::to_chars(buf, buf + sizeof buf, weight, std::chars_format::general, 7);
     return Localised(std::string(buf, res.ptr), sep);
 }
 
 std::string General15Text(double value, std::string_view sep) {
+    if (auto whole = WholeText(value, 1e15)) return *whole;
     char buf[64];
     auto res = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::general, 15);
     return Localised(std::string(buf, res.ptr), sep);
@@ -58,51 +73,54 @@ std::string HardLimitText(int percent, float limit, std::string_view sep) {
 
 std::optional<double> ParseRegionalNumber(std::string_view text, std::string_view sep) {
     if (sep.empty()) sep = ".";
-    std::string plain; // the text with "." as separator and without a "+" sign
+    // Check the form first, noting where its parts are.
     std::size_t i = 0;
-    if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
-        if (text[i] == '-') plain.push_back('-');
-        ++i;
-    }
-    std::size_t intStart = i;
+    const bool plus = !text.empty() && text[0] == '+';
+    if (!text.empty() && (text[0] == '+' || text[0] == '-')) ++i;
+    const std::size_t intStart = i;
     i = SkipDigits(text, i);
-    std::size_t intDigits = i - intStart;
-    plain.append(text.substr(intStart, intDigits));
+    const std::size_t intDigits = i - intStart;
+    std::size_t sepAt = std::string_view::npos;
     std::size_t fracDigits = 0;
     if (text.substr(i, sep.size()) == sep) {
+        sepAt = i;
         std::size_t fracStart = i + sep.size();
         i = SkipDigits(text, fracStart);
         fracDigits = i - fracStart;
-        plain.push_back('.');
-        plain.append(text.substr(fracStart, fracDigits));
     }
     if (intDigits + fracDigits == 0) return std::nullopt;
     long long exponent = 0;
     if (i < text.size() && (text[i] == 'e' || text[i] == 'E')) {
-        std::size_t expStart = i;
         ++i;
         bool negative = false;
         if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
         std::size_t digitsStart = i;
         i = SkipDigits(text, i);
         if (i == digitsStart) return std::nullopt;
-        plain.append(text.substr(expStart, i - expStart));
         for (std::size_t k = digitsStart; k < i && exponent < 100000; ++k)
             exponent = exponent * 10 + (text[k] - '0');
         if (negative) exponent = -exponent;
     }
     if (i != text.size()) return std::nullopt;
 
+    // from_chars reads "." and no "+": convert the text when it differs.
+    std::string converted;
+    std::string_view plain = text;
+    if (plus || (sepAt != std::string_view::npos && sep != ".")) {
+        converted.assign(text.substr(plus ? 1 : 0));
+        if (sepAt != std::string_view::npos)
+            converted.replace(sepAt - (plus ? 1 : 0), sep.size(), ".");
+        plain = converted;
+    }
     double value = 0;
     auto res = std::from_chars(plain.data(), plain.data() + plain.size(), value);
     if (res.ec == std::errc::result_out_of_range) {
         // Overflow or underflow of a double: tell them apart by the magnitude
         // of the leading significant digit.
-        std::string_view digits = std::string_view(text).substr(intStart, intDigits);
+        std::string_view digits = text.substr(intStart, intDigits);
         std::size_t lead = digits.find_first_not_of('0');
-        long long magnitude = lead == std::string_view::npos
-                                  ? -1
-                                  : static_cast<long long>(digits.size() - lead);
+        long long magnitude =
+            lead == std::string_view::npos ? -1 : static_cast<long long>(digits.size() - lead);
         if (magnitude + exponent > 0) return std::nullopt;
         return 0.0;
     }

@@ -41,7 +41,8 @@ void ReadInto(ProfileContext& ctx, const std::string& path, const std::string& t
     ctx.progress.SetMaximum(n);
     if (merge) {
         defs.SavedUnits.Dim(n);
-        for (int i = 1; i <= n; ++i) defs.SavedUnits[i] = defs.Units[i];
+        for (int i = 1; i <= n; ++i)
+            defs.SavedUnits[i] = defs.Units[i];
     }
     RecordArray<vtUnit>& target = merge ? defs.SavedUnits : defs.Units;
     for (int i = 1; i <= n; ++i) {
@@ -115,7 +116,7 @@ void ReadBuildSet(Definitions& defs, const std::string& profilePath) {
     if (!IsRegularFile(setPath)) return;
     // An unreadable file reads like one without sections: every unit is included.
     FileText file = ReadProfileFile(setPath);
-    IniIndex ini(file.data);
+    IniIndex ini(std::move(file.data));
     for (int i = 1; i <= defs.Units.UBound(); ++i) {
         vtUnit& u = defs.Units[i];
         u.Include = UCase(ini.Get(u.UnitName, "Set", "0")) != "DON'T BUILD;";
@@ -127,7 +128,8 @@ void ReadAI(ProfileContext& ctx, const std::string& path, bool merge) {
     const std::string upper = UCase(text);
     std::vector<std::string> names;
     names.reserve(static_cast<std::size_t>(ctx.defs.Units.UBound()));
-    for (int i = 1; i <= ctx.defs.Units.UBound(); ++i) names.push_back(ctx.defs.Units[i].UnitName);
+    for (int i = 1; i <= ctx.defs.Units.UBound(); ++i)
+        names.push_back(ctx.defs.Units[i].UnitName);
     ProfileLookup lookup(upper, names);
     const std::string sep = DecimalSeparator();
     ReadInto(ctx, path, text, merge, true, [&](int i) {

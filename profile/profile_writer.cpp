@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cstdio>
+#include <vector>
 
 namespace vantrel {
 
@@ -35,26 +36,43 @@ constexpr std::array<SectionSpec, SectionCount> Sections{{
     {"/ Specialized Units /", "SPECIAL", ""},
 }};
 
-using SectionTexts = std::array<std::string, SectionCount>;
+// The included units of each section, in catalogue order. A unit's section
+// comes from its TEDClass; the catalogue does not change while it is written.
+using SectionUnits = std::array<std::vector<int>, SectionCount>;
 
-// One pass over the catalogue: each included unit of a known category gets a
-// line break and its entry appended to its section's text.
-template <class ValueText>
-void CollectEntries(const Definitions& defs, std::string_view keyword, ValueText valueText,
-                    SectionTexts& sections) {
+SectionUnits UnitsBySection(const Definitions& defs) {
+    SectionUnits sections;
     for (int i = 1; i <= defs.Units.UBound(); ++i) {
         const vtUnit& u = defs.Units[i];
-        if (!u.Include) continue;
-        int s = ProfileSection(u.TEDClass);
-        if (s < 0) continue;
-        std::string& out = sections[static_cast<std::size_t>(s)];
+        int s = u.Include ? ProfileSection(u.TEDClass) : -1;
+        if (s >= 0) sections[static_cast<std::size_t>(s)].push_back(i);
+    }
+    return sections;
+}
+
+// Appends one section: its title, then a line break and an entry per unit.
+template <class ValueText>
+void AppendSection(std::string& out, const Definitions& defs, std::size_t s,
+                   const std::vector<int>& units, std::string_view keyword, bool first,
+                   ValueText valueText) {
+    out.append(first ? CRLF : "\r\n\r\n").append(Sections[s].title).append(CRLF);
+    for (int i : units) {
+        const vtUnit& u = defs.Units[i];
         out.append(CRLF).append(keyword).append(u.UnitName).append(" ").append(valueText(u));
     }
 }
 
-void AppendSection(std::string& body, std::size_t s, std::string& entries, bool first) {
-    body.append(first ? CRLF : "\r\n\r\n").append(Sections[s].title).append(CRLF).append(entries);
-    entries.clear();
+// Upper-cases the first character and every one after a word break, lower-cases the rest.
+void ProperCaseInPlace(char* begin, char* end) {
+    bool start = true;
+    for (char* c = begin; c != end; ++c) {
+        char ch = *c;
+        if (start && ch >= 'a' && ch <= 'z') ch = static_cast<char>(ch - 'a' + 'A');
+        if (!start && ch >= 'A' && ch <= 'Z') ch = static_cast<char>(ch - 'A' + 'a');
+        *c = ch;
+        start = ch == '\0' || ch == '\t' || ch == '\n' || ch == '\v' || ch == '\f' || ch == '\r' ||
+                ch == ' ';
+    }
 }
 
 std::string HeaderText(const ProfileHeader& h, const std::string& parentAIs) {
@@ -90,7 +108,7 @@ constexpr std::array<PlanSpec, 3> Plans{{
     {"plan hard", optHardLimit, true, 80},
 }};
 
-// Builds the text while reporting progress after each pass.
+// Builds the text while reporting progress after each block.
 std::string ProfileTextWithProgress(const Definitions& defs, const ProfileHeader& header,
                                     std::string_view sep, Progress* progress) {
     auto step = [&](int value) {
@@ -98,27 +116,34 @@ std::string ProfileTextWithProgress(const Definitions& defs, const ProfileHeader
         progress->SetValue(value);
         progress->Repaint();
     };
-    std::string body;
-    SectionTexts sections;
-    CollectEntries(
-        defs, "WEIGHT ", [&](const vtUnit& u) { return WeightText(u.Weight, sep); }, sections);
+    const SectionUnits sections = UnitsBySection(defs);
+    std::size_t entries = 0, nameBytes = 0;
+    for (const auto& units : sections)
+        for (int i : units) {
+            ++entries;
+            nameBytes += defs.Units[i].UnitName.size();
+        }
+
+    std::string out = HeaderText(header, defs.ParentAIs);
+    const std::size_t bodyStart = out.size();
+    out.reserve(bodyStart + 4 * (nameBytes + 32 * entries) + 4096);
+    for (std::size_t s = 0; s < SectionCount; ++s)
+        AppendSection(out, defs, s, sections[s], "WEIGHT ", s == 0,
+                      [&](const vtUnit& u) { return WeightText(u.Weight, sep); });
     step(20);
-    for (std::size_t s = 0; s < SectionCount; ++s) AppendSection(body, s, sections[s], s == 0);
 
     for (const PlanSpec& plan : Plans) {
         int percent = defs.Option(plan.percent);
-        CollectEntries(
-            defs, "LIMIT ",
-            [&](const vtUnit& u) {
+        out.append("\r\n\r\n").append(plan.heading);
+        for (std::size_t s = 0; s < SectionCount; ++s)
+            AppendSection(out, defs, s, sections[s], "LIMIT ", false, [&](const vtUnit& u) {
                 return plan.hard ? HardLimitText(percent, u.Limit, sep)
                                  : EasyLimitText(percent, u.Limit, sep);
-            },
-            sections);
+            });
         step(plan.progress);
-        body.append("\r\n\r\n").append(plan.heading);
-        for (std::size_t s = 0; s < SectionCount; ++s) AppendSection(body, s, sections[s], false);
     }
-    return HeaderText(header, defs.ParentAIs) + ProperCase(body) + std::string(CRLF);
+    ProperCaseInPlace(out.data() + bodyStart, out.data() + out.size());
+    return out.append(CRLF);
 }
 
 } // namespace
@@ -147,6 +172,10 @@ std::string ProfileText(const Definitions& defs, const ProfileHeader& header,
 
 std::string BuildSetText(const Definitions& defs, const std::string& aiName) {
     std::string text = "[BUILD SET]\r\nAiName=" + aiName + ";";
+    std::size_t bytes = 0;
+    for (int i = 1; i <= defs.Units.UBound(); ++i)
+        bytes += defs.Units[i].UnitName.size() + 24;
+    text.reserve(text.size() + bytes + 2);
     for (int i = 1; i <= defs.Units.UBound(); ++i) {
         const vtUnit& u = defs.Units[i];
         text.append("\r\n[").append(UCase(u.UnitName)).append("]\r\nSet=");

@@ -29,8 +29,8 @@ class ProfileCli : public ::testing::Test {
         ::setenv("HOME", dir.path().c_str(), 1);
         ::setenv("XDG_CONFIG_HOME", (dir / "config").c_str(), 1);
         std::filesystem::create_directories(dir / "Units");
-        for (auto [unit, cls] : {std::pair{"ARMCOM", "COMMANDER"}, {"ARMCK", "CNSTR"},
-                                 {"CORAK", "KBOT"}}) {
+        for (auto [unit, cls] :
+             {std::pair{"ARMCOM", "COMMANDER"}, {"ARMCK", "CNSTR"}, {"CORAK", "KBOT"}}) {
             demo::DemoUnit u{unit, unit, "ARM", cls, "d", 0};
             WriteBytes(dir / ("Units/" + std::string(unit) + ".fbi"), demo::UnitFileText(u));
         }
@@ -41,7 +41,8 @@ class ProfileCli : public ::testing::Test {
         Result r{};
         FILE* p = ::popen(cmd.c_str(), "r");
         char buf[4096];
-        while (std::size_t n = std::fread(buf, 1, sizeof buf, p)) r.out.append(buf, n);
+        while (std::size_t n = std::fread(buf, 1, sizeof buf, p))
+            r.out.append(buf, n);
         int raw = ::pclose(p);
         r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
         r.err = ReadBytes(dir / "err");
@@ -89,7 +90,7 @@ TEST_F(ProfileCli, DefaultsNamesStoredOptionsAndTessaly) {
     ASSERT_EQ(r.status, 0) << r.err;
     std::string out = ReadBytes(dir / "a.txt");
     EXPECT_NE(out.find("\r\nAuth: Zed\r\nName: t AI\r\n"), std::string::npos); // file-name default
-    EXPECT_NE(out.find("Weight Armcom 3\r\n"), std::string::npos);              // stored WeightMax
+    EXPECT_NE(out.find("Weight Armcom 3\r\n"), std::string::npos);             // stored WeightMax
 
     r = Run("save " + Units() + "'" + (dir / "b.txt") + "' --name Rush");
     ASSERT_EQ(r.status, 0) << r.err;

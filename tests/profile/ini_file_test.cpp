@@ -29,19 +29,19 @@ TEST(IniIndex, SectionsKeysAndValuesAsTheIniServiceReadsThem) {
                  "Extra=1\n"
                  "[LAST]\n"
                  "End=\tlast");
-    EXPECT_EQ(ini.Get("ARMCOM;", "WEIGHT", "0"), "2.5");          // first key, trimmed
-    EXPECT_EQ(ini.Get("  armcom;\t", " weight ", "0"), "2.5");    // names trimmed, any case
-    EXPECT_EQ(ini.Get("ARMCOM;", "Extra", "0"), "0");             // later duplicate section ignored
-    EXPECT_EQ(ini.Get("ARMCOM;", "Limit", "0"), "");              // key without value
+    EXPECT_EQ(ini.Get("ARMCOM;", "WEIGHT", "0"), "2.5");       // first key, trimmed
+    EXPECT_EQ(ini.Get("  armcom;\t", " weight ", "0"), "2.5"); // names trimmed, any case
+    EXPECT_EQ(ini.Get("ARMCOM;", "Extra", "0"), "0");          // later duplicate section ignored
+    EXPECT_EQ(ini.Get("ARMCOM;", "Limit", "0"), "");           // key without value
     EXPECT_EQ(ini.Get("ARMCOM;", "stray line", "0"), "");
-    EXPECT_EQ(ini.Get("ARMCOM", "Weight", "0"), "0");             // ";" is part of the name
-    EXPECT_EQ(ini.Get("", "key", "0"), "0");                      // lines before sections
+    EXPECT_EQ(ini.Get("ARMCOM", "Weight", "0"), "0"); // ";" is part of the name
+    EXPECT_EQ(ini.Get("", "key", "0"), "0");          // lines before sections
     EXPECT_EQ(ini.Get(" spaced ", "K", "0"), "0"); // the name keeps its blanks, the asked one not
     EXPECT_EQ(ini.Get("open", "Quoted", "0"), "a b");
     EXPECT_EQ(ini.Get("open", "Single", "0"), "x");
     EXPECT_EQ(ini.Get("open", "Half", "0"), "\"x'");
-    EXPECT_EQ(ini.Get("open", "Inside", "0"), "1");               // "[no bracket" is a key line
-    EXPECT_EQ(ini.Get("a]b", "K", "0"), "v=w");                   // last "]", first "="
+    EXPECT_EQ(ini.Get("open", "Inside", "0"), "1"); // "[no bracket" is a key line
+    EXPECT_EQ(ini.Get("a]b", "K", "0"), "v=w");     // last "]", first "="
     EXPECT_EQ(ini.Get("last", "end", "0"), "last");
     EXPECT_EQ(ini.Get("missing", "end", "dflt"), "dflt");
 }

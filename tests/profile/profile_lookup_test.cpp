@@ -12,8 +12,8 @@ namespace {
 TEST(EntryValueText, TakesTheRestOfTheLineTrimmed) {
     std::string_view t = "WEIGHT AB  1.5 \r\nX";
     EXPECT_EQ(EntryValueText(t, 0, 9, 15), "1.5");
-    EXPECT_EQ(EntryValueText(t, 0, 9, 9), "");   // line ends where the key ends
-    EXPECT_EQ(EntryValueText(t, 0, 9, 4), "");   // line ends inside the key
+    EXPECT_EQ(EntryValueText(t, 0, 9, 9), ""); // line ends where the key ends
+    EXPECT_EQ(EntryValueText(t, 0, 9, 4), ""); // line ends inside the key
     EXPECT_EQ(EntryValueText(t, 0, 9, 18), "1.5 \r\nX");
 }
 
@@ -23,8 +23,8 @@ TEST(GetWeightAndLimit, PrefixMatchesAndTheHardPlanStart) {
                              "Plan Hard\r\nLimit Armcomx 3\r\nLimit Armcom 2\r\n");
     EXPECT_EQ(GetWeight("ARMCOM", text, "."), 4.0f); // value text "X 4": its digits
     EXPECT_EQ(GetWeight("ARMCOMX", text, "."), 4.0f);
-    EXPECT_EQ(GetLimit("ARMCOM", text, "."), 3.0f);  // "X 3"
-    EXPECT_EQ(GetLimit("armcom", text, "."), 3.0f);  // the first search ignores case
+    EXPECT_EQ(GetLimit("ARMCOM", text, "."), 3.0f); // "X 3"
+    EXPECT_EQ(GetLimit("armcom", text, "."), 3.0f); // the first search ignores case
     // ARMLLT is only before the hard plan: found by the exact search from the start,
     // which a name in lower case never satisfies.
     EXPECT_EQ(GetLimit("ARMLLT", text, "."), 7.0f);
@@ -53,13 +53,15 @@ TEST(ProfileLookup, MatchesThePerUnitSearchOnGeneratedFiles) {
     for (int file = 0; file < 400; ++file) {
         std::string text;
         int pieces = static_cast<int>(rng() % 300);
-        for (int k = 0; k < pieces; ++k) text += RandomPiece(rng, false);
+        for (int k = 0; k < pieces; ++k)
+            text += RandomPiece(rng, false);
         std::vector<std::string> names;
         int count = static_cast<int>(rng() % 30);
         for (int n = 0; n < count; ++n) {
             std::string name;
             int len = static_cast<int>(rng() % 5);
-            for (int k = 0; k < len; ++k) name += RandomPiece(rng, true);
+            for (int k = 0; k < len; ++k)
+                name += RandomPiece(rng, true);
             names.push_back(name);
         }
         std::string upper = UCase(text);
@@ -70,9 +72,11 @@ TEST(ProfileLookup, MatchesThePerUnitSearchOnGeneratedFiles) {
             // Bitwise equality: the same entry must be found, not just an equal value.
             float lw = lookup.Weight(i, "."), ll = lookup.Limit(i, ".");
             ASSERT_EQ(std::memcmp(&w, &lw, sizeof w), 0)
-                << "file " << file << " weight of '" << names[i] << "' in\n" << text;
+                << "file " << file << " weight of '" << names[i] << "' in\n"
+                << text;
             ASSERT_EQ(std::memcmp(&l, &ll, sizeof l), 0)
-                << "file " << file << " limit of '" << names[i] << "' in\n" << text;
+                << "file " << file << " limit of '" << names[i] << "' in\n"
+                << text;
         }
     }
 }

@@ -15,8 +15,10 @@ TEST(ParseRegionalNumber, AcceptsStrictDecimalsWithTheLocaleSeparator) {
     for (const Case& c : {Case{"5", ".", 5}, Case{"-5", ".", -5}, Case{"+5", ".", 5},
                           Case{"1.25", ".", 1.25}, Case{"5.", ".", 5}, Case{".5", ".", 0.5},
                           Case{",5", ",", 0.5}, Case{"1,25", ",", 1.25}, Case{"1E5", ".", 1e5},
-                          Case{"2.5E-1", ".", 0.25}, Case{"1e-999", ".", 0},
-                          Case{"007", ".", 7}, Case{"1\xd9\xab" "5", "\xd9\xab", 1.5}}) {
+                          Case{"2.5E-1", ".", 0.25}, Case{"1e-999", ".", 0}, Case{"007", ".", 7},
+                          Case{"1\xd9\xab"
+                               "5",
+                               "\xd9\xab", 1.5}}) {
         auto v = ParseRegionalNumber(c.text, c.sep);
         ASSERT_TRUE(v.has_value()) << c.text;
         EXPECT_DOUBLE_EQ(*v, c.value) << c.text;
@@ -24,9 +26,9 @@ TEST(ParseRegionalNumber, AcceptsStrictDecimalsWithTheLocaleSeparator) {
 }
 
 TEST(ParseRegionalNumber, RejectsEverythingElse) {
-    for (const char* text : {"", "-", "+", ".", "1.2.3", ",5", "1,5", "1e999", "-1e999",
-                             "3.5e39", "1e", "1e+", "12;", "X 3", " 5", "5 ", "1 000", "inf",
-                             "nan", "0x10", "&H10", "1..2", "--5", "5-"})
+    for (const char* text : {"",       "-",      "+",   ".",    "1.2.3", ",5",   "1,5", "1e999",
+                             "-1e999", "3.5e39", "1e",  "1e+",  "12;",   "X 3",  " 5",  "5 ",
+                             "1 000",  "inf",    "nan", "0x10", "&H10",  "1..2", "--5", "5-"})
         EXPECT_FALSE(ParseRegionalNumber(text, ".").has_value()) << text;
     EXPECT_FALSE(ParseRegionalNumber("1.5", ",").has_value());
 }

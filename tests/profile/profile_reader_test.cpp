@@ -32,8 +32,8 @@ TEST_F(Reader, SavedProfileOpensAgainWithItsBuildSet) {
            {"ARMLLT", "FORT", true, 0.75f, 25}});
     rig.fields.SetBanner("Test AI");
     SaveAI(rig.ctx, dir / "Test.txt");
-    for (int i = 1; i <= 4; ++i) U(i) = {U(i).Name, U(i).UnitName, U(i).TEDClass, "", "", 9, 9,
-                                         true, true};
+    for (int i = 1; i <= 4; ++i)
+        U(i) = {U(i).Name, U(i).UnitName, U(i).TEDClass, "", "", 9, 9, true, true};
     ReadAI(rig.ctx, dir / "Test.txt", false);
     EXPECT_EQ(U(1).Weight, 1.5f);
     EXPECT_EQ(U(1).Limit, 1.0f);
@@ -231,7 +231,8 @@ TEST_F(Reader, NoUnitsStillTakesTheHeader) {
 TEST_F(Reader, BadBytesNeverBreakTheReaders) {
     Units({{"ARMCOM", "COMMANDER"}, {"", "KBOT"}, {std::string("A\0B", 3), "KBOT"}});
     std::string binary;
-    for (int i = 0; i < 4096; ++i) binary.push_back(static_cast<char>((i * 37) ^ (i >> 3)));
+    for (int i = 0; i < 4096; ++i)
+        binary.push_back(static_cast<char>((i * 37) ^ (i >> 3)));
     binary += std::string("WEIGHT A\0B 4\0\r\nPLAN HARD LIMIT  9", 32);
     WriteBytes(dir / "bin.txt", binary);
     ReadAI(rig.ctx, dir / "bin.txt", false);
@@ -241,7 +242,8 @@ TEST_F(Reader, BadBytesNeverBreakTheReaders) {
     // 100 MB without a single line end.
     std::string big;
     big.reserve(100u << 20);
-    while (big.size() < (100u << 20)) big += "weight armcom 1e999 limit ARMCOM ";
+    while (big.size() < (100u << 20))
+        big += "weight armcom 1e999 limit ARMCOM ";
     WriteBytes(dir / "big.txt", big);
     ReadAI(rig.ctx, dir / "big.txt", false);
     EXPECT_EQ(U(1).Weight, 10.0f);

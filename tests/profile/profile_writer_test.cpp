@@ -40,23 +40,23 @@ std::string PlanBlock(const std::string& heading, const std::string& ck, const s
            llt + "\n\n/ Resources /\n\n\n/ Plants /\n\n\n/ Specialized Units /\n";
 }
 
-const std::string ExampleFile = Crlf(
-    "/ -----------------------------------------------------\n"
-    "Date: 11-19-2026\n"
-    "Auth: N/A\n"
-    "Name: Test AI\n"
-    "Used: Vantrel Build 1.1.0\n"
-    " -----------------------------------------------------/\n"
-    "\n"
-    "/ Build Priorities  /\n"
-    "/ Workers /\n\nWeight Armck 2\n\n"
-    "/ Commanders /\n\nWeight Armcom 1.5\n\n"
-    "/ Aircraft /\n\n\n/ Tanks /\n\n\n/ Kbots /\n\n\n"
-    "/ Ships, Sub, And Water-units /\n\n\n"
-    "/ Defense /\n\nWeight Armllt 0.75\n\n"
-    "/ Resources /\n\n\n/ Plants /\n\n\n/ Specialized Units /\n" +
-    PlanBlock("Plan Easy", "5", "0", "12") + PlanBlock("Plan Medium", "7", "0", "18") +
-    PlanBlock("Plan Hard", "10", "1", "25") + "\n");
+const std::string ExampleFile =
+    Crlf("/ -----------------------------------------------------\n"
+         "Date: 11-19-2026\n"
+         "Auth: N/A\n"
+         "Name: Test AI\n"
+         "Used: Vantrel Build 1.1.0\n"
+         " -----------------------------------------------------/\n"
+         "\n"
+         "/ Build Priorities  /\n"
+         "/ Workers /\n\nWeight Armck 2\n\n"
+         "/ Commanders /\n\nWeight Armcom 1.5\n\n"
+         "/ Aircraft /\n\n\n/ Tanks /\n\n\n/ Kbots /\n\n\n"
+         "/ Ships, Sub, And Water-units /\n\n\n"
+         "/ Defense /\n\nWeight Armllt 0.75\n\n"
+         "/ Resources /\n\n\n/ Plants /\n\n\n/ Specialized Units /\n" +
+         PlanBlock("Plan Easy", "5", "0", "12") + PlanBlock("Plan Medium", "7", "0", "18") +
+         PlanBlock("Plan Hard", "10", "1", "25") + "\n");
 
 const std::string ExampleBuildSet = Crlf("[BUILD SET]\nAiName=Test AI;\n"
                                          "[ARMCOM]\nSet=Build;\n\n"
@@ -183,8 +183,7 @@ TEST_F(FailedSave, MissingFolderNamesFileAndReason) {
         SaveAI(rig.ctx, path);
         FAIL() << "no error";
     } catch (const ProfileError& e) {
-        EXPECT_EQ(std::string(e.what()),
-                  "Cannot write '" + path + "': No such file or directory.");
+        EXPECT_EQ(std::string(e.what()), "Cannot write '" + path + "': No such file or directory.");
     }
     EXPECT_EQ(rig.progress.closed, 1);
 }

@@ -24,7 +24,8 @@ ScratchDir::~ScratchDir() {
 
 std::vector<std::string> ScratchDir::Entries() const {
     std::vector<std::string> names;
-    for (const auto& e : fs::directory_iterator(path_)) names.push_back(e.path().filename());
+    for (const auto& e : fs::directory_iterator(path_))
+        names.push_back(e.path().filename());
     std::sort(names.begin(), names.end());
     return names;
 }
