@@ -1,0 +1,38 @@
+#include "cli/cli_profile_common.h"
+
+#include "app/qt_settings_store.h"
+#include "startup/options.h"
+
+#include <clocale>
+#include <iostream>
+#include <sys/stat.h>
+
+namespace vantrel::cli {
+
+std::optional<int> PrepareProfileRun(ProfileRun& run, const std::string& unitsDir) {
+    std::setlocale(LC_NUMERIC, "");
+    if (!LoadCatalogue(run.defs, unitsDir)) return ExitUsage;
+    QtSettingsStore store;
+    ReadOptions(run.defs, store);
+    return std::nullopt;
+}
+
+std::optional<int> OpenProfile(ProfileRun& run, const std::string& path, bool tessaly, bool merge) {
+    struct stat st {};
+    if (::stat(path.c_str(), &st) != 0) {
+        std::cerr << "vantrel-cli: no such file: " << path << "\n";
+        return ExitUsage;
+    }
+    try {
+        if (tessaly)
+            ReadTessalyAI(run.ctx, path, merge);
+        else
+            ReadAI(run.ctx, path, merge);
+    } catch (const ProfileError& e) {
+        std::cerr << "vantrel-cli: " << e.what() << "\n";
+        return ExitFailed;
+    }
+    return std::nullopt;
+}
+
+} // namespace vantrel::cli

@@ -1,0 +1,144 @@
+#include "profile/ini_file.h"
+
+#include "catalogue/text.h"
+#include "profile/profile.h"
+#include "profile/profile_io.h"
+
+#include <algorithm>
+
+namespace vantrel {
+
+namespace {
+
+// Sections with more keys than this get a key map; shorter ones are scanned.
+constexpr std::size_t ScanLimit = 8;
+
+bool IsBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
+}
+
+std::string_view TrimView(std::string_view s) {
+    while (!s.empty() && IsBlank(s.front()))
+        s.remove_prefix(1);
+    while (!s.empty() && IsBlank(s.back()))
+        s.remove_suffix(1);
+    return s;
+}
+
+char Upper(char c) {
+    return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+} // namespace
+
+std::size_t NoCaseHash::operator()(std::string_view s) const {
+    std::size_t h = 1469598103934665603ULL;
+    for (char c : s)
+        h = (h ^ static_cast<unsigned char>(Upper(c))) * 1099511628211ULL;
+    return h;
+}
+
+bool NoCaseEqual::operator()(std::string_view a, std::string_view b) const {
+    return EqualsNoCase(a, b);
+}
+
+IniIndex::IniIndex(std::string text) : text_(std::move(text)) {
+    std::string_view all = text_;
+    // Every section line holds a "[": their count bounds the number of sections.
+    std::size_t size = 16;
+    for (std::size_t n = 2 * static_cast<std::size_t>(std::count(all.begin(), all.end(), '['));
+         size < n;)
+        size *= 2;
+    table_.assign(size, 0);
+    mask_ = size - 1;
+    bool inSection = false; // in the first section of its name
+    std::size_t start = 0;
+    auto closeSection = [&] {
+        if (!inSection) return;
+        Section& sec = sections_.back();
+        sec.end = entries_.size();
+        if (sec.end - sec.begin > ScanLimit) {
+            sec.keys = std::make_unique<KeyMap>();
+            for (std::size_t e = sec.begin; e < sec.end; ++e)
+                sec.keys->try_emplace(entries_[e].key, e);
+        }
+    };
+    while (start < all.size()) {
+        std::size_t end = all.find('\n', start);
+        if (end == std::string_view::npos) end = all.size();
+        std::string_view line = TrimView(all.substr(start, end - start));
+        start = end + 1;
+        if (line.empty()) continue;
+
+        std::size_t close = line.rfind(']');
+        if (line.front() == '[' && close != std::string_view::npos) {
+            closeSection();
+            // A later section of a name already seen is never searched.
+            std::string_view name = line.substr(1, close - 1);
+            std::size_t hash = NoCaseHash{}(name);
+            inSection = FindSection(name, hash) == sections_.size();
+            if (inSection) {
+                std::size_t i = hash & mask_;
+                while (table_[i] != 0)
+                    i = (i + 1) & mask_;
+                table_[i] = sections_.size() + 1;
+                sections_.push_back({name, hash, entries_.size(), entries_.size(), nullptr});
+            }
+            continue;
+        }
+        if (!inSection) continue;
+        std::size_t eq = line.find('=');
+        std::string_view key = line.substr(0, eq);
+        std::string_view value;
+        if (eq != std::string_view::npos) {
+            value = line.substr(eq + 1);
+            while (!value.empty() && IsBlank(value.front()))
+                value.remove_prefix(1);
+        }
+        while (!key.empty() && IsBlank(key.back()))
+            key.remove_suffix(1);
+        entries_.push_back({key, value});
+    }
+    closeSection();
+}
+
+IniIndex::~IniIndex() = default;
+
+std::size_t IniIndex::FindSection(std::string_view name, std::size_t hash) const {
+    for (std::size_t i = hash & mask_; table_[i] != 0; i = (i + 1) & mask_) {
+        const Section& s = sections_[table_[i] - 1];
+        if (s.hash == hash && EqualsNoCase(s.name, name)) return table_[i] - 1;
+    }
+    return sections_.size();
+}
+
+std::optional<std::string> IniIndex::Find(std::string_view section, std::string_view key) const {
+    section = TrimView(section);
+    std::size_t index = FindSection(section, NoCaseHash{}(section));
+    if (index == sections_.size()) return std::nullopt;
+    const Section& s = sections_[index];
+    key = TrimView(key);
+    const Entry* found = nullptr;
+    if (s.keys) {
+        auto it = s.keys->find(key);
+        if (it != s.keys->end()) found = &entries_[it->second];
+    } else {
+        for (std::size_t e = s.begin; e < s.end && !found; ++e)
+            if (EqualsNoCase(entries_[e].key, key)) found = &entries_[e];
+    }
+    if (!found) return std::nullopt;
+    std::string_view value = found->value;
+    if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') &&
+        value.back() == value.front())
+        value = value.substr(1, value.size() - 2);
+    return std::string(value.substr(0, IniValueMax));
+}
+
+std::string ReadIniValue(const std::string& section, const std::string& key,
+                         const std::string& file, const std::string& fallback) {
+    FileText text = ReadProfileFile(file);
+    if (!text.ok()) return fallback;
+    return IniIndex(std::move(text.data)).Get(section, key, fallback);
+}
+
+} // namespace vantrel

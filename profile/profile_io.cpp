@@ -1,0 +1,149 @@
+#include "profile/profile_io.h"
+
+#include "profile/profile.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace vantrel {
+
+namespace {
+
+std::string Reason(int err) {
+    return std::strerror(err);
+}
+
+[[noreturn]] void WriteFailed(const std::string& path, const std::string& reason) {
+    throw ProfileError("Cannot write '" + path + "': " + reason + ".");
+}
+
+// Closes a descriptor on every path out of a function.
+struct Fd {
+    int fd = -1;
+    ~Fd() {
+        if (fd >= 0) ::close(fd);
+    }
+    int Release() {
+        int f = fd;
+        fd = -1;
+        return f;
+    }
+};
+
+std::string TempNameBeside(const std::string& target) {
+    static std::atomic<unsigned> counter{0};
+    std::size_t slash = target.rfind('/');
+    std::string dir = slash == std::string::npos ? std::string() : target.substr(0, slash + 1);
+    return dir + ".vantrel-" + std::to_string(::getpid()) + "-" +
+           std::to_string(counter.fetch_add(1)) + ".tmp";
+}
+
+} // namespace
+
+FileText ReadProfileFile(const std::string& path, std::size_t maxBytes) {
+    FileText out;
+    struct stat st {};
+    if (::stat(path.c_str(), &st) != 0) {
+        out.error = Reason(errno);
+        return out;
+    }
+    if (!S_ISREG(st.st_mode)) {
+        out.error = S_ISDIR(st.st_mode) ? "it is a folder" : "it is not a regular file";
+        return out;
+    }
+    if (static_cast<unsigned long long>(st.st_size) > maxBytes) {
+        out.error = "the file is larger than " + std::to_string(maxBytes / (1024 * 1024)) + " MB";
+        return out;
+    }
+    Fd in{::open(path.c_str(), O_RDONLY | O_CLOEXEC)};
+    if (in.fd < 0) {
+        out.error = Reason(errno);
+        return out;
+    }
+    out.data.resize(static_cast<std::size_t>(st.st_size));
+    std::size_t got = 0;
+    while (got < out.data.size()) {
+        ssize_t n = ::read(in.fd, out.data.data() + got, out.data.size() - got);
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0) {
+            out.error = Reason(errno);
+            out.data.clear();
+            return out;
+        }
+        if (n == 0) break; // the file shrank while we read it
+        got += static_cast<std::size_t>(n);
+    }
+    out.data.resize(got);
+    return out;
+}
+
+bool WriteAll(int fd, std::string_view data) {
+    while (!data.empty()) {
+        ssize_t n = ::write(fd, data.data(), data.size());
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0) return false;
+        if (n == 0) {
+            errno = ENOSPC;
+            return false;
+        }
+        data.remove_prefix(static_cast<std::size_t>(n));
+    }
+    return true;
+}
+
+StagedFile::StagedFile(std::string target, std::string_view data) : target_(std::move(target)) {
+    struct stat st {};
+    mode_t mode = 0666;
+    bool keepMode = false;
+    if (::stat(target_.c_str(), &st) == 0) {
+        if (!S_ISREG(st.st_mode)) WriteFailed(target_, "it is not a regular file");
+        mode = st.st_mode & 07777;
+        keepMode = true;
+    }
+    Fd out;
+    for (int attempt = 0; attempt < 100 && out.fd < 0; ++attempt) {
+        temp_ = TempNameBeside(target_);
+        out.fd = ::open(temp_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (out.fd < 0 && errno != EEXIST) break;
+    }
+    if (out.fd < 0) {
+        int err = errno;
+        temp_.clear();
+        WriteFailed(target_, Reason(err));
+    }
+    // The replacement keeps the permissions of the file it replaces.
+    bool ok = (!keepMode || ::fchmod(out.fd, mode) == 0) && WriteAll(out.fd, data) &&
+              ::fsync(out.fd) == 0;
+    int err = errno;
+    if (::close(out.Release()) != 0 && ok) {
+        ok = false;
+        err = errno;
+    }
+    if (!ok) {
+        ::unlink(temp_.c_str());
+        temp_.clear();
+        WriteFailed(target_, Reason(err));
+    }
+}
+
+StagedFile::~StagedFile() {
+    if (!committed_ && !temp_.empty()) ::unlink(temp_.c_str());
+}
+
+void StagedFile::Commit() {
+    if (committed_) return;
+    if (::rename(temp_.c_str(), target_.c_str()) != 0) WriteFailed(target_, Reason(errno));
+    committed_ = true;
+}
+
+void ReplaceFile(const std::string& path, std::string_view data) {
+    StagedFile file(path, data);
+    file.Commit();
+}
+
+} // namespace vantrel

@@ -1,0 +1,48 @@
+// Reading profile files whole and replacing files without losing the old one.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace vantrel {
+
+// The largest profile, build-set or Tessaly file the readers take (256 MiB).
+inline constexpr std::size_t ProfileFileMax = 256u * 1024u * 1024u;
+
+struct FileText {
+    std::string data;
+    std::string error; // empty when the file was read
+    bool ok() const { return error.empty(); }
+};
+
+// The whole file as bytes, or the reason it could not be read.
+FileText ReadProfileFile(const std::string& path, std::size_t maxBytes = ProfileFileMax);
+
+// Writes all of `data` to the open descriptor; false with errno set on failure.
+bool WriteAll(int fd, std::string_view data);
+
+// A file written beside its target under a temporary name and renamed over
+// the target by Commit(). Until then the target is untouched; a staged file
+// that is not committed is removed. Throws ProfileError naming the target and
+// the reason when the file cannot be written or renamed. A target that exists
+// but is not a regular file (a folder, a device) is refused.
+class StagedFile {
+  public:
+    StagedFile(std::string target, std::string_view data);
+    ~StagedFile();
+    StagedFile(const StagedFile&) = delete;
+    StagedFile& operator=(const StagedFile&) = delete;
+
+    void Commit();
+
+  private:
+    std::string target_;
+    std::string temp_;
+    bool committed_ = false;
+};
+
+// Replaces one file with `data` (stage, then commit).
+void ReplaceFile(const std::string& path, std::string_view data);
+
+} // namespace vantrel

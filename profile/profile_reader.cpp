@@ -1,0 +1,153 @@
+#include "profile/profile_reader.h"
+
+#include "catalogue/load_units.h"
+#include "catalogue/text.h"
+#include "profile/ini_file.h"
+#include "profile/profile.h"
+#include "profile/profile_io.h"
+#include "profile/profile_lookup.h"
+#include "profile/profile_numbers.h"
+#include "startup/paths.h"
+
+#include <cmath>
+#include <utility>
+#include <vector>
+
+namespace vantrel {
+
+namespace {
+
+std::string TextOrThrow(const std::string& path) {
+    FileText file = ReadProfileFile(path);
+    if (!file.ok()) throw ProfileError("Cannot read '" + path + "': " + file.error + ".");
+    return std::move(file.data);
+}
+
+void StoreClamped(vtUnit& unit, float weight, float limit, const Definitions& defs) {
+    unit.Weight = weight;
+    unit.Limit = limit;
+    auto weightMax = static_cast<float>(defs.Option(optWeightMax));
+    auto limitMax = static_cast<float>(defs.Option(optLimitMax));
+    if (unit.Weight > weightMax) unit.Weight = weightMax;
+    if (unit.Limit > limitMax) unit.Limit = limitMax;
+}
+
+// The frame both readers share. `valuesOf(i)` gives unit i's weight and limit.
+template <class ValuesOf>
+void ReadInto(ProfileContext& ctx, const std::string& path, const std::string& text, bool merge,
+              bool ownFormat, ValuesOf valuesOf) {
+    Definitions& defs = ctx.defs;
+    const int n = defs.Units.UBound();
+    ctx.progress.SetMaximum(n);
+    if (merge) {
+        defs.SavedUnits.Dim(n);
+        for (int i = 1; i <= n; ++i)
+            defs.SavedUnits[i] = defs.Units[i];
+    }
+    RecordArray<vtUnit>& target = merge ? defs.SavedUnits : defs.Units;
+    for (int i = 1; i <= n; ++i) {
+        auto [weight, limit] = valuesOf(i);
+        StoreClamped(target[i], weight, limit, defs);
+        int p = static_cast<int>(std::floor(static_cast<double>(i) / n * 100.0));
+        if (p == 20 || p == 50 || p == 90 || p == 100) {
+            ctx.progress.SetValue(i);
+            ctx.progress.Repaint();
+        }
+    }
+
+    HeaderForm form = ownFormat && !merge ? HeaderForm::FirstLine : HeaderForm::Joined;
+    defs.LoadedAIName = HeaderField(text, "Name:", form);
+    if (TrimSpaces(defs.LoadedAIName).empty()) defs.LoadedAIName = FileNameDefault(path);
+    if (merge) return;
+
+    std::string author = HeaderField(text, "Auth:", form);
+    if (TrimSpaces(author).empty()) author = "N/A";
+    ctx.fields.SetAIName(SettingsNameOf(defs.LoadedAIName));
+    ctx.fields.SetBanner(ctx.fields.AIName() + " AI");
+    ctx.fields.SetAuthor(author);
+}
+
+// Status line and the file read common to both readers; the build set is
+// applied only once the profile itself has been read, so an unreadable file
+// changes nothing.
+std::string BeginRead(ProfileContext& ctx, const std::string& path, bool merge) {
+    std::string fileName = path;
+    ctx.progress.SetStatus("Processing... '" + StripPath(fileName) + "'");
+    ctx.progress.SetValue(0);
+    ctx.progress.Repaint();
+    std::string text = TextOrThrow(path);
+    if (!merge) ReadBuildSet(ctx.defs, path);
+    return text;
+}
+
+} // namespace
+
+std::string HeaderField(std::string_view text, std::string_view key, HeaderForm form) {
+    std::string raw;
+    if (auto field = GetFieldInText(text, key, 1, ":", "//")) {
+        raw = *field;
+    } else if (std::size_t p = text.find(key); p != std::string_view::npos) {
+        std::size_t start = p + key.size();
+        std::size_t end = text.find("\r\n", start);
+        raw = std::string(text.substr(start, end == std::string_view::npos ? end : end - start));
+    }
+    if (form == HeaderForm::FirstLine) return TrimSpaces(raw.substr(0, raw.find("\r\n")));
+    return TrimSpaces(ReplaceAll(raw, "\r\n", ""));
+}
+
+std::string FileNameDefault(const std::string& path) {
+    std::string copy = path;
+    std::string name = StripPath(copy);
+    return name.size() >= 4 ? name.substr(0, name.size() - 4) : std::string();
+}
+
+std::string SettingsNameOf(std::string_view aiName) {
+    return TrimSpaces(ReplaceAll(aiName, "AI", ""));
+}
+
+std::string BuildSetPath(const std::string& profilePath) {
+    return (profilePath.size() >= 4 ? profilePath.substr(0, profilePath.size() - 4)
+                                    : std::string()) +
+           ".set";
+}
+
+void ReadBuildSet(Definitions& defs, const std::string& profilePath) {
+    std::string setPath = BuildSetPath(profilePath);
+    if (!IsRegularFile(setPath)) return;
+    // An unreadable file reads like one without sections: every unit is included.
+    FileText file = ReadProfileFile(setPath);
+    IniIndex ini(std::move(file.data));
+    for (int i = 1; i <= defs.Units.UBound(); ++i) {
+        vtUnit& u = defs.Units[i];
+        u.Include = UCase(ini.Get(u.UnitName, "Set", "0")) != "DON'T BUILD;";
+    }
+}
+
+void ReadAI(ProfileContext& ctx, const std::string& path, bool merge) {
+    std::string text = BeginRead(ctx, path, merge);
+    const std::string upper = UCase(text);
+    std::vector<std::string> names;
+    names.reserve(static_cast<std::size_t>(ctx.defs.Units.UBound()));
+    for (int i = 1; i <= ctx.defs.Units.UBound(); ++i)
+        names.push_back(ctx.defs.Units[i].UnitName);
+    ProfileLookup lookup(upper, names);
+    const std::string sep = DecimalSeparator();
+    ReadInto(ctx, path, text, merge, true, [&](int i) {
+        auto k = static_cast<std::size_t>(i - 1);
+        return std::pair{lookup.Weight(k, sep), lookup.Limit(k, sep)};
+    });
+}
+
+void ReadTessalyAI(ProfileContext& ctx, const std::string& path, bool merge) {
+    std::string text = BeginRead(ctx, path, merge);
+    IniIndex ini(text);
+    const std::string sep = DecimalSeparator();
+    // A value that is not a number reads like one in our own format: its digits.
+    ReadInto(ctx, path, text, merge, false, [&](int i) {
+        std::string section = UCase(ctx.defs.Units[i].UnitName + ";");
+        return std::pair{ProfileNumber(ini.Get(section, "Weight", "0"), sep),
+                         ProfileNumber(ini.Get(section, "Limit", "0"), sep)};
+    });
+}
+
+} // namespace vantrel

@@ -1,0 +1,115 @@
+// vantrel-cli save and show, run as a user would run them.
+#include "demo/demo_units.h"
+#include "support/profile_support.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace vantrel {
+namespace {
+
+using test::ReadBytes;
+using test::WriteBytes;
+
+struct Result {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+class ProfileCli : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        const char* cli = std::getenv("VANTREL_CLI");
+        if (!cli) GTEST_SKIP() << "VANTREL_CLI is not set";
+        cli_ = cli;
+        // The stored options live in a settings file of our own.
+        ::setenv("HOME", dir.path().c_str(), 1);
+        ::setenv("XDG_CONFIG_HOME", (dir / "config").c_str(), 1);
+        std::filesystem::create_directories(dir / "Units");
+        for (auto [unit, cls] :
+             {std::pair{"ARMCOM", "COMMANDER"}, {"ARMCK", "CNSTR"}, {"CORAK", "KBOT"}}) {
+            demo::DemoUnit u{unit, unit, "ARM", cls, "d", 0};
+            WriteBytes(dir / ("Units/" + std::string(unit) + ".fbi"), demo::UnitFileText(u));
+        }
+    }
+
+    Result Run(const std::string& args) {
+        std::string cmd = "'" + cli_ + "' " + args + " 2>'" + (dir / "err") + "'";
+        Result r{};
+        FILE* p = ::popen(cmd.c_str(), "r");
+        char buf[4096];
+        while (std::size_t n = std::fread(buf, 1, sizeof buf, p))
+            r.out.append(buf, n);
+        int raw = ::pclose(p);
+        r.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+        r.err = ReadBytes(dir / "err");
+        return r;
+    }
+    std::string Units() { return "'" + (dir / "Units") + "' "; }
+
+    test::ScratchDir dir;
+    std::string cli_;
+};
+
+TEST_F(ProfileCli, SaveThenShowAndReopen) {
+    WriteBytes(dir / "in.txt", "Auth: Ann\r\nName: Brute AI\r\nWeight ARMCK 2.5\r\n"
+                               "Plan Hard\r\nLimit ARMCK 8\r\n");
+    WriteBytes(dir / "in.set", "[CORAK]\r\nSet=Don't Build;\r\n");
+    Result r = Run("save " + Units() + "'" + (dir / "out.txt") + "' --open '" + (dir / "in.txt") +
+                   "' --hard 50");
+    ASSERT_EQ(r.status, 0) << r.err;
+    std::string out = ReadBytes(dir / "out.txt");
+    EXPECT_NE(out.find("\r\nAuth: Ann\r\nName: Brute AI\r\n"), std::string::npos);
+    EXPECT_NE(out.find("Plan Hard\r\n\r\n/ Workers /\r\n\r\nLimit Armck 4\r\n"), std::string::npos);
+    EXPECT_EQ(out.find("Corak"), std::string::npos);
+    EXPECT_NE(ReadBytes(dir / "out.set").find("[CORAK]\r\nSet=Don't Build;"), std::string::npos);
+
+    r = Run("show " + Units() + "'" + (dir / "out.txt") + "'");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.out.find("\tARMCK\tCNSTR\td\t2.5\t4\t1\n"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("\tCORAK\tKBOT\td\t0\t0\t0\n"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("LoadedAIName\tBrute AI\nAuthor\tAnn\nName\tBrute\n"), std::string::npos);
+
+    // Merging shows the merged copy and leaves out the Settings fields.
+    r = Run("show " + Units() + "'" + (dir / "out.txt") + "' --merge");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.out.find("\tARMCK\tCNSTR\td\t2.5\t4\t1\n"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("\tCORAK\tKBOT\td\t0\t0\t1\n"), std::string::npos) << r.out;
+    EXPECT_EQ(r.out.substr(r.out.size() - 23), "\nLoadedAIName\tBrute AI\n");
+}
+
+TEST_F(ProfileCli, DefaultsNamesStoredOptionsAndTessaly) {
+    std::filesystem::create_directories(dir / "config/vantrel");
+    WriteBytes(dir / "config/vantrel/vantrel.conf", "[Options]\nWeightMax=3\n");
+    WriteBytes(dir / "t.tsy", "[ARMCOM;]\r\nWeight=7\r\nLimit=2\r\n");
+    Result r = Run("save " + Units() + "'" + (dir / "a.txt") + "' --open '" + (dir / "t.tsy") +
+                   "' --tessaly --author Zed");
+    ASSERT_EQ(r.status, 0) << r.err;
+    std::string out = ReadBytes(dir / "a.txt");
+    EXPECT_NE(out.find("\r\nAuth: Zed\r\nName: t AI\r\n"), std::string::npos); // file-name default
+    EXPECT_NE(out.find("Weight Armcom 3\r\n"), std::string::npos);             // stored WeightMax
+
+    r = Run("save " + Units() + "'" + (dir / "b.txt") + "' --name Rush");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(ReadBytes(dir / "b.txt").find("Auth: N/A\r\nName: Rush AI\r\n"), std::string::npos);
+}
+
+TEST_F(ProfileCli, ErrorsAndExitStatuses) {
+    std::string out = "'" + (dir / "x.txt") + "'";
+    EXPECT_EQ(Run("save " + Units()).status, 2);
+    EXPECT_EQ(Run("save " + Units() + out + " --easy lots").status, 2);
+    EXPECT_EQ(Run("save " + Units() + out + " --tessaly").status, 2);
+    EXPECT_EQ(Run("save " + Units() + out + " --open '" + (dir / "none.txt") + "'").status, 2);
+    EXPECT_EQ(Run("save '" + (dir / "NoUnits") + "' " + out).status, 2);
+    EXPECT_EQ(Run("show " + Units() + out).status, 2);
+    EXPECT_EQ(Run("show " + Units() + "'" + dir.path() + "'").status, 1);
+    Result r = Run("save " + Units() + "'" + (dir / "missing/x.txt") + "'");
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.err.find("Cannot write '" + (dir / "missing/x.txt") + "'"), std::string::npos);
+}
+
+} // namespace
+} // namespace vantrel

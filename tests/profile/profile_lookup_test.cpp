@@ -1,0 +1,105 @@
+// The indexed look-up must give exactly what one search per unit gives.
+#include "catalogue/text.h"
+#include "profile/profile_lookup.h"
+
+#include <cstring>
+#include <gtest/gtest.h>
+#include <random>
+
+namespace vantrel {
+namespace {
+
+TEST(EntryValueText, TakesTheRestOfTheLineTrimmed) {
+    std::string_view t = "WEIGHT AB  1.5 \r\nX";
+    EXPECT_EQ(EntryValueText(t, 0, 9, 15), "1.5");
+    EXPECT_EQ(EntryValueText(t, 0, 9, 9), ""); // line ends where the key ends
+    EXPECT_EQ(EntryValueText(t, 0, 9, 4), ""); // line ends inside the key
+    EXPECT_EQ(EntryValueText(t, 0, 9, 18), "1.5 \r\nX");
+}
+
+TEST(GetWeightAndLimit, PrefixMatchesAndTheHardPlanStart) {
+    std::string text = UCase("Weight Armcomx 4\r\nWeight Armcom 2\r\n"
+                             "plan easy\r\nLimit Armcom 1\r\nLimit Armllt 7\r\n"
+                             "Plan Hard\r\nLimit Armcomx 3\r\nLimit Armcom 2\r\n");
+    EXPECT_EQ(GetWeight("ARMCOM", text, "."), 4.0f); // value text "X 4": its digits
+    EXPECT_EQ(GetWeight("ARMCOMX", text, "."), 4.0f);
+    EXPECT_EQ(GetLimit("ARMCOM", text, "."), 3.0f); // "X 3"
+    EXPECT_EQ(GetLimit("armcom", text, "."), 3.0f); // the first search ignores case
+    // ARMLLT is only before the hard plan: found by the exact search from the start,
+    // which a name in lower case never satisfies.
+    EXPECT_EQ(GetLimit("ARMLLT", text, "."), 7.0f);
+    EXPECT_EQ(GetLimit("Armllt", text, "."), 0.0f);
+    EXPECT_EQ(GetLimit("NONE", text, "."), 0.0f);
+}
+
+// Random profile-like texts built from pieces that collide on purpose: names
+// that are prefixes of each other, mixed case, keys split across lines,
+// "plan hard" in odd places, values that are not numbers.
+std::string RandomPiece(std::mt19937& rng, bool forName) {
+    static const char* textPieces[] = {
+        "WEIGHT ", "Weight ", "LIMIT ", "limit ", "PLAN HARD", "plan hard", "Plan Hard\r\n",
+        "A",       "B",       "a",      "AB",     " ",         "  ",        "\r\n",
+        "\n",      "\r",      "1",      "2.5",    "X 3",       ";",         "-4",
+        "1.2.3",   ",5",      "1e999",  "Name: "};
+    static const char* namePieces[] = {"A", "B", "a", "AB", " ", "\r\n", "1", "_"};
+    if (forName) return namePieces[rng() % std::size(namePieces)];
+    std::size_t k = rng() % (std::size(textPieces) + 1);
+    if (k == std::size(textPieces)) return std::string(1, '\0');
+    return textPieces[k];
+}
+
+TEST(ProfileLookup, MatchesThePerUnitSearchOnGeneratedFiles) {
+    std::mt19937 rng(20261119);
+    for (int file = 0; file < 400; ++file) {
+        std::string text;
+        int pieces = static_cast<int>(rng() % 300);
+        for (int k = 0; k < pieces; ++k)
+            text += RandomPiece(rng, false);
+        std::vector<std::string> names;
+        int count = static_cast<int>(rng() % 30);
+        for (int n = 0; n < count; ++n) {
+            std::string name;
+            int len = static_cast<int>(rng() % 5);
+            for (int k = 0; k < len; ++k)
+                name += RandomPiece(rng, true);
+            names.push_back(name);
+        }
+        std::string upper = UCase(text);
+        ProfileLookup lookup(upper, names);
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            float w = GetWeight(names[i], upper, ".");
+            float l = GetLimit(names[i], upper, ".");
+            // Bitwise equality: the same entry must be found, not just an equal value.
+            float lw = lookup.Weight(i, "."), ll = lookup.Limit(i, ".");
+            ASSERT_EQ(std::memcmp(&w, &lw, sizeof w), 0)
+                << "file " << file << " weight of '" << names[i] << "' in\n"
+                << text;
+            ASSERT_EQ(std::memcmp(&l, &ll, sizeof l), 0)
+                << "file " << file << " limit of '" << names[i] << "' in\n"
+                << text;
+        }
+    }
+}
+
+TEST(ProfileLookup, LongTextsWithManyUnits) {
+    std::mt19937 rng(7);
+    std::vector<std::string> names;
+    std::string text = "Auth: x\r\nName: y\r\n";
+    for (int i = 0; i < 2000; ++i) {
+        std::string name = "UNIT" + std::to_string(rng() % 500);
+        if (rng() % 3 == 0) name = LCase(name);
+        names.push_back(name);
+        text += "Weight " + name + " " + std::to_string(rng() % 100) + "\r\n";
+        if (i == 1000) text += "Plan Hard\r\n";
+        text += "Limit " + name + std::to_string(rng() % 3) + " " + std::to_string(i) + "\r\n";
+    }
+    std::string upper = UCase(text);
+    ProfileLookup lookup(upper, names);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        ASSERT_EQ(GetWeight(names[i], upper, "."), lookup.Weight(i, ".")) << names[i];
+        ASSERT_EQ(GetLimit(names[i], upper, "."), lookup.Limit(i, ".")) << names[i];
+    }
+}
+
+} // namespace
+} // namespace vantrel

@@ -1,0 +1,80 @@
+#include "support/profile_support.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace vantrel::test {
+
+namespace fs = std::filesystem;
+
+ScratchDir::ScratchDir() {
+    std::string pattern = (fs::temp_directory_path() / "vantrel-test-XXXXXX").string();
+    if (!::mkdtemp(pattern.data())) throw std::runtime_error("mkdtemp failed");
+    path_ = pattern;
+}
+
+ScratchDir::~ScratchDir() {
+    std::error_code ec;
+    fs::remove_all(path_, ec);
+}
+
+std::vector<std::string> ScratchDir::Entries() const {
+    std::vector<std::string> names;
+    for (const auto& e : fs::directory_iterator(path_))
+        names.push_back(e.path().filename());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+void WriteBytes(const std::string& path, const std::string& bytes) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    if (!out) throw std::runtime_error("cannot write " + path);
+}
+
+std::string ReadBytes(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+std::string Crlf(const std::string& lfText) {
+    std::string out;
+    for (char c : lfText) {
+        if (c == '\n') out.push_back('\r');
+        out.push_back(c);
+    }
+    return out;
+}
+
+void FillCatalogue(Definitions& defs, const std::vector<UnitSpec>& units) {
+    defs.Units.Dim(static_cast<int>(units.size()));
+    for (std::size_t k = 0; k < units.size(); ++k) {
+        vtUnit& u = defs.Units[static_cast<int>(k) + 1];
+        u.Name = units[k].UnitName;
+        u.UnitName = units[k].UnitName;
+        u.TEDClass = units[k].TEDClass;
+        u.Side = "ARM";
+        u.Include = units[k].Include;
+        u.Build = true;
+        u.Weight = units[k].Weight;
+        u.Limit = units[k].Limit;
+    }
+    defs.SavedUnits.Dim(defs.Units.UBound());
+}
+
+FixedClock::FixedClock(int year, int month, int day) {
+    std::tm t{};
+    t.tm_year = year - 1900;
+    t.tm_mon = month - 1;
+    t.tm_mday = day;
+    t.tm_hour = 12;
+    when_ = timegm(&t);
+}
+
+} // namespace vantrel::test

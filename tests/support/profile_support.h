@@ -1,0 +1,82 @@
+// Helpers for the profile tests: scratch folders, files, catalogues and ports.
+#pragma once
+
+#include "catalogue/definitions.h"
+#include "profile/profile.h"
+#include "startup/ports.h"
+
+#include <ctime>
+#include <string>
+#include <vector>
+
+namespace vantrel::test {
+
+// A fresh folder under the system's temporary folder, removed with its content.
+class ScratchDir {
+  public:
+    ScratchDir();
+    ~ScratchDir();
+    ScratchDir(const ScratchDir&) = delete;
+    ScratchDir& operator=(const ScratchDir&) = delete;
+    const std::string& path() const { return path_; }
+    std::string operator/(const std::string& name) const { return path_ + "/" + name; }
+    // Names of the entries in the folder, sorted.
+    std::vector<std::string> Entries() const;
+
+  private:
+    std::string path_;
+};
+
+void WriteBytes(const std::string& path, const std::string& bytes);
+std::string ReadBytes(const std::string& path); // "" when missing
+// "a\nb\n" -> "a\r\nb\r\n"
+std::string Crlf(const std::string& lfText);
+
+struct UnitSpec {
+    std::string UnitName;
+    std::string TEDClass;
+    bool Include = true;
+    float Weight = 0;
+    float Limit = 0;
+};
+// A catalogue of the given units (Build true, Name = UnitName, Side "ARM").
+void FillCatalogue(Definitions& defs, const std::vector<UnitSpec>& units);
+
+// Noon UTC of the given date, so the local date is the same in every zone
+// within eleven hours of UTC.
+class FixedClock : public Clock {
+  public:
+    FixedClock(int year, int month, int day);
+    std::time_t Now() override { return when_; }
+    double SecondsSinceMidnight() override { return 0; }
+
+  private:
+    std::time_t when_;
+};
+
+// Records every progress value and status shown.
+class RecordingProgress : public Progress {
+  public:
+    std::vector<int> values;
+    std::vector<std::string> statuses;
+    int shown = 0, closed = 0;
+    void Show() override { ++shown; }
+    void Close() override { ++closed; }
+    void Repaint() override { values.push_back(Value()); }
+
+  protected:
+    void OnChange() override {
+        if (statuses.empty() || statuses.back() != Status()) statuses.push_back(Status());
+    }
+};
+
+// A complete context over its own ports.
+struct ProfileRig {
+    Definitions defs;
+    RecordingProgress progress;
+    PlainSettingsFields fields;
+    FixedClock clock{2026, 11, 19};
+    ProfileContext ctx{defs, progress, fields, clock};
+};
+
+} // namespace vantrel::test
