@@ -87,8 +87,8 @@ TEST(SaveAI, ReportsProgressAndClosesTheForm) {
     EXPECT_EQ(rig.progress.values, (std::vector<int>{20, 40, 60, 80, 100}));
     EXPECT_EQ(rig.progress.Status(), "Saving ... 'Rusher.txt'");
     EXPECT_EQ(rig.progress.Maximum(), 100);
-    EXPECT_EQ(rig.progress.shown, 1);
-    EXPECT_EQ(rig.progress.closed, 1);
+    EXPECT_EQ(rig.progress.shows, 1);
+    EXPECT_EQ(rig.progress.closes, 1);
     // The writer changes nothing in the catalogue.
     EXPECT_EQ(rig.defs.Units[3].Weight, 1.0f);
     EXPECT_FALSE(rig.defs.Units[3].Include);
@@ -185,7 +185,7 @@ TEST_F(FailedSave, MissingFolderNamesFileAndReason) {
     } catch (const ProfileError& e) {
         EXPECT_EQ(std::string(e.what()), "Cannot write '" + path + "': No such file or directory.");
     }
-    EXPECT_EQ(rig.progress.closed, 1);
+    EXPECT_EQ(rig.progress.closes, 1);
 }
 
 TEST_F(FailedSave, ParentIsAFileOrTargetIsAFolder) {

@@ -1,6 +1,8 @@
 // Helpers for the profile tests: scratch folders, files, catalogues and ports.
 #pragma once
 
+#include "support/test_support.h"
+
 #include "catalogue/definitions.h"
 #include "profile/profile.h"
 #include "startup/ports.h"
@@ -11,21 +13,7 @@
 
 namespace vantrel::test {
 
-// A fresh folder under the system's temporary folder, removed with its content.
-class ScratchDir {
-  public:
-    ScratchDir();
-    ~ScratchDir();
-    ScratchDir(const ScratchDir&) = delete;
-    ScratchDir& operator=(const ScratchDir&) = delete;
-    const std::string& path() const { return path_; }
-    std::string operator/(const std::string& name) const { return path_ + "/" + name; }
-    // Names of the entries in the folder, sorted.
-    std::vector<std::string> Entries() const;
-
-  private:
-    std::string path_;
-};
+using ScratchDir = TempDir;
 
 void WriteBytes(const std::string& path, const std::string& bytes);
 std::string ReadBytes(const std::string& path); // "" when missing
@@ -54,21 +42,6 @@ class FixedClock : public Clock {
     std::time_t when_;
 };
 
-// Records every progress value and status shown.
-class RecordingProgress : public Progress {
-  public:
-    std::vector<int> values;
-    std::vector<std::string> statuses;
-    int shown = 0, closed = 0;
-    void Show() override { ++shown; }
-    void Close() override { ++closed; }
-    void Repaint() override { values.push_back(Value()); }
-
-  protected:
-    void OnChange() override {
-        if (statuses.empty() || statuses.back() != Status()) statuses.push_back(Status());
-    }
-};
 
 // A complete context over its own ports.
 struct ProfileRig {

@@ -18,6 +18,8 @@ class TempDir {
     const std::string& path() const { return path_; }
     std::string operator/(const std::string& name) const { return path_ + "/" + name; }
     std::string File(const std::string& name) const { return *this / name; }
+    // Names of the entries in the folder, sorted.
+    std::vector<std::string> Entries() const;
 
   private:
     std::string path_;
@@ -50,14 +52,18 @@ class ScriptedMessages : public Messages {
     void Beep() override { ++beeps; }
 };
 
-// Records status texts and shows/closes.
+// Records status texts, shows and closes, and the value at every repaint.
 class RecordingProgress : public Progress {
   public:
     std::vector<std::string> statuses;
+    std::vector<int> values;
     int shows = 0, closes = 0, repaints = 0;
     void Show() override { ++shows; }
     void Close() override { ++closes; }
-    void Repaint() override { ++repaints; }
+    void Repaint() override {
+        ++repaints;
+        values.push_back(Value());
+    }
 
   protected:
     void OnChange() override {
