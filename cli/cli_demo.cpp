@@ -2,6 +2,8 @@
 #include "cli/cli_common.h"
 
 #include "catalogue/text.h"
+#include "mainwindow/randomize.h"
+#include "profile/profile.h"
 #include "startup/main_sequence.h"
 #include "startup/paths.h"
 
@@ -17,7 +19,8 @@ int RunDemo(const std::vector<std::string>& args) {
     if (WantsHelp(args, Usage,
                   "Runs the start-up sequence on the program folder APP_DIR (stored options\n"
                   "are kept in memory, so the user's settings are not touched), then prints\n"
-                  "the sides, the units per category and the unit table."))
+                  "the sides, the units per category and the unit table; then gives every\n"
+                  "unit random values and saves them as APP_DIR/AI.txt and APP_DIR/AI.set."))
         return ExitOk;
     if (args.size() != 1) return UsageError(Usage, "expected one program folder");
     if (!IsDirectory(args[0])) {
@@ -52,6 +55,26 @@ int RunDemo(const std::vector<std::string>& args) {
     }
     std::cout << "\n";
     PrintUnitTable(std::cout, defs.Units);
+
+    // Give the units random values (as View, Randomize does) and save them as
+    // the External command would: AI.txt and AI.set in the program folder.
+    ConsoleMessages yes(MsgAnswer::Yes);
+    SystemClock clock;
+    Randomize(defs, yes, clock, random);
+    PlainSettingsFields fields;
+    fields.SetAIName("Demo");
+    fields.SetAuthor("Vantrel demo");
+    fields.SetBanner("Demo AI");
+    ProfileContext ctx{defs, progress, fields, clock};
+    const std::string profile = defs.AppDir + "AI.txt";
+    try {
+        SaveAI(ctx, profile);
+    } catch (const ProfileError& e) {
+        std::cerr << "vantrel-cli: " << e.what() << "\n";
+        return ExitFailed;
+    }
+    std::cout << "\nRandom weights and limits saved to " << profile << " and "
+              << BuildSetPath(profile) << "\n";
     return ExitOk;
 }
 

@@ -27,4 +27,9 @@ TEST(CliUnits, HeadlessDemoRunsOnTheDemoFolder) {
     ASSERT_EQ(r.status, 0);
     EXPECT_NE(r.out.find("units loaded"), std::string::npos);
     EXPECT_NE(r.out.find("Sides: Arm, Arm, Core, Gok"), std::string::npos);
+    // The demo ends by saving random values; the profile names every included unit.
+    const std::string profile = vantrel::test::ReadText(dir / "AI.txt");
+    EXPECT_NE(profile.find("Name: Demo AI\r\n"), std::string::npos);
+    EXPECT_NE(profile.find("Weight Gokroot "), std::string::npos);
+    EXPECT_NE(vantrel::test::ReadText(dir / "AI.set").find("[GOKROOT]\r\nSet=Build;"), std::string::npos);
 }
