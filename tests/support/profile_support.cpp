@@ -11,18 +11,9 @@ namespace vantrel::test {
 
 namespace fs = std::filesystem;
 
-void WriteBytes(const std::string& path, const std::string& bytes) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    if (!out) throw std::runtime_error("cannot write " + path);
-}
+void WriteBytes(const std::string& path, const std::string& bytes) { WriteText(path, bytes); }
 
-std::string ReadBytes(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
+std::string ReadBytes(const std::string& path) { return ReadText(path); }
 
 std::string Crlf(const std::string& lfText) {
     std::string out;

@@ -23,10 +23,12 @@ TempDir::~TempDir() {
     std::filesystem::remove_all(path_, ec);
 }
 
-std::vector<std::string> TempDir::Entries() const {
+std::vector<std::string> TempDir::Entries() const { return FolderEntries(path_); }
+
+std::vector<std::string> FolderEntries(const std::string& dir) {
     std::vector<std::string> names;
     std::error_code ec;
-    for (const auto& e : std::filesystem::directory_iterator(path_, ec))
+    for (const auto& e : std::filesystem::directory_iterator(dir, ec))
         names.push_back(e.path().filename().string());
     std::sort(names.begin(), names.end());
     return names;

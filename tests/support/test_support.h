@@ -32,6 +32,9 @@ struct CliResult {
 };
 CliResult RunCli(const std::string& args);
 
+// Names of the entries of a folder (files and folders, hidden ones too), sorted.
+std::vector<std::string> FolderEntries(const std::string& dir);
+
 void WriteText(const std::string& path, const std::string& text);
 std::string ReadText(const std::string& path);
 

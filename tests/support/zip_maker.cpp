@@ -52,10 +52,7 @@ bool WriteZip(const std::string& path, const std::vector<ZipItem>& items) {
     return ok;
 }
 
-void WriteBytes(const std::string& path, const std::string& data) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out.write(data.data(), static_cast<std::streamsize>(data.size()));
-}
+void WriteBytes(const std::string& path, const std::string& data) { test::WriteText(path, data); }
 
 std::vector<std::string> FilesBelow(const std::string& root) {
     namespace fs = std::filesystem;
