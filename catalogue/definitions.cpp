@@ -19,8 +19,8 @@ const std::array<Category, 11> Categories{{
 }};
 
 const std::array<std::string_view, 11> BuildSetCategoryOrder{
-    "All",    "Commanders", "Aircraft", "Defenses", "Kbots",  "Plants",
-    "Resources", "Navy",    "Specials", "Vehicles", "Workers"};
+    "All",       "Commanders", "Aircraft", "Defenses", "Kbots",  "Plants",
+    "Resources", "Navy",       "Specials", "Vehicles", "Workers"};
 
 std::string_view CategoryKeywords(std::string_view caption) {
     for (const auto& c : Categories)

@@ -85,7 +85,8 @@ void LoadUnitsFromFolder(Definitions& defs, const std::string& unitsDir, RandomS
             progress->Repaint();
         }
         bool known = false;
-        for (int r = 1; r <= m && !known; ++r) known = defs.Races[r].Name == unit.Side;
+        for (int r = 1; r <= m && !known; ++r)
+            known = defs.Races[r].Name == unit.Side;
         if (!known) {
             ++m;
             defs.Races[m].Name = unit.Side;

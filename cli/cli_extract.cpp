@@ -3,8 +3,8 @@
 
 #include "startup/hpi_library.h"
 #include "startup/main_sequence.h"
-#include "startup/zip_steps.h"
 #include "startup/paths.h"
+#include "startup/zip_steps.h"
 
 #include <iostream>
 #include <memory>

@@ -12,7 +12,8 @@ void PrintOverview() {
     auto cmds = Commands();
     std::sort(cmds.begin(), cmds.end(),
               [](const Command& a, const Command& b) { return a.name < b.name; });
-    for (const Command& c : cmds) std::cout << "  " << c.usage << "\n      " << c.summary << "\n";
+    for (const Command& c : cmds)
+        std::cout << "  " << c.usage << "\n      " << c.summary << "\n";
     std::cout << "\n'vantrel-cli COMMAND --help' describes one command.\n";
 }
 } // namespace

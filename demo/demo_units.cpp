@@ -88,7 +88,8 @@ namespace {
 
 Rgb SideColour(const std::string& side, int shade) {
     auto c = [&](int r, int g, int b) {
-        return Rgb{static_cast<std::uint8_t>(r * shade / 255), static_cast<std::uint8_t>(g * shade / 255),
+        return Rgb{static_cast<std::uint8_t>(r * shade / 255),
+                   static_cast<std::uint8_t>(g * shade / 255),
                    static_cast<std::uint8_t>(b * shade / 255)};
     };
     if (side == "ARM" || side == "arm") return c(70, 120, 230);
@@ -103,12 +104,17 @@ int Shape(const DemoUnit& u, int x, int y, int w, int h) {
     if (r > 0.48) return 0;
     if (r > 0.42) return 1;
     unsigned seed = 0;
-    for (char ch : u.TEDClass) seed = seed * 31 + static_cast<unsigned char>(ch);
+    for (char ch : u.TEDClass)
+        seed = seed * 31 + static_cast<unsigned char>(ch);
     switch (seed % 4) {
-    case 0: return std::abs(cx) < 0.12 || std::abs(cy) < 0.12 ? 2 : 3; // cross
-    case 1: return std::abs(cx) + std::abs(cy) < 0.3 ? 2 : 3;            // diamond
-    case 2: return cy > -0.2 && std::abs(cx) < (cy + 0.2) * 0.8 ? 2 : 3; // triangle
-    default: return r < 0.22 ? 2 : 3;                                    // disc
+    case 0:
+        return std::abs(cx) < 0.12 || std::abs(cy) < 0.12 ? 2 : 3; // cross
+    case 1:
+        return std::abs(cx) + std::abs(cy) < 0.3 ? 2 : 3; // diamond
+    case 2:
+        return cy > -0.2 && std::abs(cx) < (cy + 0.2) * 0.8 ? 2 : 3; // triangle
+    default:
+        return r < 0.22 ? 2 : 3; // disc
     }
 }
 
@@ -116,7 +122,8 @@ int Shape(const DemoUnit& u, int x, int y, int w, int h) {
 
 std::string DemoPicture256(const DemoUnit& u, int width, int height) {
     std::array<Rgb, 256> palette{};
-    for (int i = 0; i < 64; ++i) palette[static_cast<std::size_t>(i)] = SideColour(u.Side, 80 + i * 2);
+    for (int i = 0; i < 64; ++i)
+        palette[static_cast<std::size_t>(i)] = SideColour(u.Side, 80 + i * 2);
     palette[200] = {20, 20, 24};
     palette[201] = {230, 230, 210};
     palette[202] = {250, 210, 60};
@@ -124,7 +131,10 @@ std::string DemoPicture256(const DemoUnit& u, int width, int height) {
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             int s = Shape(u, x, y, width, height);
-            std::uint8_t v = s == 0 ? 200 : s == 1 ? 201 : s == 2 ? 202 : static_cast<std::uint8_t>(y * 63 / height);
+            std::uint8_t v = s == 0   ? 200
+                             : s == 1 ? 201
+                             : s == 2 ? 202
+                                      : static_cast<std::uint8_t>(y * 63 / height);
             px[static_cast<std::size_t>(y * width + x)] = v;
         }
     return EncodePcx256(width, height, px, palette);
@@ -135,7 +145,7 @@ std::string DemoPicture24(const DemoUnit& u, int width, int height) {
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             int s = Shape(u, x, y, width, height);
-            Rgb c = s == 0 ? Rgb{20, 20, 24}
+            Rgb c = s == 0   ? Rgb{20, 20, 24}
                     : s == 1 ? Rgb{230, 230, 210}
                     : s == 2 ? Rgb{250, 210, 60}
                              : SideColour(u.Side, 120 + (x + y) * 120 / (width + height));
@@ -157,7 +167,8 @@ int WriteDemoProgramFolder(const std::string& appDir) {
     // A display name before "UnitName=": the loader then takes the identifier as the name.
     if (WriteFile(units + "/ARMODD.FBI",
                   "[UNITINFO]\r\n\t{\r\n\tName=Oddity;\r\n\tUnitName=ARMODD;\r\n\tSide=ARM;\r\n"
-                  "\tDescription=Upper-case file name, name line first;\r\n\tTEDClass=SPECIAL;\r\n\t}\r\n"))
+                  "\tDescription=Upper-case file name, name line "
+                  "first;\r\n\tTEDClass=SPECIAL;\r\n\t}\r\n"))
         ++count;
     return count;
 }

@@ -15,7 +15,9 @@ std::string Header(int width, int height, int planes, int bytesPerLine) {
     f.bytesPerLine = bytesPerLine;
     return PcxHeader(f);
 }
-int EvenLineBytes(int width) { return width + (width & 1); }
+int EvenLineBytes(int width) {
+    return width + (width & 1);
+}
 } // namespace
 
 std::string PcxHeader(const PcxHeaderFields& f) {
@@ -51,7 +53,8 @@ void EncodePcxLine(const std::uint8_t* data, std::size_t count, std::string& out
     while (i < count) {
         std::uint8_t v = data[i];
         std::size_t run = 1;
-        while (i + run < count && data[i + run] == v && run < 63) ++run;
+        while (i + run < count && data[i + run] == v && run < 63)
+            ++run;
         if (run > 1 || (v & 0xC0) == 0xC0) {
             out.push_back(static_cast<char>(0xC0 | run));
             out.push_back(static_cast<char>(v));
@@ -84,7 +87,8 @@ std::string EncodePcx24(int width, int height, const std::vector<Rgb>& pixels) {
     for (int y = 0; y < height; ++y) {
         for (int channel = 0; channel < 3; ++channel) {
             for (int x = 0; x < lineBytes; ++x) {
-                const Rgb& p = pixels[static_cast<std::size_t>(y * width + (x < width ? x : width - 1))];
+                const Rgb& p =
+                    pixels[static_cast<std::size_t>(y * width + (x < width ? x : width - 1))];
                 std::uint8_t v = channel == 0 ? p.r : channel == 1 ? p.g : p.b;
                 plane[static_cast<std::size_t>(x)] = x < width ? v : 0;
             }

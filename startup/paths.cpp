@@ -31,7 +31,9 @@ std::string WithTrailingSep(std::string folder) {
     return folder;
 }
 
-std::string UnitsDir(const std::string& appDir) { return WithTrailingSep(appDir) + "Units"; }
+std::string UnitsDir(const std::string& appDir) {
+    return WithTrailingSep(appDir) + "Units";
+}
 
 std::string JoinPath(const std::string& dir, const std::string& name) {
     if (dir.empty()) return name;
@@ -55,7 +57,8 @@ bool WildcardMatch(std::string_view pattern, std::string_view name) {
             return false;
         }
     }
-    while (p < pattern.size() && pattern[p] == '*') ++p;
+    while (p < pattern.size() && pattern[p] == '*')
+        ++p;
     return p == pattern.size();
 }
 

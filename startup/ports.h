@@ -41,10 +41,10 @@ class Progress {
     }
     void AddValue(int n) { SetValue(value_ + n); }
 
-    virtual void Show() {}            // show modelessly
-    virtual void Repaint() {}         // bring the screen up to date
-    virtual void Close() {}           // unload the form
-    virtual void ProcessEvents() {}   // let pending window events run
+    virtual void Show() {}          // show modelessly
+    virtual void Repaint() {}       // bring the screen up to date
+    virtual void Close() {}         // unload the form
+    virtual void ProcessEvents() {} // let pending window events run
 
   protected:
     virtual void OnChange() {}
@@ -81,7 +81,7 @@ class SettingsStore {
 class Clock {
   public:
     virtual ~Clock() = default;
-    virtual std::time_t Now() = 0;        // wall-clock time (dates in profiles)
+    virtual std::time_t Now() = 0;             // wall-clock time (dates in profiles)
     virtual double SecondsSinceMidnight() = 0; // with fractions (random seeds)
 };
 
@@ -96,11 +96,11 @@ class RandomSource {
 class SettingsFields {
   public:
     virtual ~SettingsFields() = default;
-    virtual std::string AIName() = 0;        // txtAIname
+    virtual std::string AIName() = 0; // txtAIname
     virtual void SetAIName(const std::string& s) = 0;
-    virtual std::string Author() = 0;        // txtAuthor
+    virtual std::string Author() = 0; // txtAuthor
     virtual void SetAuthor(const std::string& s) = 0;
-    virtual std::string Banner() = 0;        // caption of lblAIName
+    virtual std::string Banner() = 0; // caption of lblAIName
     virtual void SetBanner(const std::string& s) = 0;
 };
 
@@ -108,7 +108,7 @@ class SettingsFields {
 class Shell {
   public:
     virtual ~Shell() = default;
-    virtual bool RestartSelf() = 0;                         // start a new instance
+    virtual bool RestartSelf() = 0;                           // start a new instance
     virtual bool OpenDocument(const std::string& target) = 0; // false when it failed
 };
 

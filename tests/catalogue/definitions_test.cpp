@@ -21,11 +21,11 @@ TEST(Catalogue, RecordArraysCreateEmptyElementsOnAccess) {
 }
 
 TEST(Catalogue, MembershipOfTheBoardAndTheMerge) {
-    EXPECT_TRUE(InCategory("", CategoryKeywords("Kbots")));           // empty class: everywhere
+    EXPECT_TRUE(InCategory("", CategoryKeywords("Kbots"))); // empty class: everywhere
     EXPECT_TRUE(InCategory("METAL", CategoryKeywords("Resources")));
     EXPECT_TRUE(InCategory("WATER", CategoryKeywords("Navy")));
-    EXPECT_TRUE(InCategory("TAN", CategoryKeywords("Vehicles")));     // substring
-    EXPECT_FALSE(InCategory("tank", CategoryKeywords("Vehicles")));   // case-sensitive
+    EXPECT_TRUE(InCategory("TAN", CategoryKeywords("Vehicles")));   // substring
+    EXPECT_FALSE(InCategory("tank", CategoryKeywords("Vehicles"))); // case-sensitive
     EXPECT_TRUE(InCategory("PLANT", CategoryKeywords("All")));
     vtUnit u;
     u.TEDClass = "tank";

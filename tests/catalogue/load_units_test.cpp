@@ -61,7 +61,7 @@ TEST(LoadUnits, OddFilesGiveEmptyRecordsAndNeverStopTheLoad) {
     test::WriteText(dir / "4.fbi", std::string("\0\x01\xff binary Side=\0;", 18));
     test::WriteText(dir / "5.fbi", "");
     std::filesystem::create_directory(dir / "6.fbi"); // a folder named like a unit file
-    {   // over 16 MiB: treated as unreadable
+    {                                                 // over 16 MiB: treated as unreadable
         test::WriteText(dir / "7.fbi", "Side=HUGE;");
         ASSERT_EQ(::truncate((dir / "7.fbi").c_str(), 17 * 1024 * 1024), 0);
     }
@@ -121,12 +121,14 @@ TEST(LoadUnits, DemoDataLoadsEverySideAndCategory) {
     ASSERT_EQ(defs.Units.UBound(), written);
     ASSERT_GE(written, 40);
     std::vector<std::string> sides;
-    for (int r = 1; r <= defs.Races.UBound(); ++r) sides.push_back(defs.Races[r].Name);
+    for (int r = 1; r <= defs.Races.UBound(); ++r)
+        sides.push_back(defs.Races[r].Name);
     EXPECT_NE(std::find(sides.begin(), sides.end(), "GOK"), sides.end());
     for (const Category& c : Categories) {
         int n = 0;
         for (int i = 1; i <= defs.Units.UBound(); ++i)
-            if (!defs.Units[i].TEDClass.empty() && InCategory(defs.Units[i].TEDClass, c.Keywords)) ++n;
+            if (!defs.Units[i].TEDClass.empty() && InCategory(defs.Units[i].TEDClass, c.Keywords))
+                ++n;
         EXPECT_GT(n, 0) << c.Caption;
     }
 }

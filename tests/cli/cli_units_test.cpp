@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-
 using vantrel::test::RunCli;
 
 TEST(CliUnits, TableWithEscapesAndExitStatuses) {
@@ -31,5 +30,6 @@ TEST(CliUnits, HeadlessDemoRunsOnTheDemoFolder) {
     const std::string profile = vantrel::test::ReadText(dir / "AI.txt");
     EXPECT_NE(profile.find("Name: Demo AI\r\n"), std::string::npos);
     EXPECT_NE(profile.find("Weight Gokroot "), std::string::npos);
-    EXPECT_NE(vantrel::test::ReadText(dir / "AI.set").find("[GOKROOT]\r\nSet=Build;"), std::string::npos);
+    EXPECT_NE(vantrel::test::ReadText(dir / "AI.set").find("[GOKROOT]\r\nSet=Build;"),
+              std::string::npos);
 }

@@ -17,7 +17,9 @@ inline void PrintTo(const QString& s, std::ostream* os) {
 
 namespace vantrel::testing {
 
-inline QApplication& DialogTestApp() { return GuiApp(); }
+inline QApplication& DialogTestApp() {
+    return GuiApp();
+}
 
 // Sends one key press and release to `w`, as typing it would.
 inline void PressKey(QWidget* w, int key, const QString& text = {},

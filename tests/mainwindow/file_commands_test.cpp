@@ -288,7 +288,8 @@ TEST(HelpFile, CopiedIntoTheProgramFolderWhenMissing) {
     EXPECT_EQ(ReadFile(app + "Vant1.hlp"), "edited");
     const std::string none = TempFolder("help_none");
     EXPECT_EQ(EnsureHelpFile(none, {share + "nope"}), "");
-    for (const std::string& dir : {app, share, none}) fs::remove_all(dir);
+    for (const std::string& dir : {app, share, none})
+        fs::remove_all(dir);
 }
 
 } // namespace

@@ -21,8 +21,8 @@ class RecordingLibrary : public ArchiveLibrary {
         calls.push_back("open " + std::filesystem::path(f).filename().string());
         return 7;
     }
-    std::int32_t HPIDir(std::int32_t, std::int32_t pos, const std::string& folder,
-                        std::string& buf, std::int32_t&, std::int32_t&) override {
+    std::int32_t HPIDir(std::int32_t, std::int32_t pos, const std::string& folder, std::string& buf,
+                        std::int32_t&, std::int32_t&) override {
         if (pos >= 2) return 0;
         FillNameBuffer(buf, folder == "units" ? (pos == 0 ? "ARMX.FBI" : "readme.txt")
                                               : (pos == 0 ? "armx.pcx" : "../evil.pcx"));
@@ -30,7 +30,8 @@ class RecordingLibrary : public ArchiveLibrary {
     }
     std::int32_t HPIExtractFile(std::int32_t, const std::string& inside,
                                 const std::string& dest) override {
-        calls.push_back("extract " + inside + " -> " + std::filesystem::path(dest).filename().string());
+        calls.push_back("extract " + inside + " -> " +
+                        std::filesystem::path(dest).filename().string());
         return 1;
     }
     std::int32_t HPIClose(std::int32_t) override { return 0; }
@@ -75,7 +76,8 @@ TEST(MainSequence, CountingPassesRunBeforeExtractionPassesAndZipsAfterArchives) 
     const auto& c = f.archives.calls;
     // 4 archives match (x.gp does not match *.gp?), 8 counting opens then 8 extraction passes.
     auto first = [&](const std::string& s) { return std::find(c.begin(), c.end(), s) - c.begin(); };
-    ASSERT_EQ(std::count_if(c.begin(), c.end(), [](auto& s) { return s.starts_with("open "); }), 16);
+    ASSERT_EQ(std::count_if(c.begin(), c.end(), [](auto& s) { return s.starts_with("open "); }),
+              16);
     EXPECT_EQ(std::count(c.begin(), c.end(), "open d.gp"), 0);
     EXPECT_LT(first("zip create"), first("zip count"));
     EXPECT_EQ(first("zip count"), 8 + 1); // after the eight counting opens and zip create
@@ -83,7 +85,8 @@ TEST(MainSequence, CountingPassesRunBeforeExtractionPassesAndZipsAfterArchives) 
     // Only names containing the extension are extracted, into the Units folder; unsafe names never.
     EXPECT_EQ(std::count(c.begin(), c.end(), "extract units\\ARMX.FBI -> ARMX.FBI"), 4);
     EXPECT_EQ(std::count(c.begin(), c.end(), "extract unitpics\\armx.pcx -> armx.pcx"), 4);
-    EXPECT_EQ(std::count_if(c.begin(), c.end(), [](auto& s) { return s.find("evil") != s.npos; }), 0);
+    EXPECT_EQ(std::count_if(c.begin(), c.end(), [](auto& s) { return s.find("evil") != s.npos; }),
+              0);
     // Two entries per folder per archive: 4 archives x 2 folders x 2 = 16 counted,
     // 4 fbi + 8 pcx names match (the unsafe one is counted but never written), plus 2
     // for the one loaded unit.
@@ -118,8 +121,9 @@ TEST(MainSequence, EmptyUnitsFolderWithExtractOnEndsWithTheMessage) {
     ASSERT_EQ(f.messages.shown.size(), 1u);
     EXPECT_EQ(f.messages.shown[0].title, "Abort");
     EXPECT_EQ(f.messages.shown[0].icon, MsgIcon::Critical);
-    EXPECT_EQ(f.messages.shown[0].text, "No units found. Please extract all available unit files to your '" +
-                                            f.app.path() + "/Units/' folder.");
+    EXPECT_EQ(f.messages.shown[0].text,
+              "No units found. Please extract all available unit files to your '" + f.app.path() +
+                  "/Units/' folder.");
     EXPECT_EQ(f.shell.restarts, 0);
     // Only the zip steps ran.
     std::vector<std::string> zipOnly{"zip create", "zip count", "zip unpack"};
@@ -131,10 +135,11 @@ TEST(GameFolder, StoredOptionThenWinePrefixThenUsualFolders) {
     std::filesystem::create_directories(prefix / "drive_c/Cavedog/TotalA");
     std::filesystem::create_directories(prefix / "dosdevices");
     std::filesystem::create_directory_symlink("../drive_c", prefix / "dosdevices/c:");
-    test::WriteText(prefix / "system.reg",
-                    "WINE REGISTRY Version 2\n\n"
-                    "[Software\\\\Wow6432Node\\\\Cavedog Entertainment\\\\Total Annihilation] 1700000000\n"
-                    "#time=1d9\n\"Dir\"=\"C:\\\\Cavedog\\\\Totala\"\n\"Other\"=\"x\"\n");
+    test::WriteText(
+        prefix / "system.reg",
+        "WINE REGISTRY Version 2\n\n"
+        "[Software\\\\Wow6432Node\\\\Cavedog Entertainment\\\\Total Annihilation] 1700000000\n"
+        "#time=1d9\n\"Dir\"=\"C:\\\\Cavedog\\\\Totala\"\n\"Other\"=\"x\"\n");
     GameSearchEnv env{stored.path(), prefix.path(), home.path()};
     EXPECT_EQ(FindGameDirectory(env), stored.path());
     env.storedGameDir = stored / "missing";
@@ -142,6 +147,8 @@ TEST(GameFolder, StoredOptionThenWinePrefixThenUsualFolders) {
     EXPECT_EQ(FindGameDirectory(env), prefix.path() + "/dosdevices/c:/Cavedog/TotalA");
     env.winePrefix = "";
     EXPECT_EQ(FindGameDirectory(env), "");
-    std::filesystem::create_directories(home / ".local/share/Steam/steamapps/common/Total Annihilation");
-    EXPECT_EQ(FindGameDirectory(env), home / ".local/share/Steam/steamapps/common/Total Annihilation");
+    std::filesystem::create_directories(home /
+                                        ".local/share/Steam/steamapps/common/Total Annihilation");
+    EXPECT_EQ(FindGameDirectory(env),
+              home / ".local/share/Steam/steamapps/common/Total Annihilation");
 }

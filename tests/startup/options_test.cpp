@@ -17,7 +17,7 @@ TEST(Options, DefaultsOnAFreshInstallation) {
 TEST(Options, StoredValuesAndFallbacks) {
     Definitions defs;
     MemorySettingsStore store;
-    store.Set("EasyLimit", "-1");    // negative numbers are fine
+    store.Set("EasyLimit", "-1");      // negative numbers are fine
     store.Set("MediumLimit", "40000"); // out of 16-bit range: default
     store.Set("HardLimit", "12.5");    // not whole: default
     store.Set("WeightMax", " 20 ");

@@ -38,7 +38,8 @@ TEST(Paths, WildcardsIgnoreCaseAndQuestionMarkIsOneCharacter) {
 
 TEST(Paths, ListingIsSortedAndSkipsFolders) {
     test::TempDir dir;
-    for (const char* n : {"b.fbi", "B.FBI", "a.fbi", "_x.fbi", "Z.fbi"}) test::WriteText(dir / n, "");
+    for (const char* n : {"b.fbi", "B.FBI", "a.fbi", "_x.fbi", "Z.fbi"})
+        test::WriteText(dir / n, "");
     std::filesystem::create_directory(dir / "c.fbi");
     auto names = ListFiles(dir.path(), "*.fbi");
     // Letters compared as upper case ('_' sorts after 'Z'), ties in byte order.
@@ -52,7 +53,8 @@ TEST(Paths, ProgramFolderHasExactlyOneTrailingSeparator) {
     EXPECT_EQ(WithTrailingSep("/opt/vantrel"), "/opt/vantrel/");
     EXPECT_EQ(WithTrailingSep("/opt/vantrel/"), "/opt/vantrel/");
     EXPECT_EQ(ChooseProgramFolder("/opt/v", true, "", "/home/u"), "/opt/v/");
-    EXPECT_EQ(ChooseProgramFolder("/usr/bin", false, "", "/home/u"), "/home/u/.local/share/vantrel/");
+    EXPECT_EQ(ChooseProgramFolder("/usr/bin", false, "", "/home/u"),
+              "/home/u/.local/share/vantrel/");
     EXPECT_EQ(ChooseProgramFolder("/usr/bin", false, "/xdg", "/home/u"), "/xdg/vantrel/");
     EXPECT_EQ(UnitsDir("/opt/v/"), "/opt/v/Units");
 }

@@ -53,5 +53,4 @@ PcxImage DecodedImage(const std::string& file) {
     return r ? *r.image : PcxImage{};
 }
 
-
 } // namespace vantrel::test

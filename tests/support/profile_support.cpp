@@ -11,9 +11,13 @@ namespace vantrel::test {
 
 namespace fs = std::filesystem;
 
-void WriteBytes(const std::string& path, const std::string& bytes) { WriteText(path, bytes); }
+void WriteBytes(const std::string& path, const std::string& bytes) {
+    WriteText(path, bytes);
+}
 
-std::string ReadBytes(const std::string& path) { return ReadText(path); }
+std::string ReadBytes(const std::string& path) {
+    return ReadText(path);
+}
 
 std::string Crlf(const std::string& lfText) {
     std::string out;

@@ -42,7 +42,6 @@ class FixedClock : public Clock {
     std::time_t when_;
 };
 
-
 // A complete context over its own ports.
 struct ProfileRig {
     Definitions defs;

@@ -7,7 +7,8 @@
 
 namespace vantrel::testing {
 
-
-std::vector<std::string> FolderContent(const std::string& dir) { return test::FolderEntries(dir); }
+std::vector<std::string> FolderContent(const std::string& dir) {
+    return test::FolderEntries(dir);
+}
 
 } // namespace vantrel::testing

@@ -1,12 +1,12 @@
 #include "support/test_support.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
-#include <cstdio>
-#include <cstdlib>
 #include <stdlib.h>
 #include <sys/wait.h>
 
@@ -23,7 +23,9 @@ TempDir::~TempDir() {
     std::filesystem::remove_all(path_, ec);
 }
 
-std::vector<std::string> TempDir::Entries() const { return FolderEntries(path_); }
+std::vector<std::string> TempDir::Entries() const {
+    return FolderEntries(path_);
+}
 
 std::vector<std::string> FolderEntries(const std::string& dir) {
     std::vector<std::string> names;
@@ -54,7 +56,8 @@ CliResult RunCli(const std::string& args) {
     FILE* p = ::popen(cmd.c_str(), "r");
     if (!p) return r;
     char buf[4096];
-    while (std::size_t n = std::fread(buf, 1, sizeof buf, p)) r.out.append(buf, n);
+    while (std::size_t n = std::fread(buf, 1, sizeof buf, p))
+        r.out.append(buf, n);
     int status = ::pclose(p);
     r.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     return r;

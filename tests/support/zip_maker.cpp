@@ -52,7 +52,9 @@ bool WriteZip(const std::string& path, const std::vector<ZipItem>& items) {
     return ok;
 }
 
-void WriteBytes(const std::string& path, const std::string& data) { test::WriteText(path, data); }
+void WriteBytes(const std::string& path, const std::string& data) {
+    test::WriteText(path, data);
+}
 
 std::vector<std::string> FilesBelow(const std::string& root) {
     namespace fs = std::filesystem;

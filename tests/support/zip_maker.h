@@ -28,5 +28,4 @@ void WriteBytes(const std::string& path, const std::string& data);
 // Every regular file below `root`, as paths relative to it, sorted.
 Files FilesBelow(const std::string& root);
 
-
 } // namespace vantrel::testing
