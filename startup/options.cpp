@@ -31,10 +31,10 @@ std::optional<std::int16_t> ParseOption16(std::string_view text) {
 
 void ReadOptions(Definitions& defs, SettingsStore& store) {
     for (std::size_t i = 1; i < OptionTable.size(); ++i) {
-        const OptionSpec& spec = OptionTable[i];
-        std::string text = store.Get(std::string(spec.Key), std::to_string(spec.Default));
+        const OptionSpec& option = OptionTable[i];
+        std::string text = store.Get(std::string(option.Key), std::to_string(option.Default));
         auto value = ParseOption16(text);
-        defs.OptionValues[i] = value ? *value : spec.Default;
+        defs.OptionValues[i] = value ? *value : option.Default;
     }
     defs.LastDir = store.Get("LastDir", defs.AppDir);
 }
