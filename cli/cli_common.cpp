@@ -82,11 +82,20 @@ MsgAnswer ConsoleMessages::Show(const std::string& text, const std::string& titl
     return buttons == MsgButtons::OK ? MsgAnswer::OK : answer_;
 }
 
+bool FolderExists(const std::string& path) {
+    if (IsDirectory(path)) return true;
+    std::cerr << "vantrel-cli: no such folder: " << path << "\n";
+    return false;
+}
+
+bool FileExists(const std::string& path) {
+    if (IsRegularFile(path)) return true;
+    std::cerr << "vantrel-cli: no such file: " << path << "\n";
+    return false;
+}
+
 bool LoadCatalogue(Definitions& defs, const std::string& unitsDir) {
-    if (!IsDirectory(unitsDir)) {
-        std::cerr << "vantrel-cli: no such folder: " << unitsDir << "\n";
-        return false;
-    }
+    if (!FolderExists(unitsDir)) return false;
     LoadUnitsFromFolder(defs, unitsDir, nullptr, nullptr);
     return true;
 }

@@ -74,6 +74,10 @@ class ConsoleShell : public Shell {
     bool OpenDocument(const std::string&) override { return false; }
 };
 
+// Missing input: false after "no such folder/file" on stderr.
+bool FolderExists(const std::string& path);
+bool FileExists(const std::string& path);
+
 // Loads the unit files of a folder into `defs` (no start-up side effects).
 // Returns false (after a message on stderr) when the folder is missing.
 bool LoadCatalogue(Definitions& defs, const std::string& unitsDir);

@@ -23,10 +23,7 @@ int RunDemo(const std::vector<std::string>& args) {
                   "unit random values and saves them as APP_DIR/AI.txt and APP_DIR/AI.set."))
         return ExitOk;
     if (args.size() != 1) return UsageError(Usage, "expected one program folder");
-    if (!IsDirectory(args[0])) {
-        std::cerr << "vantrel-cli: no such folder: " << args[0] << "\n";
-        return ExitUsage;
-    }
+    if (!FolderExists(args[0])) return ExitUsage;
     Definitions defs;
     ConsoleProgress progress(false);
     ConsoleMessages messages;

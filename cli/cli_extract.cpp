@@ -49,10 +49,7 @@ int RunExtract(const std::vector<std::string>& args) {
                   "progress<TAB>value<TAB>maximum. Stored options are not touched."))
         return ExitOk;
     if (args.size() != 2) return UsageError(Usage, "expected a game folder and a program folder");
-    if (!IsDirectory(args[0])) {
-        std::cerr << "vantrel-cli: no such folder: " << args[0] << "\n";
-        return ExitUsage;
-    }
+    if (!FolderExists(args[0])) return ExitUsage;
     Definitions defs;
     defs.GameDir = args[0];
     defs.AppDir = WithTrailingSep(args[1]);

@@ -14,8 +14,7 @@ const char* Usage = "hpi list ARCHIVE | hpi extract ARCHIVE DEST";
 // Opens ARCHIVE; nullptr after a message on stderr. `status` gets the exit
 // status: missing input is a usage error, a file that is no archive a failure.
 std::unique_ptr<HpiArchive> OpenArchive(const std::string& path, int& status) {
-    if (!IsRegularFile(path)) {
-        std::cerr << "vantrel-cli: no such file: " << path << "\n";
+    if (!FileExists(path)) {
         status = ExitUsage;
         return nullptr;
     }

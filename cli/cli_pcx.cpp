@@ -21,10 +21,7 @@ int RunPcx(const std::vector<std::string>& args) {
                   "program's message); a missing input file gives exit status 2."))
         return ExitOk;
     if (args.size() != 2) return UsageError(Usage, "expected an input and an output file");
-    if (!IsRegularFile(args[0])) {
-        std::cerr << "vantrel-cli: no such file: " << args[0] << "\n";
-        return ExitUsage;
-    }
+    if (!FileExists(args[0])) return ExitUsage;
     ConsoleMessages messages;
     const PcxResult result = LoadPCX(args[0], messages);
     if (!result) {

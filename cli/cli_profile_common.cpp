@@ -18,6 +18,8 @@ std::optional<int> PrepareProfileRun(ProfileRun& run, const std::string& unitsDi
 }
 
 std::optional<int> OpenProfile(ProfileRun& run, const std::string& path, bool tessaly, bool merge) {
+    // A path that exists but cannot be read as a profile (a folder, say) is
+    // failed work, reported by the reader; only a missing one is bad input.
     struct stat st {};
     if (::stat(path.c_str(), &st) != 0) {
         std::cerr << "vantrel-cli: no such file: " << path << "\n";
