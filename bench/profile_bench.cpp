@@ -142,10 +142,10 @@ std::vector<std::string> Names(const Definitions& defs) {
 
 void BM_IndexedLookUp(benchmark::State& state) {
     Fixture& f = Data();
-    std::string upper = UCase(ReadProfileFile(f.profile).data);
+    std::string text = ReadProfileFile(f.profile).data;
     std::vector<std::string> names = Names(f.defs);
     for (auto _ : state) {
-        ProfileLookup lookup(upper, names);
+        ProfileLookup lookup(text, names);
         float sum = 0;
         for (std::size_t i = 0; i < names.size(); ++i)
             sum += lookup.Weight(i, ".") + lookup.Limit(i, ".");

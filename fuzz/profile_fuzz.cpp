@@ -65,7 +65,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         // The indexed look-up must agree with the per-unit search.
         std::string upper = vantrel::UCase(bytes);
         std::vector<std::string> list(std::begin(names), std::end(names));
-        vantrel::ProfileLookup lookup(upper, list);
+        vantrel::ProfileLookup lookup(bytes, list);
         for (std::size_t i = 0; i < list.size(); ++i) {
             float a = vantrel::GetWeight(list[i], upper, ".");
             float b = lookup.Weight(i, ".");

@@ -1,6 +1,7 @@
 #include "profile/ini_file.h"
 
 #include "catalogue/text.h"
+#include "profile/name_table.h"
 #include "profile/profile.h"
 #include "profile/profile_io.h"
 
@@ -29,6 +30,48 @@ char Upper(char c) {
     return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
+std::string_view Unquoted(std::string_view value) {
+    if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') &&
+        value.back() == value.front())
+        value = value.substr(1, value.size() - 2);
+    return value.substr(0, IniValueMax);
+}
+
+// A key line: its key with trailing blanks removed, and its value (empty
+// without "=") with leading blanks removed.
+std::pair<std::string_view, std::string_view> SplitKeyLine(std::string_view line) {
+    std::size_t eq = line.find('=');
+    std::string_view key = line.substr(0, eq);
+    std::string_view value;
+    if (eq != std::string_view::npos) {
+        value = line.substr(eq + 1);
+        while (!value.empty() && IsBlank(value.front()))
+            value.remove_prefix(1);
+    }
+    while (!key.empty() && IsBlank(key.back()))
+        key.remove_suffix(1);
+    return {key, value};
+}
+
+// The name of a section line ("[" first, a "]" somewhere), else nullopt.
+std::optional<std::string_view> SectionName(std::string_view line) {
+    std::size_t close = line.rfind(']');
+    if (line.front() != '[' || close == std::string_view::npos) return std::nullopt;
+    return line.substr(1, close - 1);
+}
+
+// Calls each(line) for every non-empty line of `text`, trimmed.
+template <class Each> void ForEachLine(std::string_view text, Each&& each) {
+    std::size_t start = 0;
+    while (start < text.size()) {
+        std::size_t end = text.find('\n', start);
+        if (end == std::string_view::npos) end = text.size();
+        std::string_view line = TrimView(text.substr(start, end - start));
+        start = end + 1;
+        if (!line.empty()) each(line);
+    }
+}
+
 } // namespace
 
 std::size_t NoCaseHash::operator()(std::string_view s) const {
@@ -52,7 +95,6 @@ IniIndex::IniIndex(std::string text) : text_(std::move(text)) {
     table_.assign(size, 0);
     mask_ = size - 1;
     bool inSection = false; // in the first section of its name
-    std::size_t start = 0;
     auto closeSection = [&] {
         if (!inSection) return;
         Section& sec = sections_.back();
@@ -63,42 +105,25 @@ IniIndex::IniIndex(std::string text) : text_(std::move(text)) {
                 sec.keys->try_emplace(entries_[e].key, e);
         }
     };
-    while (start < all.size()) {
-        std::size_t end = all.find('\n', start);
-        if (end == std::string_view::npos) end = all.size();
-        std::string_view line = TrimView(all.substr(start, end - start));
-        start = end + 1;
-        if (line.empty()) continue;
-
-        std::size_t close = line.rfind(']');
-        if (line.front() == '[' && close != std::string_view::npos) {
+    ForEachLine(all, [&](std::string_view line) {
+        if (auto name = SectionName(line)) {
             closeSection();
             // A later section of a name already seen is never searched.
-            std::string_view name = line.substr(1, close - 1);
-            std::size_t hash = NoCaseHash{}(name);
-            inSection = FindSection(name, hash) == sections_.size();
+            std::size_t hash = NoCaseHash{}(*name);
+            inSection = FindSection(*name, hash) == sections_.size();
             if (inSection) {
                 std::size_t i = hash & mask_;
                 while (table_[i] != 0)
                     i = (i + 1) & mask_;
                 table_[i] = sections_.size() + 1;
-                sections_.push_back({name, hash, entries_.size(), entries_.size(), nullptr});
+                sections_.push_back({*name, hash, entries_.size(), entries_.size(), nullptr});
             }
-            continue;
+            return;
         }
-        if (!inSection) continue;
-        std::size_t eq = line.find('=');
-        std::string_view key = line.substr(0, eq);
-        std::string_view value;
-        if (eq != std::string_view::npos) {
-            value = line.substr(eq + 1);
-            while (!value.empty() && IsBlank(value.front()))
-                value.remove_prefix(1);
-        }
-        while (!key.empty() && IsBlank(key.back()))
-            key.remove_suffix(1);
+        if (!inSection) return;
+        auto [key, value] = SplitKeyLine(line);
         entries_.push_back({key, value});
-    }
+    });
     closeSection();
 }
 
@@ -127,11 +152,49 @@ std::optional<std::string> IniIndex::Find(std::string_view section, std::string_
             if (EqualsNoCase(entries_[e].key, key)) found = &entries_[e];
     }
     if (!found) return std::nullopt;
-    std::string_view value = found->value;
-    if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') &&
-        value.back() == value.front())
-        value = value.substr(1, value.size() - 2);
-    return std::string(value.substr(0, IniValueMax));
+    return std::string(Unquoted(found->value));
+}
+
+
+std::vector<std::optional<std::string_view>>
+FindInSections(std::string_view text, const NameTable& upperNames, std::string_view key) {
+    std::vector<std::optional<std::string_view>> bySlot(upperNames.Count());
+    std::vector<char> seen(upperNames.Count(), 0);
+    key = TrimView(key);
+    std::size_t current = NameTable::None; // a section asked for, in its first appearance
+    std::string upper;
+    ForEachLine(text, [&](std::string_view line) {
+        if (auto name = SectionName(line)) {
+            upper.assign(*name);
+            for (char& c : upper)
+                c = Upper(c);
+            current = upperNames.Find(upper);
+            // Only the first section of a name counts.
+            if (current != NameTable::None && seen[current]) current = NameTable::None;
+            if (current != NameTable::None) seen[current] = 1;
+            return;
+        }
+        if (current == NameTable::None || bySlot[current]) return;
+        auto [k, value] = SplitKeyLine(line);
+        if (EqualsNoCase(k, key)) bySlot[current] = Unquoted(value);
+    });
+    return bySlot;
+}
+
+std::vector<std::optional<std::string_view>>
+FindInSections(std::string_view text, const std::vector<std::string>& sections,
+               std::string_view key) {
+    NameTable table(sections.size());
+    std::vector<std::size_t> slotOf;
+    slotOf.reserve(sections.size());
+    for (const std::string& section : sections)
+        slotOf.push_back(table.Add(UCase(TrimView(section))));
+    auto bySlot = FindInSections(text, table, key);
+    std::vector<std::optional<std::string_view>> out;
+    out.reserve(sections.size());
+    for (std::size_t slot : slotOf)
+        out.push_back(bySlot[slot]);
+    return out;
 }
 
 std::string ReadIniValue(const std::string& section, const std::string& key,

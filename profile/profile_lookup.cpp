@@ -1,9 +1,12 @@
 #include "profile/profile_lookup.h"
 
 #include "catalogue/text.h"
+#include "profile/name_table.h"
 #include "profile/profile_numbers.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 #include <cstdint>
 #include <unordered_map>
 
@@ -20,6 +23,18 @@ constexpr std::size_t None = static_cast<std::size_t>(-1);
 std::size_t HardPlanStart(std::string_view upperText) {
     std::size_t h = upperText.find(HardPlan);
     return h == npos ? 0 : h;
+}
+
+char Upper(char c) {
+    return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+// `text` at `pos` reads `upperWord` when upper-cased.
+bool AtNoCase(std::string_view text, std::size_t pos, std::string_view upperWord) {
+    if (pos > text.size() || text.size() - pos < upperWord.size()) return false;
+    for (std::size_t k = 0; k < upperWord.size(); ++k)
+        if (Upper(text[pos + k]) != upperWord[k]) return false;
+    return true;
 }
 
 bool HasLowerCase(std::string_view s) {
@@ -39,15 +54,54 @@ float EntryValue(std::string_view text, std::size_t pos, std::size_t keyLength,
     return ProfileNumber(EntryValueText(text, pos, keyLength, lineEnd), sep);
 }
 
-// Polynomial hash of a prefix, extended one character at a time.
-std::uint64_t Extend(std::uint64_t h, char c) {
-    return h * 0x100000001b3ULL + static_cast<unsigned char>(c) + 1;
+// Calls at(i) for every i where text[i] is the letter `first` and
+// text[i + 1] is `second` (a letter in either case, else exactly), in order,
+// until at() returns false. Eight bytes at a time: a word is looked at
+// closely only when it may hold the pair.
+template <class At>
+void ForEachPair(std::string_view text, char first, char second, At&& at) {
+    // OR-ing 0x20 turns exactly the two cases of a letter into the lower one.
+    const unsigned char secondFold = (second | 0x20) >= 'a' && (second | 0x20) <= 'z' ? 0x20 : 0;
+    first = static_cast<char>(first | 0x20);
+    second = static_cast<char>(second | secondFold);
+    const char* t = text.data();
+    const std::size_t size = text.size();
+    auto is = [&](std::size_t k) {
+        return (t[k] | 0x20) == first && (t[k + 1] | secondFold) == second;
+    };
+    std::size_t i = 0;
+    if constexpr (std::endian::native == std::endian::little) {
+        constexpr std::uint64_t Ones = 0x0101010101010101ULL;
+        constexpr std::uint64_t Highs = 0x8080808080808080ULL;
+        // A high bit set in every byte that is zero, and maybe in some above one.
+        auto zeros = [](std::uint64_t v) { return (v - Ones) & ~v & Highs; };
+        const std::uint64_t firsts = Ones * static_cast<unsigned char>(first);
+        const std::uint64_t seconds = Ones * static_cast<unsigned char>(second);
+        for (; i + 9 <= size; i += 8) {
+            std::uint64_t a, b;
+            std::memcpy(&a, t + i, 8);
+            std::memcpy(&b, t + i + 1, 8);
+            for (std::uint64_t m = zeros((a | Ones * 0x20) ^ firsts) &
+                                   zeros((b | Ones * secondFold) ^ seconds);
+                 m != 0; m &= m - 1) {
+                std::size_t k = i + static_cast<std::size_t>(std::countr_zero(m)) / 8;
+                if (is(k) && !at(k)) return;
+            }
+        }
+    }
+    for (; i + 1 < size; ++i)
+        if (is(i) && !at(i)) return;
 }
-std::size_t Mix(std::uint64_t h) {
-    h ^= h >> 33;
-    h *= 0xff51afd7ed558ccdULL;
-    h ^= h >> 33;
-    return static_cast<std::size_t>(h);
+
+// Where the first "PLAN HARD" in any case starts; 0 when there is none.
+std::size_t HardPlanStartNoCase(std::string_view text) {
+    std::size_t found = 0;
+    ForEachPair(text, 'P', 'L', [&](std::size_t p) {
+        if (!AtNoCase(text, p, HardPlan)) return true;
+        found = p;
+        return false;
+    });
+    return found;
 }
 
 // A trie of the names that hold a break character.
@@ -64,11 +118,11 @@ class NameTrie {
     }
     bool Empty() const { return edges_.empty(); }
 
-    // Calls visit(slot) for every name that `text` starts with.
+    // Calls visit(slot) for every name that `text`, upper-cased, starts with.
     template <class Visit> void Walk(std::string_view text, Visit&& visit) const {
         std::size_t node = 0;
         for (char c : text) {
-            auto it = edges_.find(Key(node, c));
+            auto it = edges_.find(Key(node, Upper(c)));
             if (it == edges_.end()) return;
             node = it->second;
             if (slots_[node] != None) visit(slots_[node]);
@@ -85,124 +139,104 @@ class NameTrie {
 
 } // namespace
 
-// The distinct upper-cased names and the structures that find them. The
-// names are kept in one buffer and the table holds 8 bytes a cell, so that a
-// catalogue of tens of thousands of units stays within the processor's caches.
+// The distinct upper-cased names and the structures that find them.
 struct ProfileLookup::Names {
-    struct Cell {
-        std::uint32_t slot = 0;  // slot + 1, 0 when free
-        std::uint32_t check = 0; // high bits of the name's hash
-    };
-    std::string pool;                  // every distinct name, one after the other
-    std::vector<std::uint32_t> offset; // per slot, plus one past the last
-    std::vector<std::size_t> parent;   // per slot: longest proper prefix that is a name
-    std::vector<Cell> table;           // open addressing over the plain names
-    std::size_t mask = 0;
-    std::vector<std::size_t> lengths; // distinct lengths of plain names, longest first
+    NameTable table;                 // every distinct name
+    std::vector<char> hasLength;     // per length up to maxLength: a plain name has it
     std::size_t maxLength = 0;
-    NameTrie trie;                                       // names with break characters
-    std::unordered_map<std::string, std::size_t> broken; // their slots
-    std::vector<std::uint64_t> prefix;                   // scratch: prefix hashes of a token
+    NameTrie trie;                   // names with break characters
+    std::vector<std::uint64_t> tails; // scratch: tail hashes of a token
 
-    explicit Names(std::size_t capacity) {
-        std::size_t size = 16;
-        while (size < capacity + capacity / 2)
-            size *= 2;
-        table.resize(size);
-        mask = size - 1;
-        offset.push_back(0);
-    }
+    explicit Names(std::size_t capacity) : table(capacity) {}
 
-    std::size_t Count() const { return offset.size() - 1; }
-    std::string_view Text(std::size_t slot) const {
-        return std::string_view(pool).substr(offset[slot], offset[slot + 1] - offset[slot]);
-    }
+    std::vector<char> plain; // per slot: the name holds no break character
 
-    static std::uint64_t HashOf(std::string_view s) {
-        std::uint64_t h = 0;
-        for (char c : s)
-            h = Extend(h, c);
-        return h;
-    }
-    static std::uint32_t Check(std::uint64_t h) { return static_cast<std::uint32_t>(h >> 32); }
-
-    std::size_t Find(std::uint64_t h, std::string_view s) const {
-        const std::uint32_t check = Check(h);
-        for (std::size_t i = Mix(h) & mask; table[i].slot != 0; i = (i + 1) & mask)
-            if (table[i].check == check && Text(table[i].slot - 1) == s) return table[i].slot - 1;
-        return None;
-    }
-
-    std::size_t Append(std::string_view name) {
-        pool.append(name);
-        offset.push_back(static_cast<std::uint32_t>(pool.size()));
-        return Count() - 1;
+    static bool Plain(std::string_view s) {
+        return std::none_of(s.begin(), s.end(), [](char c) { return IsBreak(c); });
     }
 
     // The slot of an upper-cased name, added when new.
-    std::size_t Add(const std::string& name) {
-        if (std::any_of(name.begin(), name.end(), IsBreak)) {
-            auto [it, fresh] = broken.try_emplace(name, Count());
-            if (fresh) trie.Insert(name, Append(name));
-            return it->second;
+    std::size_t Add(std::string_view name) {
+        std::size_t before = table.Count();
+        std::size_t slot = table.Add(name);
+        if (slot == before) {
+            plain.push_back(Plain(name));
+            if (plain.back())
+                maxLength = std::max(maxLength, name.size());
+            else
+                trie.Insert(name, slot);
         }
-        std::uint64_t h = HashOf(name);
-        std::size_t found = Find(h, name);
-        if (found != None) return found;
-        std::size_t i = Mix(h) & mask;
-        while (table[i].slot != 0)
-            i = (i + 1) & mask;
-        std::size_t slot = Append(name);
-        table[i] = {static_cast<std::uint32_t>(slot + 1), Check(h)};
-        maxLength = std::max(maxLength, name.size());
         return slot;
     }
 
-    // Once every name is in: the length list and each plain name's parent.
-    void Finish() {
-        std::vector<bool> present(maxLength + 1, false);
-        for (std::size_t slot = 0; slot < Count(); ++slot) {
-            std::string_view s = Text(slot);
-            if (std::none_of(s.begin(), s.end(), IsBreak)) present[s.size()] = true;
+    // Once every name is in: the lengths present, and each plain name's
+    // parent stored in found[slot].parent. In byte order every name that is
+    // a prefix of another comes before it, and the names between the two
+    // all start with it; so one walk keeping the chain of prefixes of the
+    // last name finds them all. The catalogue is usually in that order.
+    void Finish(std::vector<Found>& found) {
+        hasLength.assign(maxLength + 1, 0);
+        found.assign(table.Count(), Found{});
+        std::vector<std::size_t> order; // the plain names' slots
+        order.reserve(table.Count());
+        for (std::size_t slot = 0; slot < table.Count(); ++slot)
+            if (plain[slot]) {
+                order.push_back(slot);
+                hasLength[table.Text(slot).size()] = 1;
+            }
+        auto before = [&](std::size_t a, std::size_t b) { return table.Text(a) < table.Text(b); };
+        if (!std::is_sorted(order.begin(), order.end(), before))
+            std::sort(order.begin(), order.end(), before);
+        std::vector<std::size_t> chain;
+        for (std::size_t slot : order) {
+            std::string_view s = table.Text(slot);
+            while (!chain.empty() && !s.starts_with(table.Text(chain.back())))
+                chain.pop_back();
+            if (!chain.empty()) found[slot].parent = static_cast<std::uint32_t>(chain.back());
+            chain.push_back(slot);
         }
-        for (std::size_t len = maxLength + 1; len-- > 0;)
-            if (present[len]) lengths.push_back(len);
-        prefix.assign(maxLength + 1, 0);
-        parent.assign(Count(), None);
-        for (std::size_t slot = 0; slot < Count(); ++slot) {
-            std::string_view s = Text(slot);
-            if (s.empty() || std::any_of(s.begin(), s.end(), IsBreak)) continue;
-            for (std::size_t k = 0; k < s.size(); ++k)
-                prefix[k + 1] = Extend(prefix[k], s[k]);
-            parent[slot] = Longest(s, s.size() - 1);
-        }
+        tails.assign(maxLength + 1, 0);
     }
 
-    // The longest plain name that `s` starts with; prefix[k] must hold the
-    // hash of its first k characters for every k up to `available`.
-    std::size_t Longest(std::string_view s, std::size_t available) const {
-        for (std::size_t len : lengths)
-            if (len <= available)
-                if (std::size_t slot = Find(prefix[len], s.substr(0, len)); slot != None)
-                    return slot;
+    // The key of the first `len` bytes of a token at `p` (16 bytes readable)
+    // whose tail hashes are in `tails`.
+    NameTable::Key KeyAt(const char* p, std::size_t len) const {
+        return NameTable::KeyOfPadded(p, len, len > NameTable::InlineLength ? tails[len] : 0);
+    }
+    void HashTails(const char* p, std::size_t n) {
+        std::uint64_t h = 0;
+        for (std::size_t k = 8; k < n; ++k)
+            tails[k + 1] = h = NameTable::ExtendTail(h, p[k]);
+    }
+
+    // The longest plain name of at most `len` bytes that the token at `p`
+    // starts with (its tails hashed).
+    std::size_t Longest(const char* p, std::size_t len) const {
+        for (++len; len-- > 0;)
+            if (hasLength[len])
+                if (std::size_t slot = table.Find(KeyAt(p, len), p); slot != None) return slot;
         return None;
-    }
-
-    // Calls mark(slot) for every name that `s` starts with; a chain of plain
-    // names stops at the first one that mark() had already seen.
-    template <class Mark> void Visit(std::string_view s, Mark&& mark) {
-        std::size_t n = 0;
-        while (n < maxLength && n < s.size() && !IsBreak(s[n])) {
-            prefix[n + 1] = Extend(prefix[n], s[n]);
-            ++n;
-        }
-        for (std::size_t slot = Longest(s, n); slot != None && mark(slot); slot = parent[slot]) {
-        }
-        if (!trie.Empty()) trie.Walk(s, mark);
     }
 };
 
+namespace {
+
+// An entry found in the text.
+struct Pending {
+    std::size_t pos = 0;   // where its key starts
+    bool weight = false;   // a weight entry, else a limit entry
+    std::size_t n = 0;     // length of its token, at most the longest name
+    std::string upper;     // the token upper-cased, zero-filled to at least 16 bytes
+    const char* p() const { return upper.data(); }
+};
+
+} // namespace
+
 ProfileLookup::~ProfileLookup() = default;
+
+const NameTable& ProfileLookup::Table() const {
+    return names_->table;
+}
 
 std::string_view EntryValueText(std::string_view text, std::size_t pos, std::size_t keyLength,
                                 std::size_t lineEnd) {
@@ -229,40 +263,81 @@ float GetLimit(std::string_view name, std::string_view upperText, std::string_vi
     return EntryValue(upperText, pos, key.size(), sep);
 }
 
-ProfileLookup::ProfileLookup(std::string_view upperText, const std::vector<std::string>& names)
-    : text_(upperText) {
-    Names n(names.size());
+ProfileLookup::ProfileLookup(std::string_view text, const std::vector<std::string>& names)
+    : text_(text.substr(0, NoPos - 1)) {
+    names_ = std::make_unique<Names>(names.size());
+    Names& n = *names_;
     slotOf_.reserve(names.size());
+    nameLength_.reserve(names.size());
+    exactSearchable_.reserve(names.size());
     for (const std::string& name : names) {
         slotOf_.push_back(n.Add(UCase(name)));
         nameLength_.push_back(name.size());
         exactSearchable_.push_back(!HasLowerCase(name));
     }
-    n.Finish();
-    found_.resize(n.Count());
+    n.Finish(found_);
 
-    for (std::size_t p = text_.find(WeightKey); p != npos; p = text_.find(WeightKey, p + 1))
-        n.Visit(text_.substr(p + WeightKey.size()), [&](std::size_t slot) {
-            if (found_[slot].weight != npos) return false;
-            found_[slot].weight = p;
+    // Marks a slot found by the entry; false when it had been found before,
+    // and so had every shorter name it starts with.
+    const std::size_t hard = HardPlanStartNoCase(text_);
+    auto mark = [&](const Pending& e, std::size_t slot) {
+        Found& f = found_[slot];
+        const auto pos = static_cast<std::uint32_t>(e.pos);
+        if (e.weight) {
+            if (f.weight != NoPos) return false;
+            f.weight = pos;
             return true;
-        });
+        }
+        bool fresh = false;
+        if (f.limitAnywhere == NoPos) {
+            f.limitAnywhere = pos;
+            fresh = true;
+        }
+        if (e.pos >= hard && f.limitFromHard == NoPos) {
+            f.limitFromHard = pos;
+            fresh = true;
+        }
+        return fresh;
+    };
 
-    const std::size_t hard = HardPlanStart(text_);
-    for (std::size_t p = text_.find(LimitKey); p != npos; p = text_.find(LimitKey, p + 1))
-        n.Visit(text_.substr(p + LimitKey.size()), [&](std::size_t slot) {
-            Found& f = found_[slot];
-            bool fresh = false;
-            if (f.limitAnywhere == npos) {
-                f.limitAnywhere = p;
-                fresh = true;
-            }
-            if (p >= hard && f.limitFromHard == npos) {
-                f.limitFromHard = p;
-                fresh = true;
-            }
-            return fresh;
-        });
+    // The longest plain name the entry's token starts with, then every
+    // shorter one (its parents) until one had been found before; then the
+    // names with breaks.
+    auto enter = [&](const Pending& e) {
+        if (e.n > NameTable::InlineLength) n.HashTails(e.p(), e.n);
+        std::size_t slot = n.Longest(e.p(), e.n);
+        while (slot != None && mark(e, slot))
+            slot = found_[slot].parent == NoPos ? None : found_[slot].parent;
+        if (!n.trie.Empty())
+            n.trie.Walk(text_.substr(e.pos + (e.weight ? WeightKey : LimitKey).size()),
+                        [&](std::size_t s) { mark(e, s); });
+    };
+    Pending e;
+    e.upper.assign(std::max(n.maxLength, NameTable::InlineLength), '\0');
+
+    // Both keys end in "T ": one walk over the text finds every entry in order.
+    ForEachPair(text_, 'T', ' ', [&](std::size_t t) {
+        if (t >= 5 && AtNoCase(text_, t - 5, WeightKey)) {
+            e.pos = t - 5;
+            e.weight = true;
+        } else if (t >= 4 && AtNoCase(text_, t - 4, LimitKey)) {
+            e.pos = t - 4;
+            e.weight = false;
+        } else {
+            return true;
+        }
+        // The token, upper-cased; bytes past it (left by the last token) are
+        // masked off by the key.
+        std::string_view token = text_.substr(t + 2);
+        const std::size_t last = std::min(n.maxLength, token.size());
+        char* u = e.upper.data();
+        std::size_t k = 0;
+        for (; k < last && !IsBreak(token[k]); ++k)
+            u[k] = Upper(token[k]);
+        e.n = k;
+        enter(e);
+        return true;
+    });
 }
 
 std::size_t ProfileLookup::LineEnd(std::size_t pos) const {
@@ -281,17 +356,17 @@ std::size_t ProfileLookup::LineEnd(std::size_t pos) const {
 }
 
 float ProfileLookup::Weight(std::size_t i, std::string_view sep) const {
-    std::size_t pos = found_[slotOf_[i]].weight;
-    if (pos == npos) return 0.0f;
+    std::uint32_t pos = found_[slotOf_[i]].weight;
+    if (pos == NoPos) return 0.0f;
     return ProfileNumber(
         EntryValueText(text_, pos, WeightKey.size() + nameLength_[i], LineEnd(pos)), sep);
 }
 
 float ProfileLookup::Limit(std::size_t i, std::string_view sep) const {
     const Found& f = found_[slotOf_[i]];
-    std::size_t pos = f.limitFromHard;
-    if (pos == npos && exactSearchable_[i]) pos = f.limitAnywhere;
-    if (pos == npos) return 0.0f;
+    std::uint32_t pos = f.limitFromHard;
+    if (pos == NoPos && exactSearchable_[i]) pos = f.limitAnywhere;
+    if (pos == NoPos) return 0.0f;
     return ProfileNumber(EntryValueText(text_, pos, LimitKey.size() + nameLength_[i], LineEnd(pos)),
                          sep);
 }

@@ -9,11 +9,15 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace vantrel {
+
+class NameTable;
 
 // The value text of an entry found at `pos` whose key is `keyLength`
 // characters long: the rest of its line (up to the first CR LF at or after
@@ -27,34 +31,47 @@ std::string_view EntryValueText(std::string_view text, std::size_t pos, std::siz
 float GetWeight(std::string_view name, std::string_view upperText, std::string_view sep);
 float GetLimit(std::string_view name, std::string_view upperText, std::string_view sep);
 
-// The same look-ups for a whole catalogue at once. The constructor walks the
+// The same look-ups for a whole catalogue at once, without an upper-cased copy
+// of the text: keys and names are compared as upper case where they are
+// read, and a value reads the same in any case. The constructor walks the
 // text once. At every "WEIGHT " and "LIMIT " it takes the following token (up
 // to the next space, CR or LF, at most as long as the longest name) and finds
-// the longest catalogue name that the token starts with by hashing the
-// token's prefixes; every shorter name that the token starts with is that
-// name's chain of "parents" (each name's longest proper prefix that is a
-// name). Each name keeps the first entry found for it (for limits, the first
-// one at or after "PLAN HARD" and the first one overall). Names holding a
-// space, CR or LF can match across a token's end; they are followed through a
-// trie from every entry instead. Cost: the text's length, plus per entry the
-// token's length and one hash probe per distinct name length.
+// the longest catalogue name that the token starts with: the whole token
+// first, then its shorter prefixes of the lengths names have; every shorter
+// name that the token starts with is that name's chain of "parents" (each
+// name's longest proper prefix that is a name). Each name keeps the first
+// entry found for it (for limits, the first one at or after "PLAN HARD" and
+// the first one overall). Names holding a space, CR or LF can match across a
+// token's end; they are followed through a trie from every entry instead.
+// Cost: the text's length, plus per entry its token's length and usually one
+// hash probe (one per distinct name length when the token is not a name).
 class ProfileLookup {
   public:
-    // `upperText` must outlive the object.
-    ProfileLookup(std::string_view upperText, const std::vector<std::string>& names);
+    // `text` is the profile as read, in any case; the answers are those of
+    // GetWeight and GetLimit on its upper-cased copy. It must outlive the object.
+    ProfileLookup(std::string_view text, const std::vector<std::string>& names);
     ~ProfileLookup();
+
+    // The distinct upper-cased names, and the slot of names[i] among them.
+    const NameTable& Table() const;
+    std::size_t Slot(std::size_t i) const { return slotOf_[i]; }
 
     // Weight and limit of names[i], exactly as GetWeight and GetLimit give them.
     float Weight(std::size_t i, std::string_view sep) const;
     float Limit(std::size_t i, std::string_view sep) const;
 
   private:
+    // Positions are held in 32 bits: a text is searched in its first 4 GiB
+    // (the readers take files of at most 256 MiB).
+    static constexpr std::uint32_t NoPos = 0xFFFFFFFF;
     struct Found {
-        std::size_t weight = std::string_view::npos;
-        std::size_t limitFromHard = std::string_view::npos;
-        std::size_t limitAnywhere = std::string_view::npos;
+        std::uint32_t weight = NoPos;
+        std::uint32_t limitFromHard = NoPos;
+        std::uint32_t limitAnywhere = NoPos;
+        std::uint32_t parent = NoPos; // longest proper prefix that is a name without breaks
     };
     struct Names;
+    std::unique_ptr<Names> names_;
     std::size_t LineEnd(std::size_t pos) const;
 
     std::string_view text_;

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <clocale>
 #include <cmath>
+#include <cstdint>
 
 namespace vantrel {
 
@@ -35,6 +36,35 @@ template <class T> std::optional<std::string> WholeText(T value, T limit) {
     char buf[32];
     auto res = std::to_chars(buf, buf + sizeof buf, static_cast<long long>(value));
     return std::string(buf, res.ptr);
+}
+
+// The common case of a value text: an optional "-", then at most 15 digits
+// with at most one one-character separator among or after them. Its value is
+// the digits as a whole number divided by a power of ten; both are exact
+// doubles, so the one division rounds correctly, as from_chars would.
+std::optional<double> PlainDecimal(std::string_view text, std::string_view sep) {
+    static constexpr double Powers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                        1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    if (sep.size() != 1 || text.empty() || text.size() > 17) return std::nullopt;
+    std::size_t i = text[0] == '-' ? 1 : 0;
+    std::uint64_t digits = 0;
+    int count = 0;
+    int fraction = -1; // digits after the separator; -1 before it
+    for (; i < text.size(); ++i) {
+        char c = text[i];
+        if (IsDigit(c)) {
+            digits = digits * 10 + static_cast<std::uint64_t>(c - '0');
+            ++count;
+            if (fraction >= 0) ++fraction;
+        } else if (c == sep[0] && fraction < 0) {
+            fraction = 0;
+        } else {
+            return std::nullopt;
+        }
+    }
+    if (count == 0 || count > 15) return std::nullopt;
+    double value = static_cast<double>(digits) / Powers[fraction < 0 ? 0 : fraction];
+    return text[0] == '-' ? -value : value;
 }
 
 } // namespace
@@ -73,6 +103,7 @@ std::string HardLimitText(int percent, float limit, std::string_view sep) {
 
 std::optional<double> ParseRegionalNumber(std::string_view text, std::string_view sep) {
     if (sep.empty()) sep = ".";
+    if (auto plain = PlainDecimal(text, sep)) return plain;
     // Check the form first, noting where its parts are.
     std::size_t i = 0;
     const bool plus = !text.empty() && text[0] == '+';

@@ -9,7 +9,9 @@
 #include "profile/profile_numbers.h"
 #include "startup/paths.h"
 
+#include <algorithm>
 #include <cmath>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -67,17 +69,44 @@ void ReadInto(ProfileContext& ctx, const std::string& path, const std::string& t
     ctx.fields.SetAuthor(author);
 }
 
-// Status line and the file read common to both readers; the build set is
-// applied only once the profile itself has been read, so an unreadable file
-// changes nothing.
-std::string BeginRead(ProfileContext& ctx, const std::string& path, bool merge) {
+// Status line and the file read common to both readers. The callers apply
+// the build set only once the profile itself has been read, so an unreadable
+// file changes nothing.
+std::string BeginRead(ProfileContext& ctx, const std::string& path) {
     std::string fileName = path;
     ctx.progress.SetStatus("Processing... '" + StripPath(fileName) + "'");
     ctx.progress.SetValue(0);
     ctx.progress.Repaint();
-    std::string text = TextOrThrow(path);
-    if (!merge) ReadBuildSet(ctx.defs, path);
-    return text;
+    return TextOrThrow(path);
+}
+
+// The text of a profile's build-set file, when it has one. An unreadable file
+// reads like one without sections: every unit is included.
+std::optional<std::string> BuildSetFileText(const std::string& profilePath) {
+    std::string setPath = BuildSetPath(profilePath);
+    if (!IsRegularFile(setPath)) return std::nullopt;
+    return ReadProfileFile(setPath).data;
+}
+
+// Include per unit from its "Set" value, `valueOf(i)` for unit i.
+template <class ValueOf> void ApplyBuildSet(Definitions& defs, ValueOf valueOf) {
+    for (int i = 1; i <= defs.Units.UBound(); ++i) {
+        const std::optional<std::string_view>& value = valueOf(i);
+        defs.Units[i].Include = !(value && EqualsNoCase(*value, "DON'T BUILD;"));
+    }
+}
+
+bool HasEndBlanks(std::string_view s) {
+    auto blank = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); };
+    return !s.empty() && (blank(s.front()) || blank(s.back()));
+}
+
+std::vector<std::string> UnitNames(const Definitions& defs) {
+    std::vector<std::string> names;
+    names.reserve(static_cast<std::size_t>(defs.Units.UBound()));
+    for (int i = 1; i <= defs.Units.UBound(); ++i)
+        names.push_back(defs.Units[i].UnitName);
+    return names;
 }
 
 } // namespace
@@ -112,25 +141,28 @@ std::string BuildSetPath(const std::string& profilePath) {
 }
 
 void ReadBuildSet(Definitions& defs, const std::string& profilePath) {
-    std::string setPath = BuildSetPath(profilePath);
-    if (!IsRegularFile(setPath)) return;
-    // An unreadable file reads like one without sections: every unit is included.
-    FileText file = ReadProfileFile(setPath);
-    IniIndex ini(std::move(file.data));
-    for (int i = 1; i <= defs.Units.UBound(); ++i) {
-        vtUnit& u = defs.Units[i];
-        u.Include = UCase(ini.Get(u.UnitName, "Set", "0")) != "DON'T BUILD;";
-    }
+    std::optional<std::string> text = BuildSetFileText(profilePath);
+    if (!text) return;
+    auto values = FindInSections(*text, UnitNames(defs), "Set");
+    ApplyBuildSet(defs, [&](int i) { return values[static_cast<std::size_t>(i - 1)]; });
 }
 
 void ReadAI(ProfileContext& ctx, const std::string& path, bool merge) {
-    std::string text = BeginRead(ctx, path, merge);
-    const std::string upper = UCase(text);
-    std::vector<std::string> names;
-    names.reserve(static_cast<std::size_t>(ctx.defs.Units.UBound()));
-    for (int i = 1; i <= ctx.defs.Units.UBound(); ++i)
-        names.push_back(ctx.defs.Units[i].UnitName);
-    ProfileLookup lookup(upper, names);
+    std::string text = BeginRead(ctx, path);
+    std::vector<std::string> names = UnitNames(ctx.defs);
+    ProfileLookup lookup(text, names);
+    if (!merge) {
+        // The build set looks its sections up among the same upper-cased
+        // names, unless a name has blanks at an end (a section name never does).
+        if (std::any_of(names.begin(), names.end(), HasEndBlanks)) {
+            ReadBuildSet(ctx.defs, path);
+        } else if (std::optional<std::string> setText = BuildSetFileText(path)) {
+            auto bySlot = FindInSections(*setText, lookup.Table(), "Set");
+            ApplyBuildSet(ctx.defs, [&](int i) {
+                return bySlot[lookup.Slot(static_cast<std::size_t>(i - 1))];
+            });
+        }
+    }
     const std::string sep = DecimalSeparator();
     ReadInto(ctx, path, text, merge, true, [&](int i) {
         auto k = static_cast<std::size_t>(i - 1);
@@ -139,7 +171,8 @@ void ReadAI(ProfileContext& ctx, const std::string& path, bool merge) {
 }
 
 void ReadTessalyAI(ProfileContext& ctx, const std::string& path, bool merge) {
-    std::string text = BeginRead(ctx, path, merge);
+    std::string text = BeginRead(ctx, path);
+    if (!merge) ReadBuildSet(ctx.defs, path);
     IniIndex ini(text);
     const std::string sep = DecimalSeparator();
     // A value that is not a number reads like one in our own format: its digits.

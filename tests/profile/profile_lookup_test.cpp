@@ -40,8 +40,8 @@ std::string RandomPiece(std::mt19937& rng, bool forName) {
         "WEIGHT ", "Weight ", "LIMIT ", "limit ", "PLAN HARD", "plan hard", "Plan Hard\r\n",
         "A",       "B",       "a",      "AB",     " ",         "  ",        "\r\n",
         "\n",      "\r",      "1",      "2.5",    "X 3",       ";",         "-4",
-        "1.2.3",   ",5",      "1e999",  "Name: "};
-    static const char* namePieces[] = {"A", "B", "a", "AB", " ", "\r\n", "1", "_"};
+        "1.2.3",   ",5",      "1e999",  "Name: ", "LONGUNITNAMEOVER16", "longunitnameover16"};
+    static const char* namePieces[] = {"A", "B", "a", "AB", " ", "\r\n", "1", "_", "LONGUNITNAMEOVER16"};
     if (forName) return namePieces[rng() % std::size(namePieces)];
     std::size_t k = rng() % (std::size(textPieces) + 1);
     if (k == std::size(textPieces)) return std::string(1, '\0');
@@ -65,7 +65,7 @@ TEST(ProfileLookup, MatchesThePerUnitSearchOnGeneratedFiles) {
             names.push_back(name);
         }
         std::string upper = UCase(text);
-        ProfileLookup lookup(upper, names);
+        ProfileLookup lookup(text, names);
         for (std::size_t i = 0; i < names.size(); ++i) {
             float w = GetWeight(names[i], upper, ".");
             float l = GetLimit(names[i], upper, ".");
@@ -94,7 +94,7 @@ TEST(ProfileLookup, LongTextsWithManyUnits) {
         text += "Limit " + name + std::to_string(rng() % 3) + " " + std::to_string(i) + "\r\n";
     }
     std::string upper = UCase(text);
-    ProfileLookup lookup(upper, names);
+    ProfileLookup lookup(text, names);
     for (std::size_t i = 0; i < names.size(); ++i) {
         ASSERT_EQ(GetWeight(names[i], upper, "."), lookup.Weight(i, ".")) << names[i];
         ASSERT_EQ(GetLimit(names[i], upper, "."), lookup.Limit(i, ".")) << names[i];

@@ -1,6 +1,10 @@
 #include "profile/profile_numbers.h"
 
+#include <algorithm>
 #include <cfloat>
+#include <charconv>
+#include <cstring>
+#include <random>
 #include <gtest/gtest.h>
 
 namespace vantrel {
@@ -22,6 +26,30 @@ TEST(ParseRegionalNumber, AcceptsStrictDecimalsWithTheLocaleSeparator) {
         auto v = ParseRegionalNumber(c.text, c.sep);
         ASSERT_TRUE(v.has_value()) << c.text;
         EXPECT_DOUBLE_EQ(*v, c.value) << c.text;
+    }
+}
+
+// Short plain decimals take a quicker path; it must round exactly as
+// from_chars does, in either separator.
+TEST(ParseRegionalNumber, PlainDecimalsRoundLikeFromChars) {
+    std::mt19937 rng(3);
+    for (int n = 0; n < 20000; ++n) {
+        std::string digits;
+        std::size_t count = 1 + rng() % 17;
+        for (std::size_t k = 0; k < count; ++k)
+            digits += static_cast<char>('0' + rng() % 10);
+        if (rng() % 4 != 0) digits.insert(rng() % (digits.size() + 1), ".");
+        if (rng() % 3 == 0) digits.insert(0, "-");
+        double expected = 0;
+        auto res = std::from_chars(digits.data(), digits.data() + digits.size(), expected);
+        if (res.ec != std::errc() || res.ptr != digits.data() + digits.size()) continue;
+        auto dot = ParseRegionalNumber(digits, ".");
+        std::string comma = digits;
+        std::replace(comma.begin(), comma.end(), '.', ',');
+        auto sep = ParseRegionalNumber(comma, ",");
+        ASSERT_TRUE(dot && sep) << digits;
+        ASSERT_EQ(std::memcmp(&*dot, &expected, sizeof expected), 0) << digits;
+        ASSERT_EQ(std::memcmp(&*sep, &expected, sizeof expected), 0) << comma;
     }
 }
 

@@ -1,0 +1,77 @@
+#include "profile/name_table.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+namespace vantrel {
+
+namespace {
+
+// Up to 8 bytes from `p` (fewer when `n` is smaller), zero-filled.
+std::uint64_t LoadShort(const char* p, std::size_t n) {
+    char bytes[8] = {};
+    for (std::size_t i = 0; i < n && i < 8; ++i)
+        bytes[i] = p[i];
+    std::uint64_t w;
+    std::memcpy(&w, bytes, sizeof w);
+    return w;
+}
+
+} // namespace
+
+NameTable::NameTable(std::size_t capacity) {
+    std::size_t size = 16;
+    while (size < capacity + capacity / 2)
+        size *= 2;
+    cells_.resize(size);
+    mask_ = size - 1;
+    offset_.reserve(capacity + 1);
+    pool_.reserve(capacity * 8);
+}
+
+NameTable::Key NameTable::KeyOf(std::string_view name) {
+    Key k;
+    k.length = name.size();
+    k.head = LoadShort(name.data(), name.size());
+    if (name.size() > InlineLength) {
+        for (std::size_t i = 8; i < name.size(); ++i)
+            k.tail = ExtendTail(k.tail, name[i]);
+    } else if (name.size() > 8) {
+        k.tail = LoadShort(name.data() + 8, name.size() - 8);
+    }
+    return k;
+}
+
+std::size_t NameTable::Find(std::string_view name) const {
+    return Find(KeyOf(name), name.data());
+}
+
+void NameTable::Grow() {
+    std::vector<Cell> old = std::move(cells_);
+    cells_.assign(old.size() * 2, Cell{});
+    mask_ = cells_.size() - 1;
+    for (const Cell& c : old) {
+        if (c.slot == 0) continue;
+        std::size_t i = Home({c.head, c.tail, c.length});
+        while (cells_[i].slot != 0)
+            i = (i + 1) & mask_;
+        cells_[i] = c;
+    }
+}
+
+std::size_t NameTable::Add(std::string_view name) {
+    Key key = KeyOf(name);
+    if (std::size_t found = Find(key, name.data()); found != None) return found;
+    if ((Count() + 1) * 3 > cells_.size() * 2) Grow();
+    std::size_t i = Home(key);
+    while (cells_[i].slot != 0)
+        i = (i + 1) & mask_;
+    pool_.append(name);
+    offset_.push_back(pool_.size());
+    cells_[i] = {key.head, key.tail, static_cast<std::uint32_t>(key.length),
+                 static_cast<std::uint32_t>(Count())};
+    return Count() - 1;
+}
+
+} // namespace vantrel
