@@ -14,7 +14,7 @@ PREFIX     ?= /usr/local
 DEMO_DIR   ?= $(BUILD)/demo
 
 DEB_PACKAGES := g++ cmake ninja-build pkg-config qt6-base-dev libzip-dev zlib1g-dev \
-                libgtest-dev libgmock-dev libbenchmark-dev
+                libgtest-dev libgmock-dev libbenchmark-dev locales
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 

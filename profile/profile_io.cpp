@@ -141,6 +141,36 @@ void StagedFile::Commit() {
     committed_ = true;
 }
 
+void CommitTogether(StagedFile& first, StagedFile& second) {
+    const std::string& target = first.Target();
+    struct stat st {};
+    const bool existed = ::lstat(target.c_str(), &st) == 0;
+    // The old first file under a second name, until the second file is in.
+    struct Keep {
+        std::string name;
+        ~Keep() {
+            if (!name.empty()) ::unlink(name.c_str());
+        }
+    } keep;
+    for (int attempt = 0; existed && attempt < 100 && keep.name.empty(); ++attempt) {
+        std::string name = TempNameBeside(target);
+        if (::link(target.c_str(), name.c_str()) == 0)
+            keep.name = name;
+        else if (errno != EEXIST)
+            break;
+    }
+    first.Commit();
+    try {
+        second.Commit();
+    } catch (...) {
+        if (!keep.name.empty() && ::rename(keep.name.c_str(), target.c_str()) == 0)
+            keep.name.clear();
+        else if (!existed)
+            ::unlink(target.c_str());
+        throw;
+    }
+}
+
 void ReplaceFile(const std::string& path, std::string_view data) {
     StagedFile file(path, data);
     file.Commit();

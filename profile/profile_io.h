@@ -35,12 +35,20 @@ class StagedFile {
     StagedFile& operator=(const StagedFile&) = delete;
 
     void Commit();
+    const std::string& Target() const { return target_; }
 
   private:
     std::string target_;
     std::string temp_;
     bool committed_ = false;
 };
+
+// Commits `first`, then `second`. When the second cannot be committed, the
+// first target is put back as it was (removed, when it did not exist) before
+// the error goes on, so the two stay a pair. Putting back needs a second
+// name for the old file: where the folder allows no hard links, the first
+// target keeps its new content.
+void CommitTogether(StagedFile& first, StagedFile& second);
 
 // Replaces one file with `data` (stage, then commit).
 void ReplaceFile(const std::string& path, std::string_view data);

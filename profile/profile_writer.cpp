@@ -205,8 +205,7 @@ void SaveAI(ProfileContext& ctx, const std::string& path) {
     // Both files are written in full before either replaces its old version.
     StagedFile profile(path, text);
     StagedFile buildSet(BuildSetPath(path), BuildSetText(ctx.defs, header.name));
-    profile.Commit();
-    buildSet.Commit();
+    CommitTogether(profile, buildSet);
 }
 
 } // namespace vantrel

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <clocale>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -167,6 +169,37 @@ TEST(NumberForms, CurrentLocaleSeparator) {
     EXPECT_EQ(ProfileDate(test::FixedClock(2026, 1, 5).Now()), "01-05-2026");
 }
 
+// Under a locale whose separator is "," (built for the test, as none may be
+// installed) the profile is written with "," and read back to the same values.
+TEST(NumberForms, CommaLocaleWritesAndReadsBack) {
+    test::ScratchDir dir;
+    std::string cmd = "localedef -c -i de_DE -f UTF-8 '" + (dir / "de_DE.UTF-8") +
+                      "' >/dev/null 2>&1";
+    [[maybe_unused]] int built = std::system(cmd.c_str()); // warnings give a non-zero status
+    ::setenv("LOCPATH", dir.path().c_str(), 1);
+    const bool german = std::setlocale(LC_NUMERIC, "de_DE.UTF-8") != nullptr;
+    struct Restore {
+        ~Restore() {
+            std::setlocale(LC_NUMERIC, "C");
+            ::unsetenv("LOCPATH");
+        }
+    } restore;
+    if (!german) GTEST_SKIP() << "no de_DE locale could be built here (localedef missing?)";
+
+    EXPECT_EQ(DecimalSeparator(), ",");
+    test::ProfileRig rig;
+    test::FillCatalogue(rig.defs, {{"ARMCOM", "COMMANDER", true, 2.5f, 7.5f}});
+    SaveAI(rig.ctx, dir / "A.txt");
+    std::string text = test::ReadBytes(dir / "A.txt");
+    EXPECT_NE(text.find("Weight Armcom 2,5\r\n"), std::string::npos) << text;
+    EXPECT_EQ(text.find("2.5"), std::string::npos) << text;
+    rig.defs.Units[1].Weight = 0;
+    rig.defs.Units[1].Limit = 0;
+    ReadAI(rig.ctx, dir / "A.txt", false);
+    EXPECT_EQ(rig.defs.Units[1].Weight, 2.5f);
+    EXPECT_EQ(rig.defs.Units[1].Limit, 7.5f);
+}
+
 // ---------------------------------------------------------------------------
 // Failed saves leave the previous files alone.
 // ---------------------------------------------------------------------------
@@ -208,6 +241,41 @@ TEST_F(FailedSave, BuildSetFailureKeepsTheOldProfileToo) {
     }
     EXPECT_EQ(ReadBytes(dir / "AI.txt"), "old profile");
     EXPECT_EQ(dir.Entries(), (std::vector<std::string>{"AI.set", "AI.txt"}));
+}
+
+// The second file's name is taken by a folder only after both were staged,
+// so the first rename succeeds and the second fails: the first is put back.
+TEST(CommitTogether, SecondFailurePutsTheFirstBack) {
+    test::ScratchDir dir;
+    WriteBytes(dir / "AI.txt", "old profile");
+    {
+        StagedFile first(dir / "AI.txt", "new profile");
+        StagedFile second(dir / "AI.set", "new set");
+        ASSERT_EQ(::mkdir((dir / "AI.set").c_str(), 0777), 0);
+        ASSERT_EQ(::mkdir((dir / "AI.set/x").c_str(), 0777), 0); // not empty: no rename over it
+        EXPECT_THROW(CommitTogether(first, second), ProfileError);
+    }
+    EXPECT_EQ(ReadBytes(dir / "AI.txt"), "old profile");
+    EXPECT_EQ(dir.Entries(), (std::vector<std::string>{"AI.set", "AI.txt"}));
+
+    // A first file that did not exist before is removed again.
+    {
+        StagedFile first(dir / "New.txt", "new profile");
+        StagedFile second(dir / "C.set", "new set");
+        ASSERT_EQ(::mkdir((dir / "C.set").c_str(), 0777), 0);
+        ASSERT_EQ(::mkdir((dir / "C.set/x").c_str(), 0777), 0);
+        EXPECT_THROW(CommitTogether(first, second), ProfileError);
+    }
+    EXPECT_EQ(dir.Entries(), (std::vector<std::string>{"AI.set", "AI.txt", "C.set"}));
+
+    // When both succeed, nothing but the two files is left.
+    {
+        StagedFile first(dir / "AI.txt", "new profile");
+        StagedFile second(dir / "B.set", "new set");
+        CommitTogether(first, second);
+    }
+    EXPECT_EQ(ReadBytes(dir / "AI.txt"), "new profile");
+    EXPECT_EQ(dir.Entries(), (std::vector<std::string>{"AI.set", "AI.txt", "B.set", "C.set"}));
 }
 
 TEST_F(FailedSave, ReplacementKeepsPermissions) {
