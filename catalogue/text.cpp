@@ -7,24 +7,18 @@
 namespace vantrel {
 
 namespace {
-char Upper(char c) {
-    return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
-}
 char Lower(char c) {
     return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
 }
 bool StartsWord(char c) {
     return c == '\0' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r' || c == ' ';
 }
-bool IsBlank(char c) {
-    return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
-}
 } // namespace
 
 std::string UCase(std::string_view s) {
     std::string out(s);
     for (char& c : out)
-        c = Upper(c);
+        c = UpperChar(c);
     return out;
 }
 
@@ -39,7 +33,7 @@ std::string ProperCase(std::string_view s) {
     std::string out(s);
     bool start = true;
     for (char& c : out) {
-        c = start ? Upper(c) : Lower(c);
+        c = start ? UpperChar(c) : Lower(c);
         start = StartsWord(c);
     }
     return out;
@@ -54,9 +48,9 @@ std::string TrimSpaces(std::string_view s) {
 
 std::string TrimBlanks(std::string_view s) {
     std::size_t b = 0, e = s.size();
-    while (b < e && IsBlank(s[b]))
+    while (b < e && IsBlankChar(s[b]))
         ++b;
-    while (e > b && IsBlank(s[e - 1]))
+    while (e > b && IsBlankChar(s[e - 1]))
         --e;
     return std::string(s.substr(b, e - b));
 }
@@ -68,7 +62,7 @@ bool ContainsText(std::string_view haystack, std::string_view needle) {
 bool EqualsNoCase(std::string_view a, std::string_view b) {
     if (a.size() != b.size()) return false;
     for (std::size_t i = 0; i < a.size(); ++i)
-        if (Upper(a[i]) != Upper(b[i])) return false;
+        if (UpperChar(a[i]) != UpperChar(b[i])) return false;
     return true;
 }
 

@@ -7,6 +7,15 @@
 
 namespace vantrel {
 
+// ASCII upper case of one byte; other bytes stay as they are.
+inline char UpperChar(char c) {
+    return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
+}
+// Space, tab, LF, VT, FF or CR.
+inline bool IsBlankChar(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
 std::string UCase(std::string_view s); // ASCII letters only, like the game's ANSI files
 std::string LCase(std::string_view s);
 // Lower-case everything, then upper-case the first character and each

@@ -14,20 +14,12 @@ namespace {
 // Sections with more keys than this get a key map; shorter ones are scanned.
 constexpr std::size_t ScanLimit = 8;
 
-bool IsBlank(char c) {
-    return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
-}
-
 std::string_view TrimView(std::string_view s) {
-    while (!s.empty() && IsBlank(s.front()))
+    while (!s.empty() && IsBlankChar(s.front()))
         s.remove_prefix(1);
-    while (!s.empty() && IsBlank(s.back()))
+    while (!s.empty() && IsBlankChar(s.back()))
         s.remove_suffix(1);
     return s;
-}
-
-char Upper(char c) {
-    return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
 std::string_view Unquoted(std::string_view value) {
@@ -45,10 +37,10 @@ std::pair<std::string_view, std::string_view> SplitKeyLine(std::string_view line
     std::string_view value;
     if (eq != std::string_view::npos) {
         value = line.substr(eq + 1);
-        while (!value.empty() && IsBlank(value.front()))
+        while (!value.empty() && IsBlankChar(value.front()))
             value.remove_prefix(1);
     }
-    while (!key.empty() && IsBlank(key.back()))
+    while (!key.empty() && IsBlankChar(key.back()))
         key.remove_suffix(1);
     return {key, value};
 }
@@ -77,7 +69,7 @@ template <class Each> void ForEachLine(std::string_view text, Each&& each) {
 std::size_t NoCaseHash::operator()(std::string_view s) const {
     std::size_t h = 1469598103934665603ULL;
     for (char c : s)
-        h = (h ^ static_cast<unsigned char>(Upper(c))) * 1099511628211ULL;
+        h = (h ^ static_cast<unsigned char>(UpperChar(c))) * 1099511628211ULL;
     return h;
 }
 
@@ -167,7 +159,7 @@ FindInSections(std::string_view text, const NameTable& upperNames, std::string_v
         if (auto name = SectionName(line)) {
             upper.assign(*name);
             for (char& c : upper)
-                c = Upper(c);
+                c = UpperChar(c);
             current = upperNames.Find(upper);
             // Only the first section of a name counts.
             if (current != NameTable::None && seen[current]) current = NameTable::None;

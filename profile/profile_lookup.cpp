@@ -25,15 +25,11 @@ std::size_t HardPlanStart(std::string_view upperText) {
     return h == npos ? 0 : h;
 }
 
-char Upper(char c) {
-    return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
 // `text` at `pos` reads `upperWord` when upper-cased.
 bool AtNoCase(std::string_view text, std::size_t pos, std::string_view upperWord) {
     if (pos > text.size() || text.size() - pos < upperWord.size()) return false;
     for (std::size_t k = 0; k < upperWord.size(); ++k)
-        if (Upper(text[pos + k]) != upperWord[k]) return false;
+        if (UpperChar(text[pos + k]) != upperWord[k]) return false;
     return true;
 }
 
@@ -122,7 +118,7 @@ class NameTrie {
     template <class Visit> void Walk(std::string_view text, Visit&& visit) const {
         std::size_t node = 0;
         for (char c : text) {
-            auto it = edges_.find(Key(node, Upper(c)));
+            auto it = edges_.find(Key(node, UpperChar(c)));
             if (it == edges_.end()) return;
             node = it->second;
             if (slots_[node] != None) visit(slots_[node]);
@@ -333,7 +329,7 @@ ProfileLookup::ProfileLookup(std::string_view text, const std::vector<std::strin
         char* u = e.upper.data();
         std::size_t k = 0;
         for (; k < last && !IsBreak(token[k]); ++k)
-            u[k] = Upper(token[k]);
+            u[k] = UpperChar(token[k]);
         e.n = k;
         enter(e);
         return true;

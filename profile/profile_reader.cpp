@@ -97,8 +97,7 @@ template <class ValueOf> void ApplyBuildSet(Definitions& defs, ValueOf valueOf) 
 }
 
 bool HasEndBlanks(std::string_view s) {
-    auto blank = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); };
-    return !s.empty() && (blank(s.front()) || blank(s.back()));
+    return !s.empty() && (IsBlankChar(s.front()) || IsBlankChar(s.back()));
 }
 
 std::vector<std::string> UnitNames(const Definitions& defs) {
