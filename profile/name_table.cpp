@@ -8,10 +8,29 @@ namespace vantrel {
 
 namespace {
 
-// Up to 8 bytes from `p` (fewer when `n` is smaller), zero-filled.
+// Up to 8 bytes from `p` (fewer when `n` is smaller), zero-filled. Short
+// names are read with two overlapping loads rather than byte by byte.
 std::uint64_t LoadShort(const char* p, std::size_t n) {
+    if (n >= 8) {
+        std::uint64_t w;
+        std::memcpy(&w, p, sizeof w);
+        return w;
+    }
+    if constexpr (std::endian::native == std::endian::little) {
+        if (n >= 4) {
+            std::uint32_t lo, hi;
+            std::memcpy(&lo, p, 4);
+            std::memcpy(&hi, p + n - 4, 4);
+            return lo | (static_cast<std::uint64_t>(hi) << (8 * (n - 4)));
+        }
+        if (n == 0) return 0;
+        auto byte = [&](std::size_t i) {
+            return static_cast<std::uint64_t>(static_cast<unsigned char>(p[i])) << (8 * i);
+        };
+        return byte(0) | byte(n / 2) | byte(n - 1);
+    }
     char bytes[8] = {};
-    for (std::size_t i = 0; i < n && i < 8; ++i)
+    for (std::size_t i = 0; i < n; ++i)
         bytes[i] = p[i];
     std::uint64_t w;
     std::memcpy(&w, bytes, sizeof w);
@@ -61,12 +80,11 @@ void NameTable::Grow() {
 }
 
 std::size_t NameTable::Add(std::string_view name) {
-    Key key = KeyOf(name);
-    if (std::size_t found = Find(key, name.data()); found != None) return found;
     if ((Count() + 1) * 3 > cells_.size() * 2) Grow();
+    const Key key = KeyOf(name);
     std::size_t i = Home(key);
-    while (cells_[i].slot != 0)
-        i = (i + 1) & mask_;
+    for (; cells_[i].slot != 0; i = (i + 1) & mask_)
+        if (Matches(cells_[i], key, name.data())) return cells_[i].slot - 1;
     pool_.append(name);
     offset_.push_back(pool_.size());
     cells_[i] = {key.head, key.tail, static_cast<std::uint32_t>(key.length),

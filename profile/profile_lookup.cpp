@@ -5,6 +5,7 @@
 #include "profile/profile_numbers.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
 #include <cstdint>
@@ -33,13 +34,35 @@ bool AtNoCase(std::string_view text, std::size_t pos, std::string_view upperWord
     return true;
 }
 
-bool HasLowerCase(std::string_view s) {
-    return std::any_of(s.begin(), s.end(), [](char c) { return c >= 'a' && c <= 'z'; });
-}
-
 // Characters that end a token.
 bool IsBreak(char c) {
     return c == ' ' || c == '\r' || c == '\n';
+}
+
+std::uint64_t LoadWord(const char* p) {
+    std::uint64_t w;
+    std::memcpy(&w, p, sizeof w);
+    return w;
+}
+
+// Eight bytes with the letters a-z upper-cased, as UpperChar does.
+std::uint64_t UpperWord(std::uint64_t w) {
+    constexpr std::uint64_t Ones = 0x0101010101010101ULL;
+    constexpr std::uint64_t Highs = Ones * 0x80;
+    const std::uint64_t low7 = w & ~Highs;
+    // A high bit where the low seven bits are at least 'a', and where they are past 'z'.
+    const std::uint64_t fromA = low7 + Ones * (0x80 - 'a');
+    const std::uint64_t pastZ = low7 + Ones * (0x80 - 'z' - 1);
+    const std::uint64_t lower = fromA & ~pastZ & ~w & Highs;
+    return w ^ (lower >> 2);
+}
+
+// The first `n` bytes of `w` in memory order (n < 8); the rest zero.
+std::uint64_t FirstBytes(std::uint64_t w, std::size_t n) {
+    if constexpr (std::endian::native == std::endian::little)
+        return w & ((std::uint64_t{1} << (8 * n)) - 1);
+    else
+        return w & ~(~std::uint64_t{0} >> (8 * n));
 }
 
 float EntryValue(std::string_view text, std::size_t pos, std::size_t keyLength,
@@ -133,6 +156,15 @@ class NameTrie {
     std::vector<std::size_t> slots_{None};
 };
 
+// A plain name as the walk first met it, with the first entries that name
+// it. Kept in the order first met, which is the order the next plan lists
+// them in, so that the walk reads these in turn.
+struct Visit {
+    std::uint64_t head = 0, tail = 0; // the name's key (names of up to 16 bytes)
+    std::uint32_t slot = 0, length = 0;
+    std::uint32_t weight = 0xFFFFFFFF, limitAnywhere = 0xFFFFFFFF, limitFromHard = 0xFFFFFFFF;
+};
+
 } // namespace
 
 // The distinct upper-cased names and the structures that find them.
@@ -145,7 +177,8 @@ struct ProfileLookup::Names {
 
     explicit Names(std::size_t capacity) : table(capacity) {}
 
-    std::vector<char> plain; // per slot: the name holds no break character
+    std::vector<char> plain;          // per slot: the name holds no break character
+    std::vector<std::uint32_t> order; // the plain names' slots in byte order
 
     static bool Plain(std::string_view s) {
         return std::none_of(s.begin(), s.end(), [](char c) { return IsBreak(c); });
@@ -173,11 +206,11 @@ struct ProfileLookup::Names {
     void Finish(std::vector<Found>& found) {
         hasLength.assign(maxLength + 1, 0);
         found.assign(table.Count(), Found{});
-        std::vector<std::size_t> order; // the plain names' slots
+        order.clear();
         order.reserve(table.Count());
         for (std::size_t slot = 0; slot < table.Count(); ++slot)
             if (plain[slot]) {
-                order.push_back(slot);
+                order.push_back(static_cast<std::uint32_t>(slot));
                 hasLength[table.Text(slot).size()] = 1;
             }
         auto before = [&](std::size_t a, std::size_t b) { return table.Text(a) < table.Text(b); };
@@ -192,6 +225,24 @@ struct ProfileLookup::Names {
             chain.push_back(slot);
         }
         tails.assign(maxLength + 1, 0);
+    }
+
+    // The token at `p`, which has `avail` bytes of text from it on, is the
+    // plain name `v` holds: the name's bytes (in any case), and then a break,
+    // the text's end or the longest name's length.
+    bool TokenIs(const char* p, std::size_t avail, const Visit& v) const {
+        const std::size_t len = v.length;
+        if (avail < len || (len < avail && len < maxLength && !IsBreak(p[len]))) return false;
+        if (len <= NameTable::InlineLength && avail >= NameTable::InlineLength) {
+            const std::uint64_t a = UpperWord(LoadWord(p));
+            if (len < 8) return FirstBytes(a, len) == v.head;
+            const std::uint64_t b = UpperWord(LoadWord(p + 8));
+            return a == v.head && (len < NameTable::InlineLength ? FirstBytes(b, len - 8) : b) == v.tail;
+        }
+        std::string_view name = table.Text(v.slot);
+        for (std::size_t k = 0; k < len; ++k)
+            if (UpperChar(p[k]) != name[k]) return false;
+        return true;
     }
 
     // The key of the first `len` bytes of a token at `p` (16 bytes readable)
@@ -214,19 +265,6 @@ struct ProfileLookup::Names {
         return None;
     }
 };
-
-namespace {
-
-// An entry found in the text.
-struct Pending {
-    std::size_t pos = 0;   // where its key starts
-    bool weight = false;   // a weight entry, else a limit entry
-    std::size_t n = 0;     // length of its token, at most the longest name
-    std::string upper;     // the token upper-cased, zero-filled to at least 16 bytes
-    const char* p() const { return upper.data(); }
-};
-
-} // namespace
 
 ProfileLookup::~ProfileLookup() = default;
 
@@ -266,74 +304,124 @@ ProfileLookup::ProfileLookup(std::string_view text, const std::vector<std::strin
     slotOf_.reserve(names.size());
     nameLength_.reserve(names.size());
     exactSearchable_.reserve(names.size());
+    std::string upper;
     for (const std::string& name : names) {
-        slotOf_.push_back(n.Add(UCase(name)));
+        upper.assign(name);
+        bool lower = false;
+        for (char& c : upper) {
+            lower |= c >= 'a' && c <= 'z';
+            c = UpperChar(c);
+        }
+        slotOf_.push_back(n.Add(upper));
         nameLength_.push_back(name.size());
-        exactSearchable_.push_back(!HasLowerCase(name));
+        exactSearchable_.push_back(!lower);
     }
     n.Finish(found_);
+    Walk();
+}
 
-    // Marks a slot found by the entry; false when it had been found before,
-    // and so had every shorter name it starts with.
+void ProfileLookup::Walk() {
+    Names& n = *names_;
     const std::size_t hard = HardPlanStartNoCase(text_);
-    auto mark = [&](const Pending& e, std::size_t slot) {
-        Found& f = found_[slot];
-        const auto pos = static_cast<std::uint32_t>(e.pos);
-        if (e.weight) {
-            if (f.weight != NoPos) return false;
-            f.weight = pos;
-            return true;
+    // The first entries of a kind at `pos`: a weight, or a limit anywhere and
+    // one from the hard plan on.
+    auto note = [&](std::uint32_t& weight, std::uint32_t& anywhere, std::uint32_t& fromHard,
+                    bool isWeight, std::size_t pos) {
+        const auto p = static_cast<std::uint32_t>(pos);
+        if (isWeight) {
+            if (weight == NoPos) weight = p;
+        } else {
+            if (anywhere == NoPos) anywhere = p;
+            if (pos >= hard && fromHard == NoPos) fromHard = p;
         }
-        bool fresh = false;
-        if (f.limitAnywhere == NoPos) {
-            f.limitAnywhere = pos;
-            fresh = true;
-        }
-        if (e.pos >= hard && f.limitFromHard == NoPos) {
-            f.limitFromHard = pos;
-            fresh = true;
-        }
-        return fresh;
     };
 
-    // The longest plain name the entry's token starts with, then every
-    // shorter one (its parents) until one had been found before; then the
-    // names with breaks.
-    auto enter = [&](const Pending& e) {
-        if (e.n > NameTable::InlineLength) n.HashTails(e.p(), e.n);
-        std::size_t slot = n.Longest(e.p(), e.n);
-        while (slot != None && mark(e, slot))
-            slot = found_[slot].parent == NoPos ? None : found_[slot].parent;
+    // Each entry's token names the longest plain name it starts with. A plan
+    // usually lists the names in the order the one before did: the name met
+    // after the last entry's name is tried first, and only a token that is
+    // not that name is looked up.
+    std::vector<Visit> visits;
+    std::vector<std::uint32_t> visitOf(n.table.Count(), NoPos);
+    std::size_t current = None; // the visit of the last entry that named one
+    std::string upper(std::max(n.maxLength, NameTable::InlineLength), '\0');
+    auto enter = [&](std::size_t pos, bool isWeight, std::size_t from) {
+        const char* token = text_.data() + from;
+        const std::size_t avail = text_.size() - from;
+        std::size_t v = current + 1; // 0 after None
+        if (v >= visits.size() || !n.TokenIs(token, avail, visits[v])) {
+            // The token, upper-cased; bytes past it (left by the last token)
+            // are masked off by the key.
+            const std::size_t most = std::min(n.maxLength, avail);
+            std::size_t k = 0;
+            for (; k < most && !IsBreak(token[k]); ++k)
+                upper[k] = UpperChar(token[k]);
+            if (k > NameTable::InlineLength) n.HashTails(upper.data(), k);
+            const std::size_t slot = n.Longest(upper.data(), k);
+            if (slot == None) {
+                v = None;
+            } else if (visitOf[slot] != NoPos) {
+                v = visitOf[slot];
+            } else {
+                v = visits.size();
+                visitOf[slot] = static_cast<std::uint32_t>(v);
+                const NameTable::Key key = n.KeyAt(upper.data(), k);
+                Visit& fresh = visits.emplace_back();
+                fresh.head = key.head;
+                fresh.tail = key.tail;
+                fresh.slot = static_cast<std::uint32_t>(slot);
+                fresh.length = static_cast<std::uint32_t>(k);
+            }
+        }
+        if (v != None) {
+            Visit& visit = visits[v];
+            note(visit.weight, visit.limitAnywhere, visit.limitFromHard, isWeight, pos);
+            current = v;
+        }
         if (!n.trie.Empty())
-            n.trie.Walk(text_.substr(e.pos + (e.weight ? WeightKey : LimitKey).size()),
-                        [&](std::size_t s) { mark(e, s); });
+            n.trie.Walk(text_.substr(from), [&](std::size_t s) {
+                Found& f = found_[s];
+                note(f.weight, f.limitAnywhere, f.limitFromHard, isWeight, pos);
+            });
     };
-    Pending e;
-    e.upper.assign(std::max(n.maxLength, NameTable::InlineLength), '\0');
 
     // Both keys end in "T ": one walk over the text finds every entry in order.
+    const char* t0 = text_.data();
     ForEachPair(text_, 'T', ' ', [&](std::size_t t) {
-        if (t >= 5 && AtNoCase(text_, t - 5, WeightKey)) {
-            e.pos = t - 5;
-            e.weight = true;
-        } else if (t >= 4 && AtNoCase(text_, t - 4, LimitKey)) {
-            e.pos = t - 4;
-            e.weight = false;
-        } else {
-            return true;
+        if constexpr (std::endian::native == std::endian::little) {
+            // "WEIGHT " or " LIMIT " in the eight bytes from t - 5, upper-cased.
+            if (t >= 5 && t + 3 <= text_.size()) {
+                const std::uint64_t w = UpperWord(LoadWord(t0 + t - 5));
+                if ((w & 0x00FFFFFFFFFFFFFFULL) == 0x0020544847494557ULL) // "WEIGHT "
+                    enter(t - 5, true, t + 2);
+                else if ((w & 0x00FFFFFFFFFFFF00ULL) == 0x002054494D494C00ULL) // "LIMIT "
+                    enter(t - 4, false, t + 2);
+                return true;
+            }
         }
-        // The token, upper-cased; bytes past it (left by the last token) are
-        // masked off by the key.
-        std::string_view token = text_.substr(t + 2);
-        const std::size_t last = std::min(n.maxLength, token.size());
-        char* u = e.upper.data();
-        std::size_t k = 0;
-        for (; k < last && !IsBreak(token[k]); ++k)
-            u[k] = UpperChar(token[k]);
-        e.n = k;
-        enter(e);
+        if (t >= 5 && AtNoCase(text_, t - 5, WeightKey))
+            enter(t - 5, true, t + 2);
+        else if (t >= 4 && AtNoCase(text_, t - 4, LimitKey))
+            enter(t - 4, false, t + 2);
         return true;
     });
+
+    // Each name's first entries, then a name also takes those of every
+    // longer name that starts with it: children come after their parents in
+    // byte order, so walking that order backwards hands them up in one pass.
+    for (const Visit& v : visits) {
+        Found& f = found_[v.slot];
+        f.weight = v.weight;
+        f.limitAnywhere = v.limitAnywhere;
+        f.limitFromHard = v.limitFromHard;
+    }
+    for (auto it = n.order.rbegin(); it != n.order.rend(); ++it) {
+        const Found& child = found_[*it];
+        if (child.parent == NoPos) continue;
+        Found& parent = found_[child.parent];
+        parent.weight = std::min(parent.weight, child.weight);
+        parent.limitAnywhere = std::min(parent.limitAnywhere, child.limitAnywhere);
+        parent.limitFromHard = std::min(parent.limitFromHard, child.limitFromHard);
+    }
 }
 
 std::size_t ProfileLookup::LineEnd(std::size_t pos) const {

@@ -72,6 +72,7 @@ class ProfileLookup {
     };
     struct Names;
     std::unique_ptr<Names> names_;
+    void Walk(); // finds every name's first entries
     std::size_t LineEnd(std::size_t pos) const;
 
     std::string_view text_;

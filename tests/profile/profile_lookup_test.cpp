@@ -2,6 +2,7 @@
 #include "catalogue/text.h"
 #include "profile/profile_lookup.h"
 
+#include <algorithm>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <random>
@@ -81,6 +82,17 @@ TEST(ProfileLookup, MatchesThePerUnitSearchOnGeneratedFiles) {
     }
 }
 
+void ExpectSameAsPerUnitSearch(const std::string& text, const std::vector<std::string>& names) {
+    std::string upper = UCase(text);
+    ProfileLookup lookup(text, names);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        float w = GetWeight(names[i], upper, "."), lw = lookup.Weight(i, ".");
+        float l = GetLimit(names[i], upper, "."), ll = lookup.Limit(i, ".");
+        ASSERT_EQ(std::memcmp(&w, &lw, sizeof w), 0) << "weight of '" << names[i] << "' in\n" << text;
+        ASSERT_EQ(std::memcmp(&l, &ll, sizeof l), 0) << "limit of '" << names[i] << "' in\n" << text;
+    }
+}
+
 TEST(ProfileLookup, LongTextsWithManyUnits) {
     std::mt19937 rng(7);
     std::vector<std::string> names;
@@ -93,11 +105,53 @@ TEST(ProfileLookup, LongTextsWithManyUnits) {
         if (i == 1000) text += "Plan Hard\r\n";
         text += "Limit " + name + std::to_string(rng() % 3) + " " + std::to_string(i) + "\r\n";
     }
-    std::string upper = UCase(text);
-    ProfileLookup lookup(text, names);
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        ASSERT_EQ(GetWeight(names[i], upper, "."), lookup.Weight(i, ".")) << names[i];
-        ASSERT_EQ(GetLimit(names[i], upper, "."), lookup.Limit(i, ".")) << names[i];
+    ExpectSameAsPerUnitSearch(text, names);
+}
+
+// Saved profiles list the same names in the same order in every plan, and
+// the look-up leans on that; lists that mostly repeat but not quite (names
+// left out, swapped, repeated, lengthened, in another case, cut off by the
+// end of the text) must still give the per-unit answers.
+TEST(ProfileLookup, PlansThatAlmostRepeatTheWeightList) {
+    std::mt19937 rng(20261123);
+    for (int file = 0; file < 200; ++file) {
+        std::vector<std::string> names;
+        const int count = 1 + static_cast<int>(rng() % 40);
+        for (int n = 0; n < count; ++n) {
+            std::string name = rng() % 4 == 0 && !names.empty() ? names[rng() % names.size()]
+                                                                : std::string(rng() % 2 ? "ARM" : "COR");
+            name += std::to_string(rng() % 30);
+            if (rng() % 8 == 0) name += "LONGERTHANSIXTEENBYTES";
+            if (rng() % 6 == 0) name = LCase(name);
+            names.push_back(name);
+        }
+        std::vector<std::string> order = names;
+        std::shuffle(order.begin(), order.end(), rng);
+        auto list = [&](const char* key, bool perturb) {
+            std::string out;
+            for (std::size_t k = 0; k < order.size(); ++k) {
+                std::string name = order[k];
+                if (perturb) {
+                    switch (rng() % 12) {
+                    case 0: continue;                                         // left out
+                    case 1: if (k + 1 < order.size()) name = order[k + 1]; break; // swapped
+                    case 2: name += "X"; break;                               // lengthened
+                    case 3: name = LCase(name); break;
+                    case 4: name = UCase(name); break;
+                    case 5: out += std::string(key) + name + " 1\r\n"; break; // repeated
+                    default: break;
+                    }
+                }
+                out += std::string(key) + name + " " + std::to_string(rng() % 100) + "\r\n";
+            }
+            return out;
+        };
+        std::string text = "Name: t\r\n" + list("Weight ", false);
+        for (const char* plan : {"plan easy\r\n", "plan medium\r\n", "plan hard\r\n"})
+            text += plan + list("Limit ", true);
+        // Sometimes the text ends inside the last name.
+        if (rng() % 3 == 0) text.resize(text.size() - 3 - rng() % 4);
+        ExpectSameAsPerUnitSearch(text, names);
     }
 }
 
