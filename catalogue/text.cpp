@@ -29,13 +29,17 @@ std::string LCase(std::string_view s) {
     return out;
 }
 
+void ProperCaseInPlace(char* begin, char* end) {
+    bool start = true;
+    for (char* c = begin; c != end; ++c) {
+        *c = start ? UpperChar(*c) : Lower(*c);
+        start = StartsWord(*c);
+    }
+}
+
 std::string ProperCase(std::string_view s) {
     std::string out(s);
-    bool start = true;
-    for (char& c : out) {
-        c = start ? UpperChar(c) : Lower(c);
-        start = StartsWord(c);
-    }
+    ProperCaseInPlace(out.data(), out.data() + out.size());
     return out;
 }
 

@@ -21,6 +21,7 @@ std::string LCase(std::string_view s);
 // Lower-case everything, then upper-case the first character and each
 // character after NUL, tab, LF, VT, FF, CR or space.
 std::string ProperCase(std::string_view s);
+void ProperCaseInPlace(char* begin, char* end); // the same, on the bytes in [begin, end)
 // Trim spaces only (not tabs), as the profile rules require.
 std::string TrimSpaces(std::string_view s);
 // Trim all ASCII white space.

@@ -1,10 +1,12 @@
 #include "profile/profile_numbers.h"
 
+#include <algorithm>
 #include <cfloat>
 #include <charconv>
 #include <clocale>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 
 namespace vantrel {
 
@@ -14,12 +16,19 @@ bool IsDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-// "-0" reads as 0 in a profile, so it is written as 0.
-std::string Localised(std::string text, std::string_view sep) {
-    if (text == "-0") return "0";
-    std::size_t dot = text.find('.');
-    if (dot != std::string::npos) text.replace(dot, 1, sep);
-    return text;
+// The text from to_chars at [begin, end) with "." made `sep`; "-0" reads as
+// 0 in a profile, so it is written as 0. Returns the new end.
+char* Localise(char* begin, char* end, std::string_view sep) {
+    if (end - begin == 2 && begin[0] == '-' && begin[1] == '0') {
+        begin[0] = '0';
+        return begin + 1;
+    }
+    char* dot = std::find(begin, end, '.');
+    if (dot == end) return end;
+    const auto tail = static_cast<std::size_t>(end - dot - 1);
+    std::memmove(dot + sep.size(), dot + 1, tail);
+    std::memcpy(dot, sep.data(), sep.size());
+    return dot + sep.size() + tail;
 }
 
 std::size_t SkipDigits(std::string_view s, std::size_t i) {
@@ -30,12 +39,59 @@ std::size_t SkipDigits(std::string_view s, std::size_t i) {
 
 // Whole values below 10^digits print the same in general form as integers,
 // which is much quicker to produce.
-template <class T> std::optional<std::string> WholeText(T value, T limit) {
-    if (!(value > -limit && value < limit) || value != std::trunc(value)) return std::nullopt;
-    if (value == 0) return std::string("0");
-    char buf[32];
-    auto res = std::to_chars(buf, buf + sizeof buf, static_cast<long long>(value));
-    return std::string(buf, res.ptr);
+template <class T> bool IsWholeBelow(T value, T limit) {
+    return value > -limit && value < limit && value == std::trunc(value);
+}
+template <class T> char* WriteWhole(char* out, T value) {
+    if (value == 0) {
+        *out = '0';
+        return out + 1;
+    }
+    return std::to_chars(out, out + 24, static_cast<long long>(value)).ptr;
+}
+
+// A weight that is not whole, with 7 significant digits in fixed notation,
+// as the general form writes it when the value is at least 1e-4 (smaller
+// ones need an exponent); nullptr for those. The value times a power of ten
+// of at most 10^10 is exact in a double (24 bits times 5^10 fits in 53),
+// so rounding it to a whole number rounds the decimal as to_chars does,
+// ties to even.
+char* WriteFixedWeight(char* out, float weight, std::string_view sep) {
+    static constexpr double Powers[] = {1e-4, 1e-3, 1e-2, 1e-1, 1e0, 1e1, 1e2, 1e3,
+                                        1e4,  1e5,  1e6,  1e7,  1e8, 1e9, 1e10};
+    const double a = std::fabs(static_cast<double>(weight));
+    if (!(a >= 1e-4) || !(a < 1e7)) return nullptr;
+    int e = -4; // the decimal exponent of the leading digit
+    while (e < 6 && a >= Powers[e + 5])
+        ++e;
+    auto digits = static_cast<std::uint64_t>(std::nearbyint(a * Powers[4 + 6 - e]));
+    if (digits == 10000000) { // rounded up to the next power of ten
+        digits = 1000000;
+        ++e;
+    }
+    char d[7];
+    for (int k = 6; k >= 0; --k, digits /= 10)
+        d[k] = static_cast<char>('0' + digits % 10);
+    int fracEnd = 7; // significant digits after trailing zeros are cut
+    const int intDigits = e >= 0 ? e + 1 : 0;
+    while (fracEnd > intDigits && d[fracEnd - 1] == '0')
+        --fracEnd;
+    if (weight < 0) *out++ = '-';
+    if (e >= 0) {
+        std::memcpy(out, d, static_cast<std::size_t>(intDigits));
+        out += intDigits;
+    } else {
+        *out++ = '0';
+    }
+    if (fracEnd > intDigits) {
+        std::memcpy(out, sep.data(), sep.size());
+        out += sep.size();
+        for (int z = e + 1; z < 0; ++z)
+            *out++ = '0';
+        std::memcpy(out, d + intDigits, static_cast<std::size_t>(fracEnd - intDigits));
+        out += fracEnd - intDigits;
+    }
+    return out;
 }
 
 // The common case of a value text: an optional "-", then at most 15 digits
@@ -75,18 +131,29 @@ std::string DecimalSeparator() {
     return conv->decimal_point;
 }
 
+char* WriteWeight(char* out, float weight, std::string_view sep) {
+    if (IsWholeBelow(weight, 1e7f)) return WriteWhole(out, weight);
+    if (char* end = WriteFixedWeight(out, weight, sep)) return end;
+    auto res = std::to_chars(out, out + 32, weight, std::chars_format::general, 7);
+    return Localise(out, res.ptr, sep);
+}
+
+char* WriteGeneral15(char* out, double value, std::string_view sep) {
+    if (IsWholeBelow(value, 1e15)) return WriteWhole(out, value);
+    auto res = std::to_chars(out, out + 32, value, std::chars_format::general, 15);
+    return Localise(out, res.ptr, sep);
+}
+
 std::string WeightText(float weight, std::string_view sep) {
-    if (auto whole = WholeText(weight, 1e7f)) return *whole;
-    char buf[64];
-    auto res = std::to_chars(buf, buf + sizeof buf, weight, std::chars_format::general, 7);
-    return Localised(std::string(buf, res.ptr), sep);
+    std::string text(NumberTextMax + sep.size(), '\0');
+    text.resize(static_cast<std::size_t>(WriteWeight(text.data(), weight, sep) - text.data()));
+    return text;
 }
 
 std::string General15Text(double value, std::string_view sep) {
-    if (auto whole = WholeText(value, 1e15)) return *whole;
-    char buf[64];
-    auto res = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::general, 15);
-    return Localised(std::string(buf, res.ptr), sep);
+    std::string text(NumberTextMax + sep.size(), '\0');
+    text.resize(static_cast<std::size_t>(WriteGeneral15(text.data(), value, sep) - text.data()));
+    return text;
 }
 
 double PlanLimit(int percent, float limit) {

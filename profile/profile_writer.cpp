@@ -6,7 +6,10 @@
 #include "profile/profile_numbers.h"
 #include "startup/paths.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
+#include <cstring>
 #include <cstdio>
 #include <vector>
 
@@ -50,31 +53,6 @@ SectionUnits UnitsBySection(const Definitions& defs) {
     return sections;
 }
 
-// Appends one section: its title, then a line break and an entry per unit.
-template <class ValueText>
-void AppendSection(std::string& out, const Definitions& defs, std::size_t s,
-                   const std::vector<int>& units, std::string_view keyword, bool first,
-                   ValueText valueText) {
-    out.append(first ? CRLF : "\r\n\r\n").append(Sections[s].title).append(CRLF);
-    for (int i : units) {
-        const vtUnit& u = defs.Units[i];
-        out.append(CRLF).append(keyword).append(u.UnitName).append(" ").append(valueText(u));
-    }
-}
-
-// Upper-cases the first character and every one after a word break, lower-cases the rest.
-void ProperCaseInPlace(char* begin, char* end) {
-    bool start = true;
-    for (char* c = begin; c != end; ++c) {
-        char ch = *c;
-        if (start && ch >= 'a' && ch <= 'z') ch = static_cast<char>(ch - 'a' + 'A');
-        if (!start && ch >= 'A' && ch <= 'Z') ch = static_cast<char>(ch - 'A' + 'a');
-        *c = ch;
-        start = ch == '\0' || ch == '\t' || ch == '\n' || ch == '\v' || ch == '\f' || ch == '\r' ||
-                ch == ' ';
-    }
-}
-
 std::string HeaderText(const ProfileHeader& h, const std::string& parentAIs) {
     std::string text = "/ " + std::string(53, '-');
     text.append(CRLF).append("Date: ").append(h.date);
@@ -108,7 +86,50 @@ constexpr std::array<PlanSpec, 3> Plans{{
     {"plan hard", optHardLimit, true, 80},
 }};
 
-// Builds the text while reporting progress after each block.
+// What the body needs of one included unit, in the order it is listed.
+struct Entry {
+    std::uint32_t nameAt = 0, nameLength = 0; // its name in the pool, proper-cased
+    float weight = 0, limit = 0;
+};
+
+// The body's pieces, gathered from the catalogue once: the units in listing
+// order with their names proper-cased, and where each section begins.
+struct BodyParts {
+    std::vector<Entry> entries;
+    std::array<std::size_t, SectionCount + 1> sectionStart{};
+    std::string pool; // the names, then 16 spare bytes so that a short name is copied whole
+};
+
+BodyParts GatherBody(const Definitions& defs) {
+    const SectionUnits sections = UnitsBySection(defs);
+    BodyParts parts;
+    for (std::size_t s = 0; s < SectionCount; ++s) {
+        parts.sectionStart[s] = parts.entries.size();
+        for (int i : sections[s]) {
+            const vtUnit& u = defs.Units[i];
+            parts.entries.push_back({static_cast<std::uint32_t>(parts.pool.size()),
+                                     static_cast<std::uint32_t>(u.UnitName.size()), u.Weight,
+                                     u.Limit});
+            parts.pool.append(u.UnitName);
+        }
+    }
+    parts.sectionStart[SectionCount] = parts.entries.size();
+    // Every name follows a space, so proper-casing each on its own gives what
+    // proper-casing the body would: here all at once, then the first letter
+    // of each upper-cased, as a start of word.
+    ProperCaseInPlace(parts.pool.data(), parts.pool.data() + parts.pool.size());
+    for (const Entry& e : parts.entries) {
+        char& first = parts.pool[e.nameAt];
+        if (e.nameLength > 0) first = UpperChar(first);
+    }
+    parts.pool.append(16, '\0');
+    return parts;
+}
+
+// Builds the text while reporting progress after each block. The body is
+// written into a buffer sized for it beforehand; it is proper-cased, and as
+// every piece of it (keyword, name, value, title) follows a line break or a
+// space, each piece is proper-cased on its own.
 std::string ProfileTextWithProgress(const Definitions& defs, const ProfileHeader& header,
                                     std::string_view sep, Progress* progress) {
     auto step = [&](int value) {
@@ -116,34 +137,85 @@ std::string ProfileTextWithProgress(const Definitions& defs, const ProfileHeader
         progress->SetValue(value);
         progress->Repaint();
     };
-    const SectionUnits sections = UnitsBySection(defs);
-    std::size_t entries = 0, nameBytes = 0;
-    for (const auto& units : sections)
-        for (int i : units) {
-            ++entries;
-            nameBytes += defs.Units[i].UnitName.size();
-        }
+    const BodyParts parts = GatherBody(defs);
+    std::array<std::string, SectionCount> titles;
+    std::size_t titleBytes = 0;
+    for (std::size_t s = 0; s < SectionCount; ++s) {
+        titles[s] = ProperCase(Sections[s].title);
+        titleBytes += titles[s].size() + 8;
+    }
+    constexpr std::string_view Weight = "Weight ", Limit = "Limit ";
+    // Numbers hold no letters but in an exponent ("1e+20", already lower
+    // case) or as "inf" and "nan", which start the value; a separator may.
+    const bool sepLetters = std::any_of(sep.begin(), sep.end(), [](char c) {
+        return UpperChar(c) != c || (c >= 'A' && c <= 'Z');
+    });
 
     std::string out = HeaderText(header, defs.ParentAIs);
-    const std::size_t bodyStart = out.size();
-    out.reserve(bodyStart + 4 * (nameBytes + 32 * entries) + 4096);
+    // Per entry at most: line break, keyword, name, space and value. The
+    // buffer is reserved for the whole body and grown a section at a time,
+    // with 16 bytes to spare, as a short name is copied 16 bytes at once.
+    const std::size_t perEntry = 2 + Weight.size() + 1 + NumberTextMax + sep.size();
+    out.reserve(out.size() + 4 * (parts.pool.size() + perEntry * parts.entries.size() +
+                                  titleBytes + 64));
+    char* p = out.data() + out.size();
+    auto room = [&](std::size_t bytes) {
+        const auto at = static_cast<std::size_t>(p - out.data());
+        if (out.size() < at + bytes + 16) out.resize(at + bytes + 16);
+        p = out.data() + at;
+    };
+    auto put = [&](std::string_view s) {
+        std::memcpy(p, s.data(), s.size());
+        p += s.size();
+    };
+    auto section = [&](std::size_t s, bool first, std::string_view keyword, auto value) {
+        std::size_t bytes = titles[s].size() + 8;
+        for (std::size_t k = parts.sectionStart[s]; k < parts.sectionStart[s + 1]; ++k)
+            bytes += perEntry + parts.entries[k].nameLength;
+        room(bytes);
+        put(first ? "\r\n" : "\r\n\r\n");
+        put(titles[s]);
+        put(CRLF);
+        for (std::size_t k = parts.sectionStart[s]; k < parts.sectionStart[s + 1]; ++k) {
+            const Entry& e = parts.entries[k];
+            std::memcpy(p, "\r\n", 2);
+            std::memcpy(p + 2, keyword.data(), keyword.size());
+            p += 2 + keyword.size();
+            const char* name = parts.pool.data() + e.nameAt;
+            if (e.nameLength <= 16)
+                std::memcpy(p, name, 16);
+            else
+                std::memcpy(p, name, e.nameLength);
+            p += e.nameLength;
+            *p++ = ' ';
+            char* v = p;
+            p = value(e, p);
+            if (sepLetters)
+                ProperCaseInPlace(v, p);
+            else if (v != p)
+                *v = UpperChar(*v);
+        }
+    };
     for (std::size_t s = 0; s < SectionCount; ++s)
-        AppendSection(out, defs, s, sections[s], "WEIGHT ", s == 0,
-                      [&](const vtUnit& u) { return WeightText(u.Weight, sep); });
+        section(s, s == 0, Weight, [&](const Entry& e, char* at) { return WriteWeight(at, e.weight, sep); });
     step(20);
 
     for (const PlanSpec& plan : Plans) {
-        int percent = defs.Option(plan.percent);
-        out.append("\r\n\r\n").append(plan.heading);
+        const int percent = defs.Option(plan.percent);
+        room(64);
+        put("\r\n\r\n");
+        put(ProperCase(plan.heading));
         for (std::size_t s = 0; s < SectionCount; ++s)
-            AppendSection(out, defs, s, sections[s], "LIMIT ", false, [&](const vtUnit& u) {
-                return plan.hard ? HardLimitText(percent, u.Limit, sep)
-                                 : EasyLimitText(percent, u.Limit, sep);
+            section(s, false, Limit, [&](const Entry& e, char* at) {
+                const double x = PlanLimit(percent, e.limit);
+                return WriteGeneral15(at, plan.hard ? x : std::floor(x), sep);
             });
         step(plan.progress);
     }
-    ProperCaseInPlace(out.data() + bodyStart, out.data() + out.size());
-    return out.append(CRLF);
+    room(2);
+    put(CRLF);
+    out.resize(static_cast<std::size_t>(p - out.data()));
+    return out;
 }
 
 } // namespace
@@ -158,10 +230,13 @@ std::string ProfileDate(std::time_t when) {
 }
 
 int ProfileSection(std::string_view tedClass) {
+    // The keywords differ in length or first letter: only one is compared whole.
+    auto is = [&](std::string_view keyword) {
+        return !keyword.empty() && keyword.size() == tedClass.size() &&
+               keyword[0] == tedClass[0] && keyword == tedClass;
+    };
     for (std::size_t s = 0; s < SectionCount; ++s)
-        if (tedClass == Sections[s].keyword1 ||
-            (!Sections[s].keyword2.empty() && tedClass == Sections[s].keyword2))
-            return static_cast<int>(s);
+        if (is(Sections[s].keyword1) || is(Sections[s].keyword2)) return static_cast<int>(s);
     return -1;
 }
 
