@@ -154,13 +154,29 @@ FindInSections(std::string_view text, const NameTable& upperNames, std::string_v
     std::vector<char> seen(upperNames.Count(), 0);
     key = TrimView(key);
     std::size_t current = NameTable::None; // a section asked for, in its first appearance
+    std::size_t last = NameTable::None;    // the last section asked for
     std::string upper;
+    // Files written for a catalogue list its names in order: the name after
+    // the last one found is compared first, and only another is looked up.
+    auto isNext = [&](std::string_view name) {
+        if (last + 1 >= upperNames.Count()) return false;
+        std::string_view next = upperNames.Text(last + 1);
+        if (next.size() != name.size()) return false;
+        for (std::size_t k = 0; k < name.size(); ++k)
+            if (UpperChar(name[k]) != next[k]) return false;
+        return true;
+    };
     ForEachLine(text, [&](std::string_view line) {
         if (auto name = SectionName(line)) {
-            upper.assign(*name);
-            for (char& c : upper)
-                c = UpperChar(c);
-            current = upperNames.Find(upper);
+            if (isNext(*name)) {
+                current = last + 1;
+            } else {
+                upper.assign(*name);
+                for (char& c : upper)
+                    c = UpperChar(c);
+                current = upperNames.Find(upper);
+            }
+            if (current != NameTable::None) last = current;
             // Only the first section of a name counts.
             if (current != NameTable::None && seen[current]) current = NameTable::None;
             if (current != NameTable::None) seen[current] = 1;
