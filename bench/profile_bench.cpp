@@ -7,6 +7,7 @@
 #include "profile/profile.h"
 #include "profile/profile_io.h"
 #include "profile/profile_lookup.h"
+#include "profile/profile_reader.h"
 #include "profile/profile_writer.h"
 
 #include <benchmark/benchmark.h>
@@ -99,6 +100,19 @@ void BM_ReadAndUpperCase(benchmark::State& state) {
     }
 }
 
+// Opening also reads the build-set file: the same baseline for both files.
+void BM_ReadAndUpperCaseWithBuildSet(benchmark::State& state) {
+    Fixture& f = Data();
+    for (auto _ : state) {
+        FileText file = ReadProfileFile(f.profile);
+        std::string upper = UCase(file.data);
+        FileText set = ReadProfileFile(BuildSetPath(f.profile));
+        std::string setUpper = UCase(set.data);
+        benchmark::DoNotOptimize(upper.data());
+        benchmark::DoNotOptimize(setUpper.data());
+    }
+}
+
 void BM_SaveAI(benchmark::State& state) {
     Fixture& f = Data();
     for (auto _ : state)
@@ -168,6 +182,7 @@ void BM_PerUnitSearch(benchmark::State& state) {
 BENCHMARK(BM_LoadCatalogue)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_OpenProfile)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ReadAndUpperCase)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ReadAndUpperCaseWithBuildSet)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_SaveAI)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_WriteSameBytes)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_StageSameBytes)->Unit(benchmark::kMillisecond);
