@@ -162,7 +162,7 @@ void BM_IndexedLookUp(benchmark::State& state) {
         ProfileLookup lookup(text, names);
         float sum = 0;
         for (std::size_t i = 0; i < names.size(); ++i)
-            sum += lookup.Weight(i, ".") + lookup.Limit(i, ".");
+            sum += lookup.Weight(i) + lookup.Limit(i);
         benchmark::DoNotOptimize(sum);
     }
 }

@@ -2,6 +2,7 @@
 
 #include "catalogue/text.h"
 #include "profile/name_table.h"
+#include "profile/unit_index.h"
 #include "profile/profile_numbers.h"
 
 #include <algorithm>
@@ -9,7 +10,9 @@
 #include <bit>
 #include <cstring>
 #include <cstdint>
-#include <unordered_map>
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace vantrel {
 
@@ -32,11 +35,6 @@ bool AtNoCase(std::string_view text, std::size_t pos, std::string_view upperWord
     for (std::size_t k = 0; k < upperWord.size(); ++k)
         if (UpperChar(text[pos + k]) != upperWord[k]) return false;
     return true;
-}
-
-// Characters that end a token.
-bool IsBreak(char c) {
-    return c == ' ' || c == '\r' || c == '\n';
 }
 
 std::uint64_t LoadWord(const char* p) {
@@ -75,8 +73,8 @@ float EntryValue(std::string_view text, std::size_t pos, std::size_t keyLength,
 
 // Calls at(i) for every i where text[i] is the letter `first` and
 // text[i + 1] is `second` (a letter in either case, else exactly), in order,
-// until at() returns false. Eight bytes at a time: a word is looked at
-// closely only when it may hold the pair.
+// until at() returns false. Sixteen or eight bytes at a time: a word is
+// looked at closely only when it may hold the pair.
 template <class At>
 void ForEachPair(std::string_view text, char first, char second, At&& at) {
     // OR-ing 0x20 turns exactly the two cases of a letter into the lower one.
@@ -89,6 +87,24 @@ void ForEachPair(std::string_view text, char first, char second, At&& at) {
         return (t[k] | 0x20) == first && (t[k + 1] | secondFold) == second;
     };
     std::size_t i = 0;
+#if defined(__SSE2__)
+    // Sixteen bytes at a time where SSE2 is there (every x86-64).
+    {
+        const __m128i fold = _mm_set1_epi8(0x20);
+        const __m128i secondFold16 = _mm_set1_epi8(static_cast<char>(secondFold));
+        const __m128i firsts = _mm_set1_epi8(first);
+        const __m128i seconds = _mm_set1_epi8(second);
+        for (; i + 17 <= size; i += 16) {
+            const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(t + i));
+            const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(t + i + 1));
+            const __m128i both = _mm_and_si128(
+                _mm_cmpeq_epi8(_mm_or_si128(a, fold), firsts),
+                _mm_cmpeq_epi8(_mm_or_si128(b, secondFold16), seconds));
+            for (unsigned m = static_cast<unsigned>(_mm_movemask_epi8(both)); m != 0; m &= m - 1)
+                if (!at(i + static_cast<std::size_t>(std::countr_zero(m)))) return;
+        }
+    }
+#endif
     if constexpr (std::endian::native == std::endian::little) {
         constexpr std::uint64_t Ones = 0x0101010101010101ULL;
         constexpr std::uint64_t Highs = 0x8080808080808080ULL;
@@ -123,154 +139,72 @@ std::size_t HardPlanStartNoCase(std::string_view text) {
     return found;
 }
 
-// A trie of the names that hold a break character.
-class NameTrie {
-  public:
-    void Insert(std::string_view name, std::size_t slot) {
-        std::size_t node = 0;
-        for (char c : name) {
-            auto [it, fresh] = edges_.try_emplace(Key(node, c), slots_.size());
-            if (fresh) slots_.push_back(None);
-            node = it->second;
-        }
-        slots_[node] = slot;
-    }
-    bool Empty() const { return edges_.empty(); }
+bool IsBreak(char c) {
+    return UnitIndex::IsBreak(c);
+}
 
-    // Calls visit(slot) for every name that `text`, upper-cased, starts with.
-    template <class Visit> void Walk(std::string_view text, Visit&& visit) const {
-        std::size_t node = 0;
-        for (char c : text) {
-            auto it = edges_.find(Key(node, UpperChar(c)));
-            if (it == edges_.end()) return;
-            node = it->second;
-            if (slots_[node] != None) visit(slots_[node]);
+// The token at `p`, which has `avail` bytes of text from it on, is the plain
+// name at `place`: the name's bytes (in any case), and then a break, the
+// text's end or the longest name's length.
+bool TokenIs(const UnitIndex& index, const char* p, std::size_t avail, std::size_t place) {
+    const UnitIndex::PlaceKey& key = index.KeyAt(place);
+    const std::size_t len = key.length;
+    if (avail < len || (len < avail && len < index.MaxPlainLength() && !IsBreak(p[len])))
+        return false;
+    if (len <= NameTable::InlineLength && avail >= NameTable::InlineLength) {
+        const std::uint64_t a = UpperWord(LoadWord(p));
+        if (len < 8) return FirstBytes(a, len) == key.head;
+        const std::uint64_t b = UpperWord(LoadWord(p + 8));
+        return a == key.head &&
+               (len < NameTable::InlineLength ? FirstBytes(b, len - 8) : b) == key.tail;
+    }
+    std::string_view name = index.Table().Text(key.slot);
+    for (std::size_t k = 0; k < len; ++k)
+        if (UpperChar(p[k]) != name[k]) return false;
+    return true;
+}
+
+// Finds the longest plain name that an upper-cased token starts with, by
+// hash: the whole token first, then its prefixes of the lengths names have.
+class TokenLookup {
+  public:
+    explicit TokenLookup(const UnitIndex& index)
+        : index_(index),
+          upper_(std::max(index.MaxPlainLength(), NameTable::InlineLength), '\0'),
+          tails_(index.MaxPlainLength() + 1, 0) {}
+
+    // The slot of the longest plain name the token at `p` starts with, or None.
+    std::size_t Longest(const char* p, std::size_t avail) {
+        // The token, upper-cased; bytes past it (left by the last token) are
+        // masked off by the key.
+        const std::size_t most = std::min(index_.MaxPlainLength(), avail);
+        std::size_t len = 0;
+        for (; len < most && !IsBreak(p[len]); ++len)
+            upper_[len] = UpperChar(p[len]);
+        if (len > NameTable::InlineLength) {
+            std::uint64_t h = 0;
+            for (std::size_t k = 8; k < len; ++k)
+                tails_[k + 1] = h = NameTable::ExtendTail(h, upper_[k]);
         }
+        for (++len; len-- > 0;) {
+            if (!index_.HasPlainLength(len)) continue;
+            const NameTable::Key key = NameTable::KeyOfPadded(
+                upper_.data(), len, len > NameTable::InlineLength ? tails_[len] : 0);
+            if (std::size_t slot = index_.Table().Find(key, upper_.data()); slot != None)
+                return slot;
+        }
+        return None;
     }
 
   private:
-    static std::uint64_t Key(std::size_t node, char c) {
-        return (static_cast<std::uint64_t>(node) << 8) | static_cast<unsigned char>(c);
-    }
-    std::unordered_map<std::uint64_t, std::size_t> edges_;
-    std::vector<std::size_t> slots_{None};
-};
-
-// A plain name as the walk first met it, with the first entries that name
-// it. Kept in the order first met, which is the order the next plan lists
-// them in, so that the walk reads these in turn.
-struct Visit {
-    std::uint64_t head = 0, tail = 0; // the name's key (names of up to 16 bytes)
-    std::uint32_t slot = 0, length = 0;
-    std::uint32_t weight = 0xFFFFFFFF, limitAnywhere = 0xFFFFFFFF, limitFromHard = 0xFFFFFFFF;
+    const UnitIndex& index_;
+    std::string upper_;
+    std::vector<std::uint64_t> tails_;
 };
 
 } // namespace
 
-// The distinct upper-cased names and the structures that find them.
-struct ProfileLookup::Names {
-    NameTable table;                 // every distinct name
-    std::vector<char> hasLength;     // per length up to maxLength: a plain name has it
-    std::size_t maxLength = 0;
-    NameTrie trie;                   // names with break characters
-    std::vector<std::uint64_t> tails; // scratch: tail hashes of a token
-
-    explicit Names(std::size_t capacity) : table(capacity) {}
-
-    std::vector<char> plain;          // per slot: the name holds no break character
-    std::vector<std::uint32_t> order; // the plain names' slots in byte order
-
-    static bool Plain(std::string_view s) {
-        return std::none_of(s.begin(), s.end(), [](char c) { return IsBreak(c); });
-    }
-
-    // The slot of an upper-cased name, added when new.
-    std::size_t Add(std::string_view name) {
-        std::size_t before = table.Count();
-        std::size_t slot = table.Add(name);
-        if (slot == before) {
-            plain.push_back(Plain(name));
-            if (plain.back())
-                maxLength = std::max(maxLength, name.size());
-            else
-                trie.Insert(name, slot);
-        }
-        return slot;
-    }
-
-    // Once every name is in: the lengths present, and each plain name's
-    // parent stored in found[slot].parent. In byte order every name that is
-    // a prefix of another comes before it, and the names between the two
-    // all start with it; so one walk keeping the chain of prefixes of the
-    // last name finds them all. The catalogue is usually in that order.
-    void Finish(std::vector<Found>& found) {
-        hasLength.assign(maxLength + 1, 0);
-        found.assign(table.Count(), Found{});
-        order.clear();
-        order.reserve(table.Count());
-        for (std::size_t slot = 0; slot < table.Count(); ++slot)
-            if (plain[slot]) {
-                order.push_back(static_cast<std::uint32_t>(slot));
-                hasLength[table.Text(slot).size()] = 1;
-            }
-        auto before = [&](std::size_t a, std::size_t b) { return table.Text(a) < table.Text(b); };
-        if (!std::is_sorted(order.begin(), order.end(), before))
-            std::sort(order.begin(), order.end(), before);
-        std::vector<std::size_t> chain;
-        for (std::size_t slot : order) {
-            std::string_view s = table.Text(slot);
-            while (!chain.empty() && !s.starts_with(table.Text(chain.back())))
-                chain.pop_back();
-            if (!chain.empty()) found[slot].parent = static_cast<std::uint32_t>(chain.back());
-            chain.push_back(slot);
-        }
-        tails.assign(maxLength + 1, 0);
-    }
-
-    // The token at `p`, which has `avail` bytes of text from it on, is the
-    // plain name `v` holds: the name's bytes (in any case), and then a break,
-    // the text's end or the longest name's length.
-    bool TokenIs(const char* p, std::size_t avail, const Visit& v) const {
-        const std::size_t len = v.length;
-        if (avail < len || (len < avail && len < maxLength && !IsBreak(p[len]))) return false;
-        if (len <= NameTable::InlineLength && avail >= NameTable::InlineLength) {
-            const std::uint64_t a = UpperWord(LoadWord(p));
-            if (len < 8) return FirstBytes(a, len) == v.head;
-            const std::uint64_t b = UpperWord(LoadWord(p + 8));
-            return a == v.head && (len < NameTable::InlineLength ? FirstBytes(b, len - 8) : b) == v.tail;
-        }
-        std::string_view name = table.Text(v.slot);
-        for (std::size_t k = 0; k < len; ++k)
-            if (UpperChar(p[k]) != name[k]) return false;
-        return true;
-    }
-
-    // The key of the first `len` bytes of a token at `p` (16 bytes readable)
-    // whose tail hashes are in `tails`.
-    NameTable::Key KeyAt(const char* p, std::size_t len) const {
-        return NameTable::KeyOfPadded(p, len, len > NameTable::InlineLength ? tails[len] : 0);
-    }
-    void HashTails(const char* p, std::size_t n) {
-        std::uint64_t h = 0;
-        for (std::size_t k = 8; k < n; ++k)
-            tails[k + 1] = h = NameTable::ExtendTail(h, p[k]);
-    }
-
-    // The longest plain name of at most `len` bytes that the token at `p`
-    // starts with (its tails hashed).
-    std::size_t Longest(const char* p, std::size_t len) const {
-        for (++len; len-- > 0;)
-            if (hasLength[len])
-                if (std::size_t slot = table.Find(KeyAt(p, len), p); slot != None) return slot;
-        return None;
-    }
-};
-
 ProfileLookup::~ProfileLookup() = default;
-
-const NameTable& ProfileLookup::Table() const {
-    return names_->table;
-}
 
 std::string_view EntryValueText(std::string_view text, std::size_t pos, std::size_t keyLength,
                                 std::size_t lineEnd) {
@@ -297,90 +231,77 @@ float GetLimit(std::string_view name, std::string_view upperText, std::string_vi
     return EntryValue(upperText, pos, key.size(), sep);
 }
 
-ProfileLookup::ProfileLookup(std::string_view text, const std::vector<std::string>& names)
-    : text_(text.substr(0, NoPos - 1)) {
-    names_ = std::make_unique<Names>(names.size());
-    Names& n = *names_;
-    slotOf_.reserve(names.size());
-    nameLength_.reserve(names.size());
-    exactSearchable_.reserve(names.size());
-    std::string upper;
-    for (const std::string& name : names) {
-        upper.assign(name);
-        bool lower = false;
-        for (char& c : upper) {
-            lower |= c >= 'a' && c <= 'z';
-            c = UpperChar(c);
-        }
-        slotOf_.push_back(n.Add(upper));
-        nameLength_.push_back(name.size());
-        exactSearchable_.push_back(!lower);
-    }
-    n.Finish(found_);
+ProfileLookup::ProfileLookup(std::string_view text, const UnitIndex& index, std::string_view sep)
+    : text_(text.substr(0, NoPos - 1)), sep_(sep), index_(&index) {
+    Walk();
+}
+
+ProfileLookup::ProfileLookup(std::string_view text, const std::vector<std::string>& names,
+                             std::string_view sep)
+    : text_(text.substr(0, NoPos - 1)), sep_(sep), owned_(std::make_unique<UnitIndex>(names)),
+      index_(owned_.get()) {
     Walk();
 }
 
 void ProfileLookup::Walk() {
-    Names& n = *names_;
+    const UnitIndex& index = *index_;
+    const std::size_t places = index.PlaceCount();
+    found_.assign(places, Found{});
     const std::size_t hard = HardPlanStartNoCase(text_);
     // The first entries of a kind at `pos`: a weight, or a limit anywhere and
-    // one from the hard plan on.
-    auto note = [&](std::uint32_t& weight, std::uint32_t& anywhere, std::uint32_t& fromHard,
-                    bool isWeight, std::size_t pos) {
+    // one from the hard plan on. The text there is at hand: the values that
+    // will be asked for are read now.
+    auto note = [&](std::size_t place, std::size_t nameLength, bool plain, bool isWeight,
+                    std::size_t pos) {
+        Found& f = found_[place];
         const auto p = static_cast<std::uint32_t>(pos);
         if (isWeight) {
-            if (weight == NoPos) weight = p;
+            if (f.weight != NoPos) return;
+            f.weight = p;
+            f.weightValue = ValueAt(p, WeightKey.size() + nameLength, plain);
         } else {
-            if (anywhere == NoPos) anywhere = p;
-            if (pos >= hard && fromHard == NoPos) fromHard = p;
+            if (f.limitAnywhere == NoPos) f.limitAnywhere = p;
+            if (pos < hard || f.limitFromHard != NoPos) return;
+            f.limitFromHard = p;
+            f.limitFromHardValue = ValueAt(p, LimitKey.size() + nameLength, plain);
         }
     };
 
-    // Each entry's token names the longest plain name it starts with. A plan
-    // usually lists the names in the order the one before did: the name met
-    // after the last entry's name is tried first, and only a token that is
-    // not that name is looked up.
-    std::vector<Visit> visits;
-    std::vector<std::uint32_t> visitOf(n.table.Count(), NoPos);
-    std::size_t current = None; // the visit of the last entry that named one
-    std::string upper(std::max(n.maxLength, NameTable::InlineLength), '\0');
+    // Each entry's token names the longest plain name it starts with. The
+    // candidates are the name that followed the last entry's name the last
+    // time, then the next places (a plan leaves out the units that are not
+    // built); only a token that is none of them is looked up.
+    constexpr std::size_t Ahead = 3;
+    std::vector<std::uint32_t> next(places, UnitIndex::None);
+    std::size_t current = None; // the place of the last entry that named one
+    TokenLookup lookup(index);
     auto enter = [&](std::size_t pos, bool isWeight, std::size_t from) {
         const char* token = text_.data() + from;
         const std::size_t avail = text_.size() - from;
-        std::size_t v = current + 1; // 0 after None
-        if (v >= visits.size() || !n.TokenIs(token, avail, visits[v])) {
-            // The token, upper-cased; bytes past it (left by the last token)
-            // are masked off by the key.
-            const std::size_t most = std::min(n.maxLength, avail);
-            std::size_t k = 0;
-            for (; k < most && !IsBreak(token[k]); ++k)
-                upper[k] = UpperChar(token[k]);
-            if (k > NameTable::InlineLength) n.HashTails(upper.data(), k);
-            const std::size_t slot = n.Longest(upper.data(), k);
-            if (slot == None) {
-                v = None;
-            } else if (visitOf[slot] != NoPos) {
-                v = visitOf[slot];
-            } else {
-                v = visits.size();
-                visitOf[slot] = static_cast<std::uint32_t>(v);
-                const NameTable::Key key = n.KeyAt(upper.data(), k);
-                Visit& fresh = visits.emplace_back();
-                fresh.head = key.head;
-                fresh.tail = key.tail;
-                fresh.slot = static_cast<std::uint32_t>(slot);
-                fresh.length = static_cast<std::uint32_t>(k);
-            }
+        std::size_t place = None;
+        if (current != None && next[current] != UnitIndex::None &&
+            TokenIs(index, token, avail, next[current])) {
+            place = next[current];
+        } else {
+            const std::size_t first = current + 1; // 0 after None
+            for (std::size_t k = first; k < places && k < first + Ahead; ++k)
+                if (TokenIs(index, token, avail, k)) {
+                    place = k;
+                    break;
+                }
+            if (place == None)
+                if (std::size_t slot = lookup.Longest(token, avail); slot != None)
+                    place = index.PlaceOfSlot(slot);
         }
-        if (v != None) {
-            Visit& visit = visits[v];
-            note(visit.weight, visit.limitAnywhere, visit.limitFromHard, isWeight, pos);
-            current = v;
+        if (place != None) {
+            note(place, index.KeyAt(place).length, true, isWeight, pos);
+            if (current != None) next[current] = static_cast<std::uint32_t>(place);
+            current = place;
         }
-        if (!n.trie.Empty())
-            n.trie.Walk(text_.substr(from), [&](std::size_t s) {
-                Found& f = found_[s];
-                note(f.weight, f.limitAnywhere, f.limitFromHard, isWeight, pos);
+        if (!index.BreakNames().Empty())
+            index.BreakNames().Walk(text_.substr(from), [&](std::size_t slot) {
+                const std::size_t at = index.PlaceOfSlot(slot);
+                note(at, index.NameLengthAt(at), false, isWeight, pos);
             });
     };
 
@@ -405,22 +326,28 @@ void ProfileLookup::Walk() {
         return true;
     });
 
-    // Each name's first entries, then a name also takes those of every
-    // longer name that starts with it: children come after their parents in
-    // byte order, so walking that order backwards hands them up in one pass.
-    for (const Visit& v : visits) {
-        Found& f = found_[v.slot];
-        f.weight = v.weight;
-        f.limitAnywhere = v.limitAnywhere;
-        f.limitFromHard = v.limitFromHard;
-    }
-    for (auto it = n.order.rbegin(); it != n.order.rend(); ++it) {
-        const Found& child = found_[*it];
-        if (child.parent == NoPos) continue;
-        Found& parent = found_[child.parent];
-        parent.weight = std::min(parent.weight, child.weight);
+    // A name also takes the first entries of every longer name that starts
+    // with it: longer names come first, so one pass hands them up the chain.
+    // A value taken that way is read with the name's own key, once.
+    std::vector<std::uint32_t> inherited;
+    std::vector<char> queued(index.Parents().empty() ? 0 : places, 0);
+    for (auto [childPlace, parentPlace] : index.Parents()) {
+        const Found& child = found_[childPlace];
+        Found& parent = found_[parentPlace];
+        if (child.weight < parent.weight || child.limitFromHard < parent.limitFromHard) {
+            if (!queued[parentPlace]) inherited.push_back(parentPlace);
+            queued[parentPlace] = 1;
+            parent.weight = std::min(parent.weight, child.weight);
+            parent.limitFromHard = std::min(parent.limitFromHard, child.limitFromHard);
+        }
         parent.limitAnywhere = std::min(parent.limitAnywhere, child.limitAnywhere);
-        parent.limitFromHard = std::min(parent.limitFromHard, child.limitFromHard);
+    }
+    for (std::uint32_t place : inherited) {
+        Found& f = found_[place];
+        const std::size_t length = index.KeyAt(place).length;
+        if (f.weight != NoPos) f.weightValue = ValueAt(f.weight, WeightKey.size() + length, true);
+        if (f.limitFromHard != NoPos)
+            f.limitFromHardValue = ValueAt(f.limitFromHard, LimitKey.size() + length, true);
     }
 }
 
@@ -439,20 +366,37 @@ std::size_t ProfileLookup::LineEnd(std::size_t pos) const {
     return it == lineEnds_.end() ? text_.size() : *it;
 }
 
-float ProfileLookup::Weight(std::size_t i, std::string_view sep) const {
-    std::uint32_t pos = found_[slotOf_[i]].weight;
-    if (pos == NoPos) return 0.0f;
-    return ProfileNumber(
-        EntryValueText(text_, pos, WeightKey.size() + nameLength_[i], LineEnd(pos)), sep);
+float ProfileLookup::ValueAt(std::uint32_t pos, std::size_t keyLength, bool plainKey) const {
+    // A key without CR or LF ends before its line does: the line end is the
+    // first CR LF after the key, and entry lines are short.
+    constexpr std::size_t Near = 64;
+    if (plainKey && keyLength <= text_.size() - pos) {
+        const char* value = text_.data() + pos + keyLength;
+        const std::size_t left = std::min(text_.size() - pos - keyLength, Near);
+        for (std::size_t k = 0; k + 1 < left; ++k) {
+            if (value[k] != '\r' || value[k + 1] != '\n') continue;
+            std::string_view v(value, k);
+            while (!v.empty() && v.front() == ' ')
+                v.remove_prefix(1);
+            while (!v.empty() && v.back() == ' ')
+                v.remove_suffix(1);
+            return ProfileNumber(v, sep_);
+        }
+    }
+    return ProfileNumber(EntryValueText(text_, pos, keyLength, LineEnd(pos)), sep_);
 }
 
-float ProfileLookup::Limit(std::size_t i, std::string_view sep) const {
-    const Found& f = found_[slotOf_[i]];
-    std::uint32_t pos = f.limitFromHard;
-    if (pos == NoPos && exactSearchable_[i]) pos = f.limitAnywhere;
-    if (pos == NoPos) return 0.0f;
-    return ProfileNumber(EntryValueText(text_, pos, LimitKey.size() + nameLength_[i], LineEnd(pos)),
-                         sep);
+float ProfileLookup::Weight(std::size_t i) const {
+    const Found& f = found_[index_->Place(i)];
+    return f.weight == NoPos ? 0.0f : f.weightValue;
+}
+
+float ProfileLookup::Limit(std::size_t i) const {
+    const Found& f = found_[index_->Place(i)];
+    if (f.limitFromHard != NoPos) return f.limitFromHardValue;
+    if (f.limitAnywhere == NoPos || !index_->ExactSearchable(i)) return 0.0f;
+    return ValueAt(f.limitAnywhere, LimitKey.size() + index_->NameLengthAt(index_->Place(i)),
+                   false);
 }
 
 } // namespace vantrel

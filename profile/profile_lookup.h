@@ -17,7 +17,7 @@
 
 namespace vantrel {
 
-class NameTable;
+class UnitIndex;
 
 // The value text of an entry found at `pos` whose key is `keyLength`
 // characters long: the rest of its line (up to the first CR LF at or after
@@ -43,45 +43,55 @@ float GetLimit(std::string_view name, std::string_view upperText, std::string_vi
 // entry found for it (for limits, the first one at or after "PLAN HARD" and
 // the first one overall). Names holding a space, CR or LF can match across a
 // token's end; they are followed through a trie from every entry instead.
-// Cost: the text's length, plus per entry its token's length and usually one
-// hash probe (one per distinct name length when the token is not a name).
+// Profiles list the names in catalogue order, plan after plan: each token is
+// first compared with the name that followed the last entry's name the last
+// time, then with the next few names of the catalogue, and only looked up by
+// hash when none is it. Cost: the text's length, plus per entry a compare or
+// two of 16 bytes (a hash probe per distinct name length on a miss).
 class ProfileLookup {
   public:
     // `text` is the profile as read, in any case; the answers are those of
-    // GetWeight and GetLimit on its upper-cased copy. It must outlive the object.
-    ProfileLookup(std::string_view text, const std::vector<std::string>& names);
+    // GetWeight and GetLimit on its upper-cased copy, with `sep` as the
+    // decimal separator, for the names `index` was made from. The text and
+    // the index must outlive the object.
+    ProfileLookup(std::string_view text, const UnitIndex& index, std::string_view sep = ".");
+    // The same with an index of its own.
+    ProfileLookup(std::string_view text, const std::vector<std::string>& names,
+                  std::string_view sep = ".");
     ~ProfileLookup();
 
-    // The distinct upper-cased names, and the slot of names[i] among them.
-    const NameTable& Table() const;
-    std::size_t Slot(std::size_t i) const { return slotOf_[i]; }
+    const UnitIndex& Index() const { return *index_; }
 
     // Weight and limit of names[i], exactly as GetWeight and GetLimit give them.
-    float Weight(std::size_t i, std::string_view sep) const;
-    float Limit(std::size_t i, std::string_view sep) const;
+    float Weight(std::size_t i) const;
+    float Limit(std::size_t i) const;
 
   private:
     // Positions are held in 32 bits: a text is searched in its first 4 GiB
     // (the readers take files of at most 256 MiB).
     static constexpr std::uint32_t NoPos = 0xFFFFFFFF;
+    // A name's first entries, with the values of those that are read
+    // whenever there is one (read where the walk finds them).
     struct Found {
         std::uint32_t weight = NoPos;
         std::uint32_t limitFromHard = NoPos;
         std::uint32_t limitAnywhere = NoPos;
-        std::uint32_t parent = NoPos; // longest proper prefix that is a name without breaks
+        float weightValue = 0.0f;
+        float limitFromHardValue = 0.0f;
     };
-    struct Names;
-    std::unique_ptr<Names> names_;
     void Walk(); // finds every name's first entries
     std::size_t LineEnd(std::size_t pos) const;
+    // The value of the entry at `pos` whose key is `keyLength` characters
+    // long; `plainKey`: the key holds no CR or LF.
+    float ValueAt(std::uint32_t pos, std::size_t keyLength, bool plainKey) const;
 
     std::string_view text_;
+    std::string sep_;
+    std::unique_ptr<UnitIndex> owned_;
+    const UnitIndex* index_ = nullptr;
     mutable std::vector<std::size_t> lineEnds_; // every CR LF, listed when first needed
     mutable bool lineEndsListed_ = false;
-    std::vector<std::size_t> slotOf_;     // names[i] -> its distinct upper-cased name
-    std::vector<std::size_t> nameLength_; // per names[i]
-    std::vector<bool> exactSearchable_;   // names[i] has no lower-case letter
-    std::vector<Found> found_;            // per distinct name
+    std::vector<Found> found_; // per place
 };
 
 } // namespace vantrel

@@ -98,10 +98,10 @@ char* WriteFixedWeight(char* out, float weight, std::string_view sep) {
 // with at most one one-character separator among or after them. Its value is
 // the digits as a whole number divided by a power of ten; both are exact
 // doubles, so the one division rounds correctly, as from_chars would.
-std::optional<double> PlainDecimal(std::string_view text, std::string_view sep) {
+bool PlainDecimal(std::string_view text, std::string_view sep, double& out) {
     static constexpr double Powers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                         1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-    if (sep.size() != 1 || text.empty() || text.size() > 17) return std::nullopt;
+    if (sep.size() != 1 || text.empty() || text.size() > 17) return false;
     std::size_t i = text[0] == '-' ? 1 : 0;
     std::uint64_t digits = 0;
     int count = 0;
@@ -115,12 +115,14 @@ std::optional<double> PlainDecimal(std::string_view text, std::string_view sep) 
         } else if (c == sep[0] && fraction < 0) {
             fraction = 0;
         } else {
-            return std::nullopt;
+            return false;
         }
     }
-    if (count == 0 || count > 15) return std::nullopt;
-    double value = static_cast<double>(digits) / Powers[fraction < 0 ? 0 : fraction];
-    return text[0] == '-' ? -value : value;
+    if (count == 0 || count > 15) return false;
+    double value = static_cast<double>(digits);
+    if (fraction > 0) value /= Powers[fraction];
+    out = text[0] == '-' ? -value : value;
+    return true;
 }
 
 } // namespace
@@ -170,7 +172,7 @@ std::string HardLimitText(int percent, float limit, std::string_view sep) {
 
 std::optional<double> ParseRegionalNumber(std::string_view text, std::string_view sep) {
     if (sep.empty()) sep = ".";
-    if (auto plain = PlainDecimal(text, sep)) return plain;
+    if (double plain; PlainDecimal(text, sep, plain)) return plain;
     // Check the form first, noting where its parts are.
     std::size_t i = 0;
     const bool plus = !text.empty() && text[0] == '+';
@@ -235,6 +237,8 @@ std::string KeepDigits(std::string_view value) {
 }
 
 float ProfileNumber(std::string_view text, std::string_view sep) {
+    if (double plain; PlainDecimal(text, sep.empty() ? "." : sep, plain))
+        return static_cast<float>(plain);
     if (auto v = ParseRegionalNumber(text, sep)) return static_cast<float>(*v);
     std::string digits = KeepDigits(text);
     double value = 0;

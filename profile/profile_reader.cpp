@@ -7,6 +7,7 @@
 #include "profile/profile_io.h"
 #include "profile/profile_lookup.h"
 #include "profile/profile_numbers.h"
+#include "profile/unit_index.h"
 #include "startup/paths.h"
 
 #include <algorithm>
@@ -34,6 +35,43 @@ void StoreClamped(vtUnit& unit, float weight, float limit, const Definitions& de
     if (unit.Limit > limitMax) unit.Limit = limitMax;
 }
 
+// The units after which the progress is shown: those where
+// floor(i / n * 100), computed in doubles, is 20, 50, 90 or 100. That value
+// never falls as i grows, so each is a run of units, found by bisection.
+class ProgressSteps {
+  public:
+    explicit ProgressSteps(int n) : n_(n) {
+        for (int percent : {20, 50, 90, 100})
+            runs_.push_back({First(percent), First(percent + 1)});
+    }
+    // Asked for i = 1, 2, ... in turn.
+    bool At(int i) {
+        while (run_ < runs_.size() && i >= runs_[run_].second)
+            ++run_;
+        return run_ < runs_.size() && i >= runs_[run_].first;
+    }
+
+  private:
+    int Percent(int i) const {
+        return static_cast<int>(std::floor(static_cast<double>(i) / n_ * 100.0));
+    }
+    // The first unit at or past `percent` (n + 1 when none).
+    int First(int percent) const {
+        int lo = 1, hi = n_ + 1;
+        while (lo < hi) {
+            int mid = lo + (hi - lo) / 2;
+            if (Percent(mid) >= percent)
+                hi = mid;
+            else
+                lo = mid + 1;
+        }
+        return lo;
+    }
+    int n_;
+    std::vector<std::pair<int, int>> runs_;
+    std::size_t run_ = 0;
+};
+
 // The frame both readers share. `valuesOf(i)` gives unit i's weight and limit.
 template <class ValuesOf>
 void ReadInto(ProfileContext& ctx, const std::string& path, const std::string& text, bool merge,
@@ -42,16 +80,16 @@ void ReadInto(ProfileContext& ctx, const std::string& path, const std::string& t
     const int n = defs.Units.UBound();
     ctx.progress.SetMaximum(n);
     if (merge) {
-        defs.SavedUnits.Dim(n);
-        for (int i = 1; i <= n; ++i)
-            defs.SavedUnits[i] = defs.Units[i];
+        // A copy of the catalogue; assigned whole, the old copy's strings are reused.
+        defs.SavedUnits = defs.Units;
+        defs.SavedUnits[0] = vtUnit{};
     }
     RecordArray<vtUnit>& target = merge ? defs.SavedUnits : defs.Units;
+    ProgressSteps steps(n);
     for (int i = 1; i <= n; ++i) {
         auto [weight, limit] = valuesOf(i);
         StoreClamped(target[i], weight, limit, defs);
-        int p = static_cast<int>(std::floor(static_cast<double>(i) / n * 100.0));
-        if (p == 20 || p == 50 || p == 90 || p == 100) {
+        if (steps.At(i)) {
             ctx.progress.SetValue(i);
             ctx.progress.Repaint();
         }
@@ -94,10 +132,6 @@ template <class ValueOf> void ApplyBuildSet(Definitions& defs, ValueOf valueOf) 
         const std::optional<std::string_view>& value = valueOf(i);
         defs.Units[i].Include = !(value && EqualsNoCase(*value, "DON'T BUILD;"));
     }
-}
-
-bool HasEndBlanks(std::string_view s) {
-    return !s.empty() && (IsBlankChar(s.front()) || IsBlankChar(s.back()));
 }
 
 std::vector<std::string> UnitNames(const Definitions& defs) {
@@ -148,24 +182,24 @@ void ReadBuildSet(Definitions& defs, const std::string& profilePath) {
 
 void ReadAI(ProfileContext& ctx, const std::string& path, bool merge) {
     std::string text = BeginRead(ctx, path);
-    std::vector<std::string> names = UnitNames(ctx.defs);
-    ProfileLookup lookup(text, names);
+    const UnitIndex& index = IndexOfUnits(ctx.defs);
+    const std::string sep = DecimalSeparator();
+    ProfileLookup lookup(text, index, sep);
     if (!merge) {
         // The build set looks its sections up among the same upper-cased
         // names, unless a name has blanks at an end (a section name never does).
-        if (std::any_of(names.begin(), names.end(), HasEndBlanks)) {
+        if (index.AnyEndBlanks()) {
             ReadBuildSet(ctx.defs, path);
         } else if (std::optional<std::string> setText = BuildSetFileText(path)) {
-            auto bySlot = FindInSections(*setText, lookup.Table(), "Set");
+            auto bySlot = FindInSections(*setText, index.Table(), "Set");
             ApplyBuildSet(ctx.defs, [&](int i) {
-                return bySlot[lookup.Slot(static_cast<std::size_t>(i - 1))];
+                return bySlot[index.Slot(static_cast<std::size_t>(i - 1))];
             });
         }
     }
-    const std::string sep = DecimalSeparator();
     ReadInto(ctx, path, text, merge, true, [&](int i) {
         auto k = static_cast<std::size_t>(i - 1);
-        return std::pair{lookup.Weight(k, sep), lookup.Limit(k, sep)};
+        return std::pair{lookup.Weight(k), lookup.Limit(k)};
     });
 }
 

@@ -1,6 +1,7 @@
 // The indexed look-up must give exactly what one search per unit gives.
 #include "catalogue/text.h"
 #include "profile/profile_lookup.h"
+#include "profile/unit_index.h"
 
 #include <algorithm>
 #include <cstring>
@@ -71,7 +72,7 @@ TEST(ProfileLookup, MatchesThePerUnitSearchOnGeneratedFiles) {
             float w = GetWeight(names[i], upper, ".");
             float l = GetLimit(names[i], upper, ".");
             // Bitwise equality: the same entry must be found, not just an equal value.
-            float lw = lookup.Weight(i, "."), ll = lookup.Limit(i, ".");
+            float lw = lookup.Weight(i), ll = lookup.Limit(i);
             ASSERT_EQ(std::memcmp(&w, &lw, sizeof w), 0)
                 << "file " << file << " weight of '" << names[i] << "' in\n"
                 << text;
@@ -82,12 +83,15 @@ TEST(ProfileLookup, MatchesThePerUnitSearchOnGeneratedFiles) {
     }
 }
 
-void ExpectSameAsPerUnitSearch(const std::string& text, const std::vector<std::string>& names) {
+// `listing`: the order the index expects the names in (theirs when empty).
+void ExpectSameAsPerUnitSearch(const std::string& text, const std::vector<std::string>& names,
+                               const std::vector<std::uint32_t>& listing = {}) {
     std::string upper = UCase(text);
-    ProfileLookup lookup(text, names);
+    UnitIndex index(names, listing);
+    ProfileLookup lookup(text, index);
     for (std::size_t i = 0; i < names.size(); ++i) {
-        float w = GetWeight(names[i], upper, "."), lw = lookup.Weight(i, ".");
-        float l = GetLimit(names[i], upper, "."), ll = lookup.Limit(i, ".");
+        float w = GetWeight(names[i], upper, "."), lw = lookup.Weight(i);
+        float l = GetLimit(names[i], upper, "."), ll = lookup.Limit(i);
         ASSERT_EQ(std::memcmp(&w, &lw, sizeof w), 0) << "weight of '" << names[i] << "' in\n" << text;
         ASSERT_EQ(std::memcmp(&l, &ll, sizeof l), 0) << "limit of '" << names[i] << "' in\n" << text;
     }
@@ -108,8 +112,8 @@ TEST(ProfileLookup, LongTextsWithManyUnits) {
     ExpectSameAsPerUnitSearch(text, names);
 }
 
-// Saved profiles list the same names in the same order in every plan, and
-// the look-up leans on that; lists that mostly repeat but not quite (names
+// Saved profiles list the same names in the same order in every plan (the
+// order the index expects), and the look-up leans on that; lists that mostly repeat but not quite (names
 // left out, swapped, repeated, lengthened, in another case, cut off by the
 // end of the text) must still give the per-unit answers.
 TEST(ProfileLookup, PlansThatAlmostRepeatTheWeightList) {
@@ -125,8 +129,13 @@ TEST(ProfileLookup, PlansThatAlmostRepeatTheWeightList) {
             if (rng() % 6 == 0) name = LCase(name);
             names.push_back(name);
         }
-        std::vector<std::string> order = names;
-        std::shuffle(order.begin(), order.end(), rng);
+        std::vector<std::uint32_t> listing(names.size());
+        for (std::size_t k = 0; k < listing.size(); ++k)
+            listing[k] = static_cast<std::uint32_t>(k);
+        std::shuffle(listing.begin(), listing.end(), rng);
+        std::vector<std::string> order;
+        for (std::uint32_t k : listing)
+            order.push_back(names[k]);
         auto list = [&](const char* key, bool perturb) {
             std::string out;
             for (std::size_t k = 0; k < order.size(); ++k) {
@@ -151,7 +160,9 @@ TEST(ProfileLookup, PlansThatAlmostRepeatTheWeightList) {
             text += plan + list("Limit ", true);
         // Sometimes the text ends inside the last name.
         if (rng() % 3 == 0) text.resize(text.size() - 3 - rng() % 4);
+        // Expecting the names in catalogue order, or in the order listed.
         ExpectSameAsPerUnitSearch(text, names);
+        ExpectSameAsPerUnitSearch(text, names, listing);
     }
 }
 

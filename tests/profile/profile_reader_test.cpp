@@ -50,6 +50,26 @@ TEST_F(Reader, SavedProfileOpensAgainWithItsBuildSet) {
     EXPECT_EQ(rig.fields.Author(), "N/A");
 }
 
+// The name index is kept between reads: renaming, adding or reordering
+// units must not leave a read looking up the old names.
+TEST_F(Reader, ReadsFollowTheCatalogueAsItChanges) {
+    Write("p.txt", "Weight ARMCK 2\nWeight ARMLLT 3\nWeight CORAK 4\nplan hard\n"
+                   "Limit ARMCK 5\nLimit ARMLLT 6\nLimit CORAK 7\n");
+    Units({{"ARMCK", "CNSTR", true, 0, 0}, {"ARMLLT", "FORT", true, 0, 0}});
+    ReadAI(rig.ctx, dir / "p.txt", false);
+    EXPECT_EQ(U(2).Weight, 3.0f);
+    U(2).UnitName = "CORAK";
+    ReadAI(rig.ctx, dir / "p.txt", false);
+    EXPECT_EQ(U(2).Weight, 4.0f);
+    EXPECT_EQ(U(2).Limit, 7.0f);
+    Units({{"CORAK", "KBOT", true, 0, 0}, {"ARMLLT", "FORT", true, 0, 0},
+           {"ARMCK", "CNSTR", true, 0, 0}});
+    ReadAI(rig.ctx, dir / "p.txt", true);
+    EXPECT_EQ(S(1).Weight, 4.0f);
+    EXPECT_EQ(S(2).Limit, 6.0f);
+    EXPECT_EQ(S(3).Limit, 5.0f);
+}
+
 TEST_F(Reader, HardPlanValueIsWhatComesBack) {
     Units({{"ARMCK", "CNSTR", true, 2, 10}});
     rig.defs.OptionValues[optHardLimit] = 90;
