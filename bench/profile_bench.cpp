@@ -91,6 +91,24 @@ void BM_OpenProfile(benchmark::State& state) {
         ReadAI(f.ctx, f.profile, false);
 }
 
+// The first open after the catalogue is loaded or its names change also
+// builds the unit-name index that later reads reuse.
+void BM_OpenProfileNewIndex(benchmark::State& state) {
+    Fixture& f = Data();
+    for (auto _ : state) {
+        f.defs.UnitNameIndex.reset();
+        ReadAI(f.ctx, f.profile, false);
+    }
+}
+
+void BM_MergeProfileNewIndex(benchmark::State& state) {
+    Fixture& f = Data();
+    for (auto _ : state) {
+        f.defs.UnitNameIndex.reset();
+        ReadAI(f.ctx, f.profile, true);
+    }
+}
+
 void BM_ReadAndUpperCase(benchmark::State& state) {
     Fixture& f = Data();
     for (auto _ : state) {
@@ -181,6 +199,8 @@ void BM_PerUnitSearch(benchmark::State& state) {
 
 BENCHMARK(BM_LoadCatalogue)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_OpenProfile)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_OpenProfileNewIndex)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_MergeProfileNewIndex)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ReadAndUpperCase)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ReadAndUpperCaseWithBuildSet)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_SaveAI)->Unit(benchmark::kMillisecond);

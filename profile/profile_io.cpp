@@ -117,8 +117,7 @@ StagedFile::StagedFile(std::string target, std::string_view data) : target_(std:
         WriteFailed(target_, Reason(err));
     }
     // The replacement keeps the permissions of the file it replaces.
-    bool ok = (!keepMode || ::fchmod(out.fd, mode) == 0) && WriteAll(out.fd, data) &&
-              ::fsync(out.fd) == 0;
+    bool ok = (!keepMode || ::fchmod(out.fd, mode) == 0) && WriteAll(out.fd, data);
     int err = errno;
     if (::close(out.Release()) != 0 && ok) {
         ok = false;

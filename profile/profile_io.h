@@ -27,6 +27,14 @@ bool WriteAll(int fd, std::string_view data);
 // that is not committed is removed. Throws ProfileError naming the target and
 // the reason when the file cannot be written or renamed. A target that exists
 // but is not a regular file (a folder, a device) is refused.
+//
+// The data is not forced to the disk before the rename, as most editors
+// do: a save then takes milliseconds rather than disk round trips, and every
+// failure the program can see (no folder, no permission, a full disk, a
+// failed close) still comes before the old file is touched. What is left to
+// the file system is a power cut right after a save: ext4 (the usual Linux
+// default) writes a replacing file's data before the rename, so the old or
+// the new file survives; elsewhere the new file may come back empty.
 class StagedFile {
   public:
     StagedFile(std::string target, std::string_view data);

@@ -11,6 +11,8 @@
 #include <cmath>
 #include <cstring>
 #include <cstdio>
+#include <future>
+#include <memory>
 #include <vector>
 
 namespace vantrel {
@@ -229,14 +231,30 @@ std::string ProfileDate(std::time_t when) {
     return buf;
 }
 
-int ProfileSection(std::string_view tedClass) {
-    // The keywords differ in length or first letter: only one is compared whole.
-    auto is = [&](std::string_view keyword) {
-        return !keyword.empty() && keyword.size() == tedClass.size() &&
-               keyword[0] == tedClass[0] && keyword == tedClass;
+// The keywords by first letter (at most two share one), each with its section.
+struct KeywordSection {
+    std::string_view keyword;
+    int section = -1;
+};
+constexpr auto KeywordsByLetter = [] {
+    std::array<std::array<KeywordSection, 2>, 26> table{};
+    auto add = [&](std::string_view keyword, int section) {
+        if (keyword.empty()) return;
+        auto& pair = table[static_cast<std::size_t>(keyword[0] - 'A')];
+        if (!pair[1].keyword.empty()) throw "at most two keywords may share a first letter";
+        (pair[0].keyword.empty() ? pair[0] : pair[1]) = {keyword, section};
     };
-    for (std::size_t s = 0; s < SectionCount; ++s)
-        if (is(Sections[s].keyword1) || is(Sections[s].keyword2)) return static_cast<int>(s);
+    for (std::size_t s = 0; s < SectionCount; ++s) {
+        add(Sections[s].keyword1, static_cast<int>(s));
+        add(Sections[s].keyword2, static_cast<int>(s));
+    }
+    return table;
+}();
+
+int ProfileSection(std::string_view tedClass) {
+    if (tedClass.empty() || tedClass[0] < 'A' || tedClass[0] > 'Z') return -1;
+    for (const KeywordSection& k : KeywordsByLetter[static_cast<std::size_t>(tedClass[0] - 'A')])
+        if (k.keyword == tedClass) return k.section;
     return -1;
 }
 
@@ -273,14 +291,21 @@ void SaveAI(ProfileContext& ctx, const std::string& path) {
     std::string fileName = path;
     ctx.progress.SetStatus("Saving ... '" + StripPath(fileName) + "'");
 
+    // The build-set file is made and written on a second thread meanwhile;
+    // both only read the catalogue. Should the profile fail, the pending
+    // build set is waited for and its temporary file removed.
+    std::future<std::unique_ptr<StagedFile>> buildSet = std::async(std::launch::async, [&] {
+        return std::make_unique<StagedFile>(BuildSetPath(path),
+                                            BuildSetText(ctx.defs, header.name));
+    });
     std::string text = ProfileTextWithProgress(ctx.defs, header, DecimalSeparator(), &ctx.progress);
     ctx.progress.SetValue(100);
     ctx.progress.Repaint();
 
     // Both files are written in full before either replaces its old version.
     StagedFile profile(path, text);
-    StagedFile buildSet(BuildSetPath(path), BuildSetText(ctx.defs, header.name));
-    CommitTogether(profile, buildSet);
+    std::unique_ptr<StagedFile> set = buildSet.get();
+    CommitTogether(profile, *set);
 }
 
 } // namespace vantrel

@@ -137,6 +137,17 @@ TEST(ProfileText, SectionsCaseAndExclusions) {
     EXPECT_EQ(BuildSetText(Definitions{}, "A AI"), "[BUILD SET]\r\nAiName=A AI;\r\n");
 }
 
+TEST(ProfileSection, EveryKeywordExactlyAndNothingElse) {
+    const std::pair<const char*, int> cases[] = {
+        {"CNSTR", 0},  {"COMMANDER", 1}, {"VTOL", 2},  {"TANK", 3},     {"KBOT", 4},
+        {"SHIP", 5},   {"WATER", 5},     {"FORT", 6},  {"ENERGY", 7},   {"METAL", 7},
+        {"PLANT", 8},  {"SPECIAL", 9},   {"", -1},     {"tank", -1},    {"TANKS", -1},
+        {"TAN", -1},   {"COMMANDE", -1}, {"CNSTRX", -1}, {"SPECIA", -1}, {"_SHIP", -1},
+        {"\xC9NERGY", -1}};
+    for (auto [tedClass, section] : cases)
+        EXPECT_EQ(ProfileSection(tedClass), section) << tedClass;
+}
+
 TEST(NumberForms, WeightsUseSevenSignificantDigits) {
     EXPECT_EQ(WeightText(2, "."), "2");
     EXPECT_EQ(WeightText(1.5f, "."), "1.5");
