@@ -96,7 +96,8 @@ bool WriteAll(int fd, std::string_view data) {
     return true;
 }
 
-StagedFile::StagedFile(std::string target, std::string_view data) : target_(std::move(target)) {
+StagedFile::StagedFile(std::string target, std::initializer_list<std::string_view> pieces)
+    : target_(std::move(target)) {
     struct stat st {};
     mode_t mode = 0666;
     bool keepMode = false;
@@ -117,7 +118,9 @@ StagedFile::StagedFile(std::string target, std::string_view data) : target_(std:
         WriteFailed(target_, Reason(err));
     }
     // The replacement keeps the permissions of the file it replaces.
-    bool ok = (!keepMode || ::fchmod(out.fd, mode) == 0) && WriteAll(out.fd, data);
+    bool ok = !keepMode || ::fchmod(out.fd, mode) == 0;
+    for (std::string_view piece : pieces)
+        ok = ok && WriteAll(out.fd, piece);
     int err = errno;
     if (::close(out.Release()) != 0 && ok) {
         ok = false;

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <future>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -72,18 +73,21 @@ class ProgressSteps {
     std::size_t run_ = 0;
 };
 
-// The frame both readers share. `valuesOf(i)` gives unit i's weight and limit.
+// Merging reads into a copy of the catalogue. Assigned whole, the old copy's
+// strings are reused.
+void CopyForMerge(Definitions& defs) {
+    defs.SavedUnits = defs.Units;
+    defs.SavedUnits[0] = vtUnit{};
+}
+
+// The frame both readers share; a merge has copied the catalogue first.
+// `valuesOf(i)` gives unit i's weight and limit.
 template <class ValuesOf>
 void ReadInto(ProfileContext& ctx, const std::string& path, const std::string& text, bool merge,
               bool ownFormat, ValuesOf valuesOf) {
     Definitions& defs = ctx.defs;
     const int n = defs.Units.UBound();
     ctx.progress.SetMaximum(n);
-    if (merge) {
-        // A copy of the catalogue; assigned whole, the old copy's strings are reused.
-        defs.SavedUnits = defs.Units;
-        defs.SavedUnits[0] = vtUnit{};
-    }
     RecordArray<vtUnit>& target = merge ? defs.SavedUnits : defs.Units;
     ProgressSteps steps(n);
     for (int i = 1; i <= n; ++i) {
@@ -184,19 +188,27 @@ void ReadAI(ProfileContext& ctx, const std::string& path, bool merge) {
     std::string text = BeginRead(ctx, path);
     const UnitIndex& index = IndexOfUnits(ctx.defs);
     const std::string sep = DecimalSeparator();
-    ProfileLookup lookup(text, index, sep);
-    if (!merge) {
-        // The build set looks its sections up among the same upper-cased
-        // names, unless a name has blanks at an end (a section name never does).
-        if (index.AnyEndBlanks()) {
-            ReadBuildSet(ctx.defs, path);
+    // While the profile is searched, a second thread copies the catalogue
+    // (merge) or applies the build set (open). The search reads only the
+    // text and the index, the other work only the catalogue and the build set.
+    // Should the search fail, the future's destructor waits for the thread.
+    std::future<void> aside = std::async(std::launch::async, [&] {
+        Definitions& defs = ctx.defs;
+        if (merge) {
+            CopyForMerge(defs);
+        } else if (index.AnyEndBlanks()) {
+            // Section names never have blanks at an end; such a catalogue
+            // name is looked up the long way.
+            ReadBuildSet(defs, path);
         } else if (std::optional<std::string> setText = BuildSetFileText(path)) {
             auto bySlot = FindInSections(*setText, index.Table(), "Set");
-            ApplyBuildSet(ctx.defs, [&](int i) {
+            ApplyBuildSet(defs, [&](int i) {
                 return bySlot[index.Slot(static_cast<std::size_t>(i - 1))];
             });
         }
-    }
+    });
+    const ProfileLookup lookup(text, index, sep);
+    aside.get();
     ReadInto(ctx, path, text, merge, true, [&](int i) {
         auto k = static_cast<std::size_t>(i - 1);
         return std::pair{lookup.Weight(k), lookup.Limit(k)};
@@ -205,7 +217,10 @@ void ReadAI(ProfileContext& ctx, const std::string& path, bool merge) {
 
 void ReadTessalyAI(ProfileContext& ctx, const std::string& path, bool merge) {
     std::string text = BeginRead(ctx, path);
-    if (!merge) ReadBuildSet(ctx.defs, path);
+    if (merge)
+        CopyForMerge(ctx.defs);
+    else
+        ReadBuildSet(ctx.defs, path);
     IniIndex ini(text);
     const std::string sep = DecimalSeparator();
     // A value that is not a number reads like one in our own format: its digits.

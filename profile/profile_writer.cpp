@@ -128,62 +128,83 @@ BodyParts GatherBody(const Definitions& defs) {
     return parts;
 }
 
-// Builds the text while reporting progress after each block. The body is
-// written into a buffer sized for it beforehand; it is proper-cased, and as
-// every piece of it (keyword, name, value, title) follows a line break or a
-// space, each piece is proper-cased on its own.
-std::string ProfileTextWithProgress(const Definitions& defs, const ProfileHeader& header,
-                                    std::string_view sep, Progress* progress) {
-    auto step = [&](int value) {
-        if (!progress) return;
-        progress->SetValue(value);
-        progress->Repaint();
-    };
-    const BodyParts parts = GatherBody(defs);
-    std::array<std::string, SectionCount> titles;
-    std::size_t titleBytes = 0;
-    for (std::size_t s = 0; s < SectionCount; ++s) {
-        titles[s] = ProperCase(Sections[s].title);
-        titleBytes += titles[s].size() + 8;
+// Writes lists of the body into a text. The buffer is reserved for the
+// lists to come and grown a section at a time, with 16 bytes to spare, as a
+// short name is copied 16 bytes at once. The body is proper-cased; as every
+// piece of it (keyword, name, value, title) follows a line break or a space,
+// each piece is proper-cased on its own.
+class BodyWriter {
+  public:
+    BodyWriter(const BodyParts& parts, std::string_view sep, std::string start, std::size_t lists)
+        : parts_(parts), sep_(sep), out_(std::move(start)) {
+        // Numbers hold no letters but in an exponent ("1e+20", already lower
+        // case) or as "inf" and "nan", which start the value; a separator may.
+        sepLetters_ = std::any_of(sep.begin(), sep.end(), [](char c) {
+            return UpperChar(c) != c || (c >= 'A' && c <= 'Z');
+        });
+        perEntry_ = 2 + Weight.size() + 1 + NumberTextMax + sep.size();
+        std::size_t titleBytes = 0;
+        for (std::size_t s = 0; s < SectionCount; ++s) {
+            titles_[s] = ProperCase(Sections[s].title);
+            titleBytes += titles_[s].size() + 8;
+        }
+        out_.reserve(out_.size() + lists * (parts.pool.size() + perEntry_ * parts.entries.size() +
+                                            titleBytes + 64));
+        p_ = out_.data() + out_.size();
     }
-    constexpr std::string_view Weight = "Weight ", Limit = "Limit ";
-    // Numbers hold no letters but in an exponent ("1e+20", already lower
-    // case) or as "inf" and "nan", which start the value; a separator may.
-    const bool sepLetters = std::any_of(sep.begin(), sep.end(), [](char c) {
-        return UpperChar(c) != c || (c >= 'A' && c <= 'Z');
-    });
 
-    std::string out = HeaderText(header, defs.ParentAIs);
-    // Per entry at most: line break, keyword, name, space and value. The
-    // buffer is reserved for the whole body and grown a section at a time,
-    // with 16 bytes to spare, as a short name is copied 16 bytes at once.
-    const std::size_t perEntry = 2 + Weight.size() + 1 + NumberTextMax + sep.size();
-    out.reserve(out.size() + 4 * (parts.pool.size() + perEntry * parts.entries.size() +
-                                  titleBytes + 64));
-    char* p = out.data() + out.size();
-    auto room = [&](std::size_t bytes) {
-        const auto at = static_cast<std::size_t>(p - out.data());
-        if (out.size() < at + bytes + 16) out.resize(at + bytes + 16);
-        p = out.data() + at;
-    };
-    auto put = [&](std::string_view s) {
-        std::memcpy(p, s.data(), s.size());
-        p += s.size();
-    };
-    auto section = [&](std::size_t s, bool first, std::string_view keyword, auto value) {
-        std::size_t bytes = titles[s].size() + 8;
-        for (std::size_t k = parts.sectionStart[s]; k < parts.sectionStart[s + 1]; ++k)
-            bytes += perEntry + parts.entries[k].nameLength;
-        room(bytes);
-        put(first ? "\r\n" : "\r\n\r\n");
-        put(titles[s]);
-        put(CRLF);
-        for (std::size_t k = parts.sectionStart[s]; k < parts.sectionStart[s + 1]; ++k) {
-            const Entry& e = parts.entries[k];
+    void Weights() {
+        for (std::size_t s = 0; s < SectionCount; ++s)
+            Section(s, s == 0, Weight,
+                    [&](const Entry& e, char* at) { return WriteWeight(at, e.weight, sep_); });
+    }
+
+    void Plan(const PlanSpec& plan, int percent) {
+        Room(64);
+        Put("\r\n\r\n");
+        Put(ProperCase(plan.heading));
+        for (std::size_t s = 0; s < SectionCount; ++s)
+            Section(s, false, Limit, [&](const Entry& e, char* at) {
+                const double x = PlanLimit(percent, e.limit);
+                return WriteGeneral15(at, plan.hard ? x : std::floor(x), sep_);
+            });
+    }
+
+    std::string Take(std::string_view end = {}) {
+        Room(end.size());
+        Put(end);
+        out_.resize(static_cast<std::size_t>(p_ - out_.data()));
+        return std::move(out_);
+    }
+
+  private:
+    static constexpr std::string_view Weight = "Weight ", Limit = "Limit ";
+
+    void Room(std::size_t bytes) {
+        const auto at = static_cast<std::size_t>(p_ - out_.data());
+        if (out_.size() < at + bytes + 16) out_.resize(at + bytes + 16);
+        p_ = out_.data() + at;
+    }
+    void Put(std::string_view s) {
+        std::memcpy(p_, s.data(), s.size());
+        p_ += s.size();
+    }
+    template <class Value>
+    void Section(std::size_t s, bool first, std::string_view keyword, Value value) {
+        std::size_t bytes = titles_[s].size() + 8;
+        for (std::size_t k = parts_.sectionStart[s]; k < parts_.sectionStart[s + 1]; ++k)
+            bytes += perEntry_ + parts_.entries[k].nameLength;
+        Room(bytes);
+        Put(first ? "\r\n" : "\r\n\r\n");
+        Put(titles_[s]);
+        Put(CRLF);
+        char* p = p_;
+        for (std::size_t k = parts_.sectionStart[s]; k < parts_.sectionStart[s + 1]; ++k) {
+            const Entry& e = parts_.entries[k];
             std::memcpy(p, "\r\n", 2);
             std::memcpy(p + 2, keyword.data(), keyword.size());
             p += 2 + keyword.size();
-            const char* name = parts.pool.data() + e.nameAt;
+            const char* name = parts_.pool.data() + e.nameAt;
             if (e.nameLength <= 16)
                 std::memcpy(p, name, 16);
             else
@@ -192,32 +213,27 @@ std::string ProfileTextWithProgress(const Definitions& defs, const ProfileHeader
             *p++ = ' ';
             char* v = p;
             p = value(e, p);
-            if (sepLetters)
+            if (sepLetters_)
                 ProperCaseInPlace(v, p);
             else if (v != p)
                 *v = UpperChar(*v);
         }
-    };
-    for (std::size_t s = 0; s < SectionCount; ++s)
-        section(s, s == 0, Weight, [&](const Entry& e, char* at) { return WriteWeight(at, e.weight, sep); });
-    step(20);
-
-    for (const PlanSpec& plan : Plans) {
-        const int percent = defs.Option(plan.percent);
-        room(64);
-        put("\r\n\r\n");
-        put(ProperCase(plan.heading));
-        for (std::size_t s = 0; s < SectionCount; ++s)
-            section(s, false, Limit, [&](const Entry& e, char* at) {
-                const double x = PlanLimit(percent, e.limit);
-                return WriteGeneral15(at, plan.hard ? x : std::floor(x), sep);
-            });
-        step(plan.progress);
+        p_ = p;
     }
-    room(2);
-    put(CRLF);
-    out.resize(static_cast<std::size_t>(p - out.data()));
-    return out;
+
+    const BodyParts& parts_;
+    std::string_view sep_;
+    bool sepLetters_ = false;
+    std::size_t perEntry_ = 0;
+    std::array<std::string, SectionCount> titles_;
+    std::string out_;
+    char* p_ = nullptr;
+};
+
+void Step(Progress* progress, int value) {
+    if (!progress) return;
+    progress->SetValue(value);
+    progress->Repaint();
 }
 
 } // namespace
@@ -260,7 +276,12 @@ int ProfileSection(std::string_view tedClass) {
 
 std::string ProfileText(const Definitions& defs, const ProfileHeader& header,
                         std::string_view sep) {
-    return ProfileTextWithProgress(defs, header, sep, nullptr);
+    const BodyParts parts = GatherBody(defs);
+    BodyWriter body(parts, sep, HeaderText(header, defs.ParentAIs), 4);
+    body.Weights();
+    for (const PlanSpec& plan : Plans)
+        body.Plan(plan, defs.Option(plan.percent));
+    return body.Take(CRLF);
 }
 
 std::string BuildSetText(const Definitions& defs, const std::string& aiName) {
@@ -291,21 +312,50 @@ void SaveAI(ProfileContext& ctx, const std::string& path) {
     std::string fileName = path;
     ctx.progress.SetStatus("Saving ... '" + StripPath(fileName) + "'");
 
-    // The build-set file is made and written on a second thread meanwhile;
-    // both only read the catalogue. Should the profile fail, the pending
-    // build set is waited for and its temporary file removed.
-    std::future<std::unique_ptr<StagedFile>> buildSet = std::async(std::launch::async, [&] {
-        return std::make_unique<StagedFile>(BuildSetPath(path),
-                                            BuildSetText(ctx.defs, header.name));
+    const std::string sep = DecimalSeparator();
+    const BodyParts parts = GatherBody(ctx.defs);
+    const Definitions& defs = ctx.defs;
+
+    // A second thread makes and writes the build-set file, then the hard
+    // plan; both threads only read the catalogue. The profile's own
+    // failure is reported before the build set's. Should anything here
+    // fail, the future's destructor waits for the thread, and a build set
+    // that is not committed removes its temporary file.
+    struct Later {
+        std::unique_ptr<StagedFile> buildSet;
+        std::exception_ptr buildSetError;
+        std::string plans;
+    };
+    std::future<Later> later = std::async(std::launch::async, [&] {
+        Later l;
+        try {
+            l.buildSet = std::make_unique<StagedFile>(BuildSetPath(path),
+                                                      BuildSetText(defs, header.name));
+        } catch (...) {
+            l.buildSetError = std::current_exception();
+        }
+        BodyWriter body(parts, sep, {}, 1);
+        body.Plan(Plans[2], defs.Option(Plans[2].percent));
+        l.plans = body.Take(CRLF);
+        return l;
     });
-    std::string text = ProfileTextWithProgress(ctx.defs, header, DecimalSeparator(), &ctx.progress);
-    ctx.progress.SetValue(100);
-    ctx.progress.Repaint();
+    BodyWriter body(parts, sep, HeaderText(header, defs.ParentAIs), 3);
+    body.Weights();
+    Step(&ctx.progress, 20);
+    for (std::size_t k = 0; k < 2; ++k) {
+        body.Plan(Plans[k], defs.Option(Plans[k].percent));
+        Step(&ctx.progress, Plans[k].progress);
+    }
+    Later rest = later.get();
+    Step(&ctx.progress, Plans[2].progress);
+    Step(&ctx.progress, 100);
 
     // Both files are written in full before either replaces its old version.
-    StagedFile profile(path, text);
-    std::unique_ptr<StagedFile> set = buildSet.get();
-    CommitTogether(profile, *set);
+    const std::string first = body.Take();
+    StagedFile profile(path, {first, rest.plans});
+    if (rest.buildSetError) std::rethrow_exception(rest.buildSetError);
+    StagedFile& set = *rest.buildSet;
+    CommitTogether(profile, set);
 }
 
 } // namespace vantrel
