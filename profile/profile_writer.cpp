@@ -170,7 +170,7 @@ class BodyWriter {
             });
     }
 
-    std::string Take(std::string_view end = {}) {
+    std::string Take(std::string_view end = "") {
         Room(end.size());
         Put(end);
         out_.resize(static_cast<std::size_t>(p_ - out_.data()));
