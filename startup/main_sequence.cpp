@@ -1,5 +1,7 @@
 #include "startup/main_sequence.h"
 
+#include "profile/unit_index.h"
+
 #include "startup/options.h"
 #include "startup/paths.h"
 
@@ -40,7 +42,11 @@ LoadOutcome Main(Definitions& defs, StartupPorts& ports, const std::string& prog
     if (defs.OptionOn(optExtract)) RunExtraction(defs, ports);
 
     LoadContext ctx{ports.progress, ports.messages, ports.settings, ports.shell, ports.random};
-    return LoadUnits(defs, ctx);
+    const LoadOutcome outcome = LoadUnits(defs, ctx);
+    // The unit-name index that opening and merging profiles use is made
+    // with the catalogue, so the first profile opened does not wait for it.
+    IndexOfUnits(defs);
+    return outcome;
 }
 
 } // namespace vantrel
