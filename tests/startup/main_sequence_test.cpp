@@ -1,133 +1,210 @@
+#include "catalogue/text.h"
+#include "demo/demo_units.h"
+#include "startup/hpi_library.h"
 #include "startup/main_sequence.h"
 #include "startup/paths.h"
-#include "support/test_support.h"
+#include "support/hpi_writer.h"
+#include "support/scratch_folder.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
-#include <unistd.h>
 
-using namespace vantrel;
-
+namespace vantrel {
 namespace {
 
-// Lists two entries per folder in every archive and records each call.
-class RecordingLibrary : public ArchiveLibrary {
+using testing::FolderContent;
+using testing::HpiWriter;
+
+// What the start-up asks of the library, the zip steps and the form, in order.
+using Log = std::vector<std::string>;
+
+class RecordingLibrary : public HpiLibrary {
   public:
-    std::string gameDir;
-    std::vector<std::string> calls;
+    RecordingLibrary(SettingsStore& s, Log& log) : HpiLibrary(s), log_(log) {}
     void GetTADirectory(std::string& buffer) override { FillNameBuffer(buffer, gameDir); }
-    std::int32_t HPIOpen(const std::string& f) override {
-        calls.push_back("open " + std::filesystem::path(f).filename().string());
-        return 7;
+    std::int32_t HPIOpen(const std::string& fileName) override {
+        log_.push_back("open " + std::filesystem::path(fileName).filename().string());
+        return HpiLibrary::HPIOpen(fileName);
     }
-    std::int32_t HPIDir(std::int32_t, std::int32_t pos, const std::string& folder, std::string& buf,
-                        std::int32_t&, std::int32_t&) override {
-        if (pos >= 2) return 0;
-        FillNameBuffer(buf, folder == "units" ? (pos == 0 ? "ARMX.FBI" : "readme.txt")
-                                              : (pos == 0 ? "armx.pcx" : "../evil.pcx"));
-        return pos + 1;
-    }
-    std::int32_t HPIExtractFile(std::int32_t, const std::string& inside,
+    std::int32_t HPIExtractFile(std::int32_t h, const std::string& path,
                                 const std::string& dest) override {
-        calls.push_back("extract " + inside + " -> " +
-                        std::filesystem::path(dest).filename().string());
-        return 1;
+        log_.push_back("extract " + path);
+        return HpiLibrary::HPIExtractFile(h, path, dest);
     }
-    std::int32_t HPIClose(std::int32_t) override { return 0; }
+    std::string gameDir;
+
+  private:
+    Log& log_;
 };
 
 class RecordingZips : public ZipSteps {
   public:
-    std::vector<std::string>& calls;
-    explicit RecordingZips(std::vector<std::string>& c) : calls(c) {}
-    void CreateUnzip(const Definitions&, Progress&) override { calls.push_back("zip create"); }
-    void CountZipFiles(const Definitions&, Progress&) override { calls.push_back("zip count"); }
-    void UnpackZips(const Definitions&, Progress&) override { calls.push_back("zip unpack"); }
+    explicit RecordingZips(Log& log) : log_(log) {}
+    void CreateUnzip(const Definitions&, Progress&) override { log_.push_back("zip create"); }
+    void CountZipFiles(const Definitions&, Progress&) override { log_.push_back("zip count"); }
+    void UnpackZips(const Definitions&, Progress&) override { log_.push_back("zip unpack"); }
+
+  private:
+    Log& log_;
 };
 
-struct Fixture {
-    test::TempDir app, game;
-    test::RecordingProgress progress;
+class RecordingProgress : public Progress {
+  public:
+    explicit RecordingProgress(Log& log) : log_(log) {}
+    void Show() override { log_.push_back("show"); }
+
+  private:
+    Log& log_;
+};
+
+class StartUp : public ::testing::Test {
+  protected:
+    StartUp() {
+        MakeDirectory(tmp / "app");
+        MakeDirectory(game);
+        lib.gameDir = game;
+        defs.AppDir = WithTrailingSep(tmp / "app");
+        defs.GameDir = game;
+    }
+    void Write(const std::string& name, const HpiWriter& writer) {
+        ASSERT_TRUE(demo::WriteFile(JoinPath(game, name), writer.Build().bytes));
+    }
+    std::string Unit(const std::string& name) const {
+        return JoinPath(UnitsDir(defs.AppDir), name);
+    }
+    Log Events(const std::string& prefix) const {
+        Log out;
+        for (const std::string& e : log)
+            if (e.starts_with(prefix)) out.push_back(e.substr(prefix.size()));
+        return out;
+    }
+
+    testing::ScratchFolder tmp;
+    std::string game = tmp / "game";
+    Definitions defs;
+    Log log;
+    RecordingProgress progress{log};
     test::ScriptedMessages messages;
     MemorySettingsStore settings;
     test::RecordingShell shell;
     DefaultRandom random;
-    RecordingLibrary archives;
-    RecordingZips zips{archives.calls};
-    StartupPorts ports{progress, messages, settings, shell, random, archives, zips};
-    Definitions defs;
-    Fixture() {
-        archives.gameDir = game.path();
-        for (const char* n : {"TOTALA1.HPI", "b.ccx", "c.gp3", "d.gp", "e.swx"})
-            test::WriteText(game / n, "");
-    }
+    RecordingLibrary lib{settings, log};
+    RecordingZips zips{log};
+    StartupPorts ports{progress, messages, settings, shell, random, lib, zips};
 };
 
-} // namespace
+TEST_F(StartUp, CountThenExtractEveryArchiveFamilyIntoUnits) {
+    HpiWriter totala;
+    totala.AddFile("UNITS/ARMCOM.FBI", "armcom", hpi::Lz77);
+    totala.AddFile("units/arm.fbi.bak", "bak", hpi::Stored);
+    totala.AddFile("units/readme.txt", "readme", hpi::Zlib);
+    totala.AddFile("units/sub/hidden.fbi", "hidden", hpi::Stored);
+    totala.AddFile("units/corcom.fbi", "old corcom", hpi::Stored);
+    totala.AddFile("unitpics/ARMCOM.PCX", "pcx", hpi::Zlib);
+    totala.AddFile("unitsx/near.fbi", "a near miss", hpi::Zlib);
+    Write("TOTALA1.HPI", totala);
+    HpiWriter ccx(testing::HpiWriterOptions{0x33, true});
+    ccx.AddFile("units/corcom.fbi", "new corcom", hpi::Lz77);
+    for (const char* bad : {"../evil.fbi", "a\\b.fbi", "C:x.fbi", "/abs.fbi"})
+        ccx.AddEntry("units", bad, "bad", hpi::Stored);
+    Write("b.ccx", ccx);
+    HpiWriter gp3;
+    gp3.AddFile("units/gp3unit.fbi", "gp3", hpi::Zlib);
+    Write("x.gp3", gp3);
+    HpiWriter gp;
+    gp.AddFile("units/gpunit.fbi", "gp", hpi::Zlib);
+    Write("x.gp", gp);
+    HpiWriter swx;
+    swx.AddFile("Units/swx.fbi", "swx", hpi::Stored);
+    swx.AddFile("UnitPics/swx.pcx", "swxpcx", hpi::Lz77);
+    Write("y.swx", swx);
+    ASSERT_TRUE(demo::WriteFile(JoinPath(game, "broken.hpi"), "HAPI\x01"));
+    ASSERT_TRUE(MakeDirectory(JoinPath(game, "folder.hpi")));
+    ASSERT_TRUE(MakeDirectory(UnitsDir(defs.AppDir)));
 
-TEST(MainSequence, CountingPassesRunBeforeExtractionPassesAndZipsAfterArchives) {
-    Fixture f;
-    f.settings.Set("Extract", "-1");
-    std::filesystem::create_directories(f.app / "Units");
-    test::WriteText(f.app / "Units/pre.fbi", "UnitName=PRE;Side=ARM;");
-    ASSERT_EQ(Main(f.defs, f.ports, f.app.path()), LoadOutcome::Loaded);
+    RunExtraction(defs, ports);
 
-    const auto& c = f.archives.calls;
-    // 4 archives match (x.gp does not match *.gp?), 8 counting opens then 8 extraction passes.
-    auto first = [&](const std::string& s) { return std::find(c.begin(), c.end(), s) - c.begin(); };
-    ASSERT_EQ(std::count_if(c.begin(), c.end(), [](auto& s) { return s.starts_with("open "); }),
-              16);
-    EXPECT_EQ(std::count(c.begin(), c.end(), "open d.gp"), 0);
-    EXPECT_LT(first("zip create"), first("zip count"));
-    EXPECT_EQ(first("zip count"), 8 + 1); // after the eight counting opens and zip create
-    EXPECT_EQ(c.back(), "zip unpack");
-    // Only names containing the extension are extracted, into the Units folder; unsafe names never.
-    EXPECT_EQ(std::count(c.begin(), c.end(), "extract units\\ARMX.FBI -> ARMX.FBI"), 4);
-    EXPECT_EQ(std::count(c.begin(), c.end(), "extract unitpics\\armx.pcx -> armx.pcx"), 4);
-    EXPECT_EQ(std::count_if(c.begin(), c.end(), [](auto& s) { return s.find("evil") != s.npos; }),
-              0);
-    // Two entries per folder per archive: 4 archives x 2 folders x 2 = 16 counted,
-    // 4 fbi + 8 pcx names match (the unsafe one is counted but never written), plus 2
-    // for the one loaded unit.
-    EXPECT_EQ(f.progress.Maximum(), 100 + 16);
-    EXPECT_EQ(f.progress.Value(), 12 + 2);
-    EXPECT_EQ(f.defs.GameDir, f.game.path());
+    const Log perPass = {"broken.hpi", "TOTALA1.HPI", "b.ccx", "x.gp3", "y.swx"};
+    Log opens;
+    for (int pass = 0; pass < 4; ++pass)
+        opens.insert(opens.end(), perPass.begin(), perPass.end());
+    EXPECT_EQ(Events("open "), opens);
+    // Zip steps come between the counting and the extraction passes, unpacking last.
+    auto at = [&](const std::string& e) {
+        return std::find(log.begin(), log.end(), e) - log.begin();
+    };
+    EXPECT_EQ(at("zip create"), 10);
+    EXPECT_EQ(at("zip count"), 11);
+    EXPECT_EQ(at("show"), 12);
+    EXPECT_EQ(log.back(), "zip unpack");
+    EXPECT_EQ(
+        Events("extract "),
+        (Log{"units\\ARMCOM.FBI", "units\\arm.fbi.bak", "units\\corcom.fbi", "units\\corcom.fbi",
+             "units\\gp3unit.fbi", "units\\swx.fbi", "unitpics\\ARMCOM.PCX", "unitpics\\swx.pcx"}));
+    // 12 entries in the "units" folders (the sub-folder and unsafe names
+    // included), 2 in "unitpics"; every entry with the extension is counted
+    // as done, even one whose name is refused.
+    EXPECT_EQ(progress.Maximum(), 100 + 14);
+    EXPECT_EQ(progress.Value(), 12);
+    EXPECT_EQ(progress.Status(), ArchiveStatusText);
+
+    EXPECT_EQ(FolderContent(UnitsDir(defs.AppDir)),
+              (Log{"ARMCOM.FBI", "ARMCOM.PCX", "arm.fbi.bak", "corcom.fbi", "gp3unit.fbi",
+                   "swx.fbi", "swx.pcx"}));
+    EXPECT_EQ(ReadWholeFile(Unit("corcom.fbi")), "new corcom"); // the later pass replaces
+    EXPECT_EQ(ReadWholeFile(Unit("swx.pcx")), "swxpcx");
+    EXPECT_EQ(FolderContent(tmp / "app"), Log{"Units"});
+    EXPECT_EQ(FolderContent(tmp.path()), (Log{"app", "game"}));
 }
 
-TEST(MainSequence, NothingIsExtractedWhenExtractIsOff) {
-    Fixture f;
-    std::filesystem::create_directories(f.app / "Units");
-    test::WriteText(f.app / "Units/pre.fbi", "UnitName=PRE;Side=ARM;");
-    EXPECT_EQ(Main(f.defs, f.ports, f.app.path()), LoadOutcome::Loaded);
-    EXPECT_TRUE(f.archives.calls.empty());
-    EXPECT_EQ(f.defs.AppDir, f.app.path() + "/");
+TEST_F(StartUp, MissingGameFolderSkipsTheArchivePasses) {
+    defs.GameDir = tmp / "no-game";
+    RunExtraction(defs, ports);
+    EXPECT_EQ(log, (Log{"zip create", "zip count", "zip unpack"}));
 }
 
-TEST(MainSequence, EmptyUnitsFolderRestartsWithExtractOn) {
-    Fixture f;
-    EXPECT_EQ(Main(f.defs, f.ports, f.app.path()), LoadOutcome::Restarted);
-    EXPECT_TRUE(std::filesystem::is_directory(f.app / "Units")); // created
-    EXPECT_EQ(f.settings.Get("Extract", ""), "-1");
-    EXPECT_EQ(f.shell.restarts, 1);
-    EXPECT_TRUE(f.messages.shown.empty());
+TEST_F(StartUp, MainExtractsOnlyWhenTheOptionIsOn) {
+    HpiWriter totala;
+    totala.AddFile("units/ARMCOM.FBI", "UnitName=ARMCOM;Side=ARM;", hpi::Lz77);
+    Write("TOTALA1.HPI", totala);
+    ASSERT_TRUE(MakeDirectory(UnitsDir(defs.AppDir)));
+    test::WriteText(Unit("pre.fbi"), "UnitName=PRE;Side=ARM;");
+    for (const bool on : {false, true}) {
+        SCOPED_TRACE(on);
+        log.clear();
+        settings.Set("Extract", on ? "-1" : "0");
+        Definitions loaded;
+        ASSERT_EQ(Main(loaded, ports, tmp / "app"), LoadOutcome::Loaded);
+        EXPECT_EQ(loaded.AppDir, defs.AppDir);
+        EXPECT_EQ(loaded.GameDir, game);
+        EXPECT_EQ(Events("zip ").size(), on ? 3u : 0u);
+        EXPECT_EQ(loaded.Units.UBound(), on ? 2 : 1);
+    }
 }
 
-TEST(MainSequence, EmptyUnitsFolderWithExtractOnEndsWithTheMessage) {
-    Fixture f;
-    f.settings.Set("Extract", "1");
-    f.archives.gameDir = ""; // no game: the archive passes are skipped, start-up goes on
-    EXPECT_EQ(Main(f.defs, f.ports, f.app.path()), LoadOutcome::Abort);
-    ASSERT_EQ(f.messages.shown.size(), 1u);
-    EXPECT_EQ(f.messages.shown[0].title, "Abort");
-    EXPECT_EQ(f.messages.shown[0].icon, MsgIcon::Critical);
-    EXPECT_EQ(f.messages.shown[0].text,
-              "No units found. Please extract all available unit files to your '" + f.app.path() +
-                  "/Units/' folder.");
-    EXPECT_EQ(f.shell.restarts, 0);
-    // Only the zip steps ran.
-    std::vector<std::string> zipOnly{"zip create", "zip count", "zip unpack"};
-    EXPECT_EQ(f.archives.calls, zipOnly);
+TEST_F(StartUp, EmptyUnitsFolderRestartsWithExtractOn) {
+    EXPECT_EQ(Main(defs, ports, tmp / "app"), LoadOutcome::Restarted);
+    EXPECT_TRUE(IsDirectory(UnitsDir(defs.AppDir))); // created
+    EXPECT_EQ(settings.Get("Extract", ""), "-1");
+    EXPECT_EQ(shell.restarts, 1);
+    EXPECT_TRUE(messages.shown.empty());
+}
+
+TEST_F(StartUp, EmptyUnitsFolderWithExtractOnEndsWithTheMessage) {
+    settings.Set("Extract", "1");
+    lib.gameDir = ""; // no game: the archive passes are skipped, start-up goes on
+    EXPECT_EQ(Main(defs, ports, tmp / "app"), LoadOutcome::Abort);
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].title, "Abort");
+    EXPECT_EQ(messages.shown[0].icon, MsgIcon::Critical);
+    EXPECT_EQ(messages.shown[0].text, "No units found. Please extract all available unit files "
+                                      "to your '" +
+                                          defs.AppDir + "Units/' folder.");
+    EXPECT_EQ(shell.restarts, 0);
+    EXPECT_EQ(Events("zip "), (Log{"create", "count", "unpack"})); // only the zip steps ran
+    EXPECT_TRUE(Events("open ").empty());
 }
 
 TEST(GameFolder, StoredOptionThenWinePrefixThenUsualFolders) {
@@ -152,3 +229,6 @@ TEST(GameFolder, StoredOptionThenWinePrefixThenUsualFolders) {
     EXPECT_EQ(FindGameDirectory(env),
               home / ".local/share/Steam/steamapps/common/Total Annihilation");
 }
+
+} // namespace
+} // namespace vantrel
