@@ -4,8 +4,6 @@
 #include "startup/paths.h"
 #include "support/zip_maker.h"
 
-#include "support/test_support.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -83,21 +81,16 @@ class ZipStepsTest : public ::testing::Test {
     LibzipSteps steps;
 };
 
-TEST_F(ZipStepsTest, CountingAddsEveryPackagesEntriesAndYieldsOncePerPackage) {
-    MakePackages();
-    steps.CreateUnzip(defs, progress);
-    ASSERT_NE(steps.Unzip(), nullptr);
-    steps.CountZipFiles(defs, progress);
-    EXPECT_EQ(progress.Maximum(), 105);
-    EXPECT_EQ(std::count(progress.log.begin(), progress.log.end(), "events"), 3);
-    EXPECT_GE(progress.repaints, 3);
-    EXPECT_TRUE(FilesBelow(units).empty());
-}
-
-TEST_F(ZipStepsTest, UnpackingShowsEachFileAndEndsWithProcessingUnits) {
+TEST_F(ZipStepsTest, CountingAddsEveryEntryThenUnpackingShowsEachFile) {
     MakePackages();
     WriteBytes(JoinPath(units, "CORY.FBI"), "kept");
     steps.CreateUnzip(defs, progress);
+    steps.CountZipFiles(defs, progress);
+    EXPECT_EQ(progress.log, (Files{"max 102", "events", "max 105", "events", "events"}));
+    EXPECT_GE(progress.repaints, 3);
+    EXPECT_EQ(FilesBelow(units), Files{"CORY.FBI"});
+
+    progress.log.clear();
     steps.UnpackZips(defs, progress);
     EXPECT_EQ(FilesBelow(units),
               (Files{"ARMCOM.PCX", "CORX.FBI", "CORY.FBI", "Z.PCX", "armcom.fbi"}));
@@ -123,28 +116,6 @@ TEST_F(ZipStepsTest, AnUnusableUnitsFolderDoesNotStopStartUp) {
     steps.UnpackZips(defs, progress);
     EXPECT_EQ(progress.Status(), ProcessingUnitsText);
     EXPECT_EQ(progress.Value(), 0);
-}
-
-using NoMessages = vantrel::test::ScriptedMessages;
-using NoShell = vantrel::test::RecordingShell;
-
-TEST_F(ZipStepsTest, StartUpCountsAllPackagesBeforeUnpackingAny) {
-    MakePackages();
-    MemorySettingsStore settings;
-    NoMessages messages;
-    NoShell shell;
-    DefaultRandom random;
-    GameFolderOnlyLibrary archives(settings);
-    StartupPorts ports{progress, messages, settings, shell, random, archives, steps};
-    RunExtraction(defs, ports);
-
-    auto firstValue = std::find(progress.log.begin(), progress.log.end(), "value 1");
-    ASSERT_NE(firstValue, progress.log.end());
-    EXPECT_NE(std::find(progress.log.begin(), firstValue, "max 105"), firstValue);
-    EXPECT_TRUE(std::none_of(firstValue, progress.log.end(),
-                             [](const std::string& e) { return e.rfind("max", 0) == 0; }));
-    EXPECT_EQ(progress.Value(), 5);
-    EXPECT_EQ(progress.Status(), ProcessingUnitsText);
 }
 
 } // namespace
