@@ -56,5 +56,4 @@ TEST(Paths, ProgramFolderHasExactlyOneTrailingSeparator) {
     EXPECT_EQ(ChooseProgramFolder("/usr/bin", false, "", "/home/u"),
               "/home/u/.local/share/vantrel/");
     EXPECT_EQ(ChooseProgramFolder("/usr/bin", false, "/xdg", "/home/u"), "/xdg/vantrel/");
-    EXPECT_EQ(UnitsDir("/opt/v/"), "/opt/v/Units");
 }
