@@ -118,12 +118,7 @@ class Lz77Encoder {
     int bit_ = 8;
 };
 
-} // namespace
-
-std::string EncodeLz77(std::string_view data) {
-    return Lz77Encoder(data).Run();
-}
-
+// One whole chunk: header and data, `method` 0, 1 or 2.
 std::string EncodeChunk(std::string_view data, std::uint8_t method, bool encrypt) {
     std::string packed = method == hpi::Lz77   ? EncodeLz77(data)
                          : method == hpi::Zlib ? ZlibCompress(data)
@@ -146,6 +141,12 @@ std::string EncodeChunk(std::string_view data, std::uint8_t method, bool encrypt
     return chunk + packed;
 }
 
+} // namespace
+
+std::string EncodeLz77(std::string_view data) {
+    return Lz77Encoder(data).Run();
+}
+
 HpiWriter::Node& HpiWriter::Folder(const std::string& path) {
     Node* node = &root_;
     std::size_t begin = 0;
@@ -165,10 +166,6 @@ HpiWriter::Node& HpiWriter::Folder(const std::string& path) {
         node = next;
     }
     return *node;
-}
-
-void HpiWriter::AddFolder(const std::string& path) {
-    Folder(path);
 }
 
 void HpiWriter::AddEntry(const std::string& folder, const std::string& name, std::string data,
@@ -277,12 +274,6 @@ void PatchU32(std::string& archive, std::uint32_t offset, std::uint32_t value,
               std::uint32_t headerKey) {
     for (std::uint32_t i = 0; i < 4; ++i)
         PatchByte(archive, offset + i, static_cast<std::uint8_t>(value >> (8 * i)), headerKey);
-}
-
-std::uint8_t PlainByte(const std::string& archive, std::uint32_t offset, std::uint32_t headerKey) {
-    const auto b = static_cast<std::uint8_t>(archive.at(offset));
-    if (headerKey == 0 || offset < hpi::HeaderSize) return b;
-    return hpi::CryptByte(hpi::FileKey(headerKey), offset, b);
 }
 
 std::map<std::string, std::string> HpiSeedArchives() {

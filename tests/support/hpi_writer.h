@@ -36,7 +36,6 @@ class HpiWriter {
     // separators or be ".." — for tests of unsafe names).
     void AddEntry(const std::string& folder, const std::string& name, std::string data,
                   std::uint8_t method);
-    void AddFolder(const std::string& path);
     BuiltArchive Build() const;
 
     struct Node {
@@ -56,8 +55,6 @@ class HpiWriter {
 // A greedy LZ77 encoder for one chunk (at most 65536 bytes) in the format
 // the reader decodes, ending with the end mark.
 std::string EncodeLz77(std::string_view data);
-// One whole chunk: header and data, `method` 0, 1 or 2.
-std::string EncodeChunk(std::string_view data, std::uint8_t method, bool encrypt);
 
 // Writes a 32-bit value or a byte into an archive at `offset`, encrypted as
 // the archive's whole-file key requires.
@@ -65,9 +62,6 @@ void PatchU32(std::string& archive, std::uint32_t offset, std::uint32_t value,
               std::uint32_t headerKey = 0);
 void PatchByte(std::string& archive, std::uint32_t offset, std::uint8_t value,
                std::uint32_t headerKey = 0);
-// The byte at `offset` as the reader sees it (decrypted).
-std::uint8_t PlainByte(const std::string& archive, std::uint32_t offset,
-                       std::uint32_t headerKey = 0);
 
 // A few small archives covering every compression and encryption, named for
 // a fuzz corpus (seed-*.hpi); each is a few hundred bytes.
