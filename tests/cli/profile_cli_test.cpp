@@ -59,11 +59,11 @@ TEST_F(ProfileCli, SaveThenShowAndMerge) {
     WriteBytes(dir / "in.txt", "Auth: Ann\r\nName: Brute AI\r\nWeight ARMCK 2.5\r\n"
                                "Plan Hard\r\nLimit ARMCK 8\r\n");
     WriteBytes(dir / "in.set", "[CORAK]\r\nSet=Don't Build;\r\n");
-    Result r =
-        Run("save " + Units() + Q(dir / "out.txt") + " --open " + Q(dir / "in.txt") + " --hard 50");
+    Result r = Run("save " + Units() + Q(dir / "out.txt") + " --open " + Q(dir / "in.txt") +
+                   " --hard 50 --name Rush");
     ASSERT_EQ(r.status, 0) << r.err;
     const std::string out = ReadBytes(dir / "out.txt");
-    EXPECT_NE(out.find("\r\nAuth: Ann\r\nName: Brute AI\r\n"), std::string::npos);
+    EXPECT_NE(out.find("\r\nAuth: Ann\r\nName: Rush AI\r\n"), std::string::npos);
     EXPECT_NE(out.find("\r\nLimit Armck 4\r\n"), std::string::npos); // the hard plan at 50%
     EXPECT_NE(ReadBytes(dir / "out.set").find("[CORAK]\r\nSet=Don't Build;"), std::string::npos);
 
@@ -71,13 +71,13 @@ TEST_F(ProfileCli, SaveThenShowAndMerge) {
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_NE(r.out.find("\tARMCK\tCNSTR\td\t2.5\t4\t1\n"), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("\tCORAK\tKBOT\td\t0\t0\t0\n"), std::string::npos) << r.out;
-    EXPECT_NE(r.out.find("LoadedAIName\tBrute AI\nAuthor\tAnn\nName\tBrute\n"), std::string::npos);
+    EXPECT_NE(r.out.find("LoadedAIName\tRush AI\nAuthor\tAnn\nName\tRush\n"), std::string::npos);
 
     // Merging shows the merged copy and leaves out the Settings fields.
     r = Run("show " + Units() + Q(dir / "out.txt") + " --merge");
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_NE(r.out.find("\tCORAK\tKBOT\td\t0\t0\t1\n"), std::string::npos) << r.out;
-    EXPECT_EQ(r.out.substr(r.out.size() - 23), "\nLoadedAIName\tBrute AI\n");
+    EXPECT_EQ(r.out.substr(r.out.size() - 22), "\nLoadedAIName\tRush AI\n");
 }
 
 TEST_F(ProfileCli, TessalyNamesAndStoredOptions) {
@@ -85,10 +85,10 @@ TEST_F(ProfileCli, TessalyNamesAndStoredOptions) {
     WriteBytes(dir / "config/vantrel/vantrel.conf", "[Options]\nWeightMax=3\n");
     WriteBytes(dir / "t.tsy", "[ARMCOM;]\r\nWeight=7\r\nLimit=2\r\n");
     Result r = Run("save " + Units() + Q(dir / "a.txt") + " --open " + Q(dir / "t.tsy") +
-                   " --tessaly --author Zed --name Rush");
+                   " --tessaly --author Zed");
     ASSERT_EQ(r.status, 0) << r.err;
     const std::string out = ReadBytes(dir / "a.txt");
-    EXPECT_NE(out.find("\r\nAuth: Zed\r\nName: Rush AI\r\n"), std::string::npos);
+    EXPECT_NE(out.find("\r\nAuth: Zed\r\nName: t AI\r\n"), std::string::npos); // file-name default
     EXPECT_NE(out.find("Weight Armcom 3\r\n"), std::string::npos); // capped by the stored WeightMax
 }
 
