@@ -6,6 +6,7 @@
 #include "mainwindow/qt_file_dialogs.h"
 #include "startup/frmLoad.h"
 #include "support/command_fakes.h"
+#include "support/test_support.h"
 
 #include <QAction>
 #include <QLabel>
@@ -17,8 +18,7 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <unistd.h>
+#include <fstream>
 
 namespace vantrel {
 namespace {
@@ -35,12 +35,6 @@ QStringList Captions(QMenu* menu) {
 class MainWindowTest : public ::testing::Test {
   protected:
     void SetUp() override {
-        appDir = (std::filesystem::temp_directory_path() /
-                  ("vantrel_gui_app_" + std::to_string(getpid())))
-                     .string() +
-                 "/";
-        std::filesystem::remove_all(appDir);
-        std::filesystem::create_directories(appDir);
         defs.AppDir = appDir;
         const char* sides[] = {"ARM", "CORE", "ronin", "AR", "Voss"};
         for (int i = 0; i < 5; ++i)
@@ -56,17 +50,14 @@ class MainWindowTest : public ::testing::Test {
             if (script) script(d);
         };
     }
-    void TearDown() override {
-        window.reset();
-        std::filesystem::remove_all(appDir);
-    }
     void Load() {
         window->Load();
         modals.clear();
     }
 
     QApplication& app = GuiApp(); // before any widget
-    std::string appDir;
+    test::TempDir folder;
+    std::string appDir = folder.path() + "/";
     Definitions defs;
     ScriptedMessages messages;
     MemorySettingsStore settings;
@@ -184,11 +175,6 @@ TEST_F(MainWindowTest, MergeHookRunsBetweenReadAndRebuild) {
     EXPECT_TRUE(ran);
     EXPECT_TRUE(messages.Showed("Merge complete"));
     EXPECT_TRUE(window->menuBar()->isEnabled());
-
-    // Without a dialog attached, Options and Build Set answer Cancel.
-    defs.DialogOK = true;
-    window->mnuViewOptions->trigger();
-    EXPECT_FALSE(defs.DialogOK);
 }
 
 TEST_F(MainWindowTest, NewResetsUnitsOnOkOnlyAndSettingsOnlyRenames) {

@@ -1,19 +1,18 @@
+#include "catalogue/text.h"
 #include "mainwindow/file_commands.h"
 #include "mainwindow/help_file.h"
 #include "support/command_fakes.h"
+#include "support/test_support.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
+#include <algorithm>
 #include <fstream>
-#include <sstream>
-#include <unistd.h>
 
 namespace vantrel {
 namespace {
 
 using namespace vantrel::testing;
-namespace fs = std::filesystem;
 
 // The window as the commands see it: records what they asked for, in order.
 class RecordingWindow : public MainWindowHooks {
@@ -41,23 +40,13 @@ class RecordingWindow : public MainWindowHooks {
     CountingProgress& progress_;
 };
 
-std::string TempFolder(const std::string& name) {
-    fs::path dir =
-        fs::temp_directory_path() / ("vantrel_cmd_" + std::to_string(getpid()) + "_" + name);
-    fs::remove_all(dir);
-    fs::create_directories(dir);
-    return dir.string() + "/";
-}
-
 std::string ReadFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
+    return ReadWholeFile(path).value_or("");
 }
 
 class FileCommandsTest : public ::testing::Test {
   protected:
+    test::TempDir app;
     Definitions defs;
     ScriptedMessages messages;
     MemorySettingsStore settings;
@@ -73,11 +62,10 @@ class FileCommandsTest : public ::testing::Test {
                           window};
 
     void SetUp() override {
-        defs.AppDir = TempFolder("app");
+        defs.AppDir = app.path() + "/";
         defs.LastDir = "/profiles/";
         commands.Load();
     }
-    void TearDown() override { fs::remove_all(defs.AppDir); }
     static FileDialogResult Chosen(const std::string& path, int filter = 1) {
         return FileDialogResult{true, path, filter, path.substr(0, path.rfind('/') + 1)};
     }
@@ -277,8 +265,9 @@ TEST(PathRules, FolderPartKeepsTheSeparator) {
 }
 
 TEST(HelpFile, CopiedIntoTheProgramFolderWhenMissing) {
-    const std::string app = TempFolder("help_app");
-    const std::string share = TempFolder("help_share");
+    const test::TempDir appDir, shareDir, noneDir;
+    const std::string app = appDir.path() + "/";
+    const std::string share = shareDir.path() + "/";
     std::ofstream(share + "Vant1.hlp") << "<h1>help</h1>";
     EXPECT_EQ(EnsureHelpFile(app, {share + "missing.hlp", share + "Vant1.hlp"}), app + "Vant1.hlp");
     EXPECT_EQ(ReadFile(app + "Vant1.hlp"), "<h1>help</h1>");
@@ -286,10 +275,7 @@ TEST(HelpFile, CopiedIntoTheProgramFolderWhenMissing) {
     std::ofstream(app + "Vant1.hlp") << "edited";
     EXPECT_EQ(EnsureHelpFile(app, {share + "Vant1.hlp"}), app + "Vant1.hlp");
     EXPECT_EQ(ReadFile(app + "Vant1.hlp"), "edited");
-    const std::string none = TempFolder("help_none");
-    EXPECT_EQ(EnsureHelpFile(none, {share + "nope"}), "");
-    for (const std::string& dir : {app, share, none})
-        fs::remove_all(dir);
+    EXPECT_EQ(EnsureHelpFile(noneDir.path() + "/", {share + "nope"}), "");
 }
 
 } // namespace
