@@ -59,9 +59,9 @@ class MainWindowTest : public ::testing::Test {
     test::TempDir folder;
     std::string appDir = folder.path() + "/";
     Definitions defs;
-    ScriptedMessages messages;
+    test::ScriptedMessages messages;
     MemorySettingsStore settings;
-    FakeShell shell;
+    test::RecordingShell shell;
     frmLoad progress;
     FixedClock clock;
     DefaultRandom random;
@@ -173,7 +173,8 @@ TEST_F(MainWindowTest, MergeHookRunsBetweenReadAndRebuild) {
     dialogs.opens = {FileDialogResult{true, "/x/Two.tsy", 2, "/x/"}};
     window->mnuFileMerge->trigger();
     EXPECT_TRUE(ran);
-    EXPECT_TRUE(messages.Showed("Merge complete"));
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].text, "Merge complete");
     EXPECT_TRUE(window->menuBar()->isEnabled());
 }
 

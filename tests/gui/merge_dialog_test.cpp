@@ -54,6 +54,7 @@ TEST_F(MergeDialogTest, OkMergesCheckedRowsOnTheProgressForm) {
     EXPECT_FLOAT_EQ(defs.Units[coreKbot].Weight, 8);
     EXPECT_FLOAT_EQ(defs.Units[coreKbot].Limit, 40);
     EXPECT_FLOAT_EQ(defs.Units[armKbot].Weight, 1);
+    EXPECT_EQ(progress.lblStatus->text(), "Merging Hybrid AI...");
     EXPECT_EQ(progress.prbMain->value(), 30);
     EXPECT_FALSE(progress.isVisible());
 }

@@ -48,9 +48,9 @@ class FileCommandsTest : public ::testing::Test {
   protected:
     test::TempDir app;
     Definitions defs;
-    ScriptedMessages messages;
+    test::ScriptedMessages messages;
     MemorySettingsStore settings;
-    FakeShell shell;
+    test::RecordingShell shell;
     CountingProgress progress;
     PlainSettingsFields fields;
     FixedClock clock;
@@ -161,7 +161,7 @@ TEST_F(FileCommandsTest, MergeThenCancelRebuildsStoresLastDirWithoutMergeComplet
     EXPECT_EQ(window.events,
               (std::vector<std::string>{"out of use", "merge", "reselect", "in use"}));
     EXPECT_EQ(settings.Get("LastDir", ""), "/m/");
-    EXPECT_FALSE(messages.Showed("Merge complete"));
+    EXPECT_TRUE(messages.shown.empty()); // no "Merge complete"
 
     dialogs.opens = {Chosen("/m/Other.tsy", 2)};
     window.mergeAnswersOK = true;
@@ -223,7 +223,7 @@ TEST_F(FileCommandsTest, ExternalWritesAiTxtInTheProgramFolderAndOpensIt) {
     EXPECT_EQ(messages.beeps, 0);
     EXPECT_FALSE(progress.visible);
 
-    shell.openSucceeds = false;
+    shell.openResult = false;
     commands.External();
     EXPECT_EQ(messages.beeps, 1);
     EXPECT_TRUE(messages.shown.empty());
