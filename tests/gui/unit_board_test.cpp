@@ -102,9 +102,9 @@ TEST_F(BoardFixture, DecliningAllLeavesAnEmptyBoard) {
         if (auto* w = qobject_cast<QWidget*>(child)) EXPECT_TRUE(w->isHidden());
 }
 
-TEST_F(BoardFixture, LargeBoardsMakeWidgetsOnlyForRowsInViewAndFillEveryUnit) {
+TEST_F(BoardFixture, LargeBoardsMakeWidgetsOnlyForRowsInViewAndKeepTheirViews) {
     for (int i = 0; i < 2000; ++i)
-        test::AddUnit(defs, "U" + std::to_string(100000 + i), "ARM", "KBOT", 0.125f, 70);
+        test::AddUnit(defs, "U" + std::to_string(100000 + i), "ARM", "KBOT", 0.125f, 70, i != 2);
     board->BuildForCategory("&Kbots");
     ASSERT_EQ(board->CardCount(), 2000);
     EXPECT_LE(board->CardWidgetCount(), 8) << "400 px of view hold at most five 90 px rows";
@@ -113,41 +113,33 @@ TEST_F(BoardFixture, LargeBoardsMakeWidgetsOnlyForRowsInViewAndFillEveryUnit) {
         ASSERT_FLOAT_EQ(defs.Units[i].Limit, 50.0f) << i;
     }
     EXPECT_TRUE(defs.Changed);
-
-    // Scroll to the middle: the rows there get cards, with their own units.
-    board->Vscroll1->setValue(1000 * 1350);
-    std::vector<int> rows = board->RowsWithCards();
-    EXPECT_NE(std::find(rows.begin(), rows.end(), 1000), rows.end());
-    EXPECT_NE(std::find(rows.begin(), rows.end(), 0), rows.end()) << "the active card stays";
-    EXPECT_EQ(board->CardAt(1000)->UnitIndex, board->UnitIndexAt(1000));
-    EXPECT_EQ(board->CardAt(1000)->lblUnitName->text().toStdString(), "U101000");
-    EXPECT_EQ(board->CardAt(1000)->sldPriority->value(), 12);
-    EXPECT_LE(board->CardWidgetCount(), 10);
-
-    // A card edited by the user keeps the edit after scrolling away and back.
-    frmUnit* card = board->CardAt(1001);
-    ASSERT_NE(card, nullptr);
-    card->sldNumbers->setValue(33);
-    board->Vscroll1->setValue(-255);
-    board->Vscroll1->setValue(1000 * 1350);
-    EXPECT_EQ(board->CardAt(1001)->sldNumbers->value(), 33);
-    EXPECT_EQ(board->CardAt(1001)->lblLimit->text().toStdString(), "33");
-}
-
-TEST_F(BoardFixture, ExcludedViewSurvivesScrolling) {
-    for (int i = 0; i < 40; ++i)
-        test::AddUnit(defs, "U" + std::to_string(100 + i), "ARM", "KBOT", 1, 1, i != 2);
-    board->BuildForCategory("&Kbots");
     board->CardAt(2)->setFocus();
     QApplication::processEvents();
     EXPECT_TRUE(board->CardAt(2)->lblExclude->isVisible());
     board->CardAt(1)->setFocus();
     QApplication::processEvents();
-    board->Vscroll1->setValue(30 * 1350);
+
+    // Scroll to the middle: the rows there get cards, with their own units.
+    board->Vscroll1->setValue(1000 * 1350);
+    std::vector<int> rows = board->RowsWithCards();
+    EXPECT_NE(std::find(rows.begin(), rows.end(), 1000), rows.end());
+    EXPECT_NE(std::find(rows.begin(), rows.end(), 1), rows.end()) << "the active card stays";
+    EXPECT_EQ(board->CardAt(1000)->UnitIndex, board->UnitIndexAt(1000));
+    EXPECT_EQ(board->CardAt(1000)->lblUnitName->text().toStdString(), "U101000");
+    EXPECT_EQ(board->CardAt(1000)->sldPriority->value(), 12);
+    EXPECT_LE(board->CardWidgetCount(), 10);
+
+    // Cards keep an edit or the excluded view after scrolling away and back.
+    frmUnit* card = board->CardAt(1001);
+    ASSERT_NE(card, nullptr);
+    card->sldNumbers->setValue(33);
     board->Vscroll1->setValue(-255);
     ASSERT_NE(board->CardAt(2), nullptr);
     EXPECT_TRUE(board->CardAt(2)->lblExclude->isVisible());
     EXPECT_FALSE(board->CardAt(2)->sldPriority->isVisible());
+    board->Vscroll1->setValue(1000 * 1350);
+    EXPECT_EQ(board->CardAt(1001)->sldNumbers->value(), 33);
+    EXPECT_EQ(board->CardAt(1001)->lblLimit->text().toStdString(), "33");
 }
 
 TEST_F(BoardFixture, ResizingLaysTheCardsOutAgain) {

@@ -89,9 +89,17 @@ TEST_F(FileCommandsTest, SavePromptAsksOnceAndCancelStopsTheCaller) {
     EXPECT_EQ(messages.shown.size(), 1u);
 }
 
-TEST_F(FileCommandsTest, YesRunsSaveAndCommandGoesOnEvenWhenSaveIsCancelled) {
+TEST_F(FileCommandsTest, NewStopsOnCancelAndGoesOnAfterYesEvenWhenSaveIsCancelled) {
     defs.Changed = true;
     defs.ParentAIs = "Old;Parents";
+    fields.SetAIName("Mine");
+    messages.answers = {MsgAnswer::Cancel};
+    commands.New();
+    EXPECT_EQ(defs.ParentAIs, "Old;Parents");
+    EXPECT_EQ(fields.AIName(), "Mine");
+    EXPECT_TRUE(window.events.empty());
+
+    defs.Changed = true;
     messages.answers = {MsgAnswer::Yes};
     commands.New(); // the save dialog is cancelled (nothing scripted)
     EXPECT_EQ(dialogs.saveCalls.size(), 1u);
@@ -99,17 +107,6 @@ TEST_F(FileCommandsTest, YesRunsSaveAndCommandGoesOnEvenWhenSaveIsCancelled) {
     EXPECT_EQ(defs.ParentAIs, "");
     EXPECT_EQ(fields.AIName(), "New");
     EXPECT_EQ(window.events, (std::vector<std::string>{"settings new", "reselect"}));
-}
-
-TEST_F(FileCommandsTest, NewStopsOnCancelAtThePrompt) {
-    defs.Changed = true;
-    defs.ParentAIs = "Keep";
-    fields.SetAIName("Mine");
-    messages.answers = {MsgAnswer::Cancel};
-    commands.New();
-    EXPECT_EQ(defs.ParentAIs, "Keep");
-    EXPECT_EQ(fields.AIName(), "Mine");
-    EXPECT_TRUE(window.events.empty());
 }
 
 TEST_F(FileCommandsTest, OpenChoosesTheReaderByFilterNotByExtension) {
