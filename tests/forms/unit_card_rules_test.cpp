@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
 using namespace vantrel;
 
 TEST(UnitCardRules, RoundingGoesToTheEvenNeighbour) {
@@ -95,49 +97,38 @@ TEST(UnitCardRules, EntryNumbersAreDecimalsWithAPoint) {
         EXPECT_FALSE(EntryNumber(none)) << none;
 }
 
-TEST(UnitCardRules, WeightCommitCapsAtTheSliderMax) {
-    SliderSettings p = PrioritySettings(10);
-    std::string text = "30";
-    EXPECT_EQ(CommitWeightText(text, p), 1000);
-    EXPECT_EQ(text, "10");
-    text = "2.35";
-    EXPECT_EQ(CommitWeightText(text, p), 235);
-    EXPECT_EQ(text, "2.35");
-    text = "0.125";
-    EXPECT_EQ(CommitWeightText(text, p), 12);
-    text = ".";
-    EXPECT_FALSE(CommitWeightText(text, p));
-    text = "";
-    EXPECT_FALSE(CommitWeightText(text, p));
-}
-
-TEST(UnitCardRules, LimitCommitTruncatesOnEnterAndRoundsOnLeaving) {
-    SliderSettings n = NumbersSettings(50);
-    std::string text = "12.7";
-    EXPECT_EQ(CommitLimitText(text, n, true), 12);
-    EXPECT_EQ(text, "12");
-    text = "12.7";
-    EXPECT_EQ(CommitLimitText(text, n, false), 13);
-    EXPECT_EQ(text, "12.7");
-    text = "12.5";
-    EXPECT_EQ(CommitLimitText(text, n, false), 12);
-    text = "80.5";
-    EXPECT_EQ(CommitLimitText(text, n, false), 50);
-    EXPECT_EQ(text, "50");
-    text = "";
-    EXPECT_FALSE(CommitLimitText(text, n, true));
+TEST(UnitCardRules, CommitsCapTruncateOrRoundAndRewriteTheText) {
+    const SliderSettings p = PrioritySettings(10);
+    const SliderSettings n = NumbersSettings(50);
+    enum Field { Weight, LimitOnEnter, LimitOnLeaving };
+    struct Row {
+        Field field;
+        std::string text;
+        int expected; // -1: nothing to commit
+        std::string textAfter;
+    };
+    const Row rows[] = {{Weight, "30", 1000, "10"},           {Weight, "2.35", 235, "2.35"},
+                        {Weight, "0.125", 12, "0.125"},       {Weight, ".", -1, "."},
+                        {LimitOnEnter, "12.7", 12, "12"},     {LimitOnEnter, "", -1, ""},
+                        {LimitOnLeaving, "12.7", 13, "12.7"}, {LimitOnLeaving, "12.5", 12, "12.5"},
+                        {LimitOnLeaving, "80.5", 50, "50"}};
+    for (const Row& r : rows) {
+        SCOPED_TRACE(::testing::Message() << "field " << r.field << ", text " << r.text);
+        std::string text = r.text;
+        const std::optional<int> got = r.field == Weight
+                                           ? CommitWeightText(text, p)
+                                           : CommitLimitText(text, n, r.field == LimitOnEnter);
+        EXPECT_EQ(got.value_or(-1), r.expected);
+        EXPECT_EQ(text, r.textAfter);
+    }
 }
 
 TEST(UnitCardRules, ManualPriorityIsLimitedTo0Through255) {
-    EXPECT_EQ(ManualPriority("300"), 255);
-    EXPECT_EQ(ManualPriority("12"), 12);
-    EXPECT_EQ(ManualPriority(" 7 "), 7);
-    EXPECT_EQ(ManualPriority("0.4"), 0);
-    EXPECT_EQ(ManualPriority("-5"), 0);
-    EXPECT_EQ(ManualPriority("1e9"), 255);
-    EXPECT_FALSE(ManualPriority(""));
-    EXPECT_FALSE(ManualPriority("abc"));
-    EXPECT_FALSE(ManualPriority("12abc"));
+    const std::pair<const char*, int> rows[] = {{"300", 255}, {"12", 12},  {" 7 ", 7},
+                                                {"0.4", 0},   {"-5", 0},   {"1e9", 255},
+                                                {"", -1},     {"abc", -1}, {"12abc", -1}};
+    for (const auto& [answer, expected] : rows)
+        EXPECT_EQ(ManualPriority(answer).value_or(-1), expected) << answer;
 }
 
 TEST(UnitCardRules, LayoutStretchesTheTopRowAndSlidersToTheCard) {

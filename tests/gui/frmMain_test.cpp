@@ -6,20 +6,19 @@
 #include "mainwindow/qt_file_dialogs.h"
 #include "startup/frmLoad.h"
 #include "support/command_fakes.h"
+#include "support/test_support.h"
 
 #include <QAction>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
-#include <QProgressBar>
 #include <QPushButton>
 #include <QTextBrowser>
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <unistd.h>
+#include <fstream>
 
 namespace vantrel {
 namespace {
@@ -36,12 +35,6 @@ QStringList Captions(QMenu* menu) {
 class MainWindowTest : public ::testing::Test {
   protected:
     void SetUp() override {
-        appDir = (std::filesystem::temp_directory_path() /
-                  ("vantrel_gui_app_" + std::to_string(getpid())))
-                     .string() +
-                 "/";
-        std::filesystem::remove_all(appDir);
-        std::filesystem::create_directories(appDir);
         defs.AppDir = appDir;
         const char* sides[] = {"ARM", "CORE", "ronin", "AR", "Voss"};
         for (int i = 0; i < 5; ++i)
@@ -57,21 +50,18 @@ class MainWindowTest : public ::testing::Test {
             if (script) script(d);
         };
     }
-    void TearDown() override {
-        window.reset();
-        std::filesystem::remove_all(appDir);
-    }
     void Load() {
         window->Load();
         modals.clear();
     }
 
     QApplication& app = GuiApp(); // before any widget
-    std::string appDir;
+    test::TempDir folder;
+    std::string appDir = folder.path() + "/";
     Definitions defs;
-    ScriptedMessages messages;
+    test::ScriptedMessages messages;
     MemorySettingsStore settings;
-    FakeShell shell;
+    test::RecordingShell shell;
     frmLoad progress;
     FixedClock clock;
     DefaultRandom random;
@@ -82,10 +72,9 @@ class MainWindowTest : public ::testing::Test {
     std::function<void(QDialog&)> script;
 };
 
-TEST_F(MainWindowTest, MenusAsDesigned) {
-    QMenuBar* bar = window->menuBar();
+TEST_F(MainWindowTest, MenusAndNamedPartsAsDesigned) {
     QStringList tops;
-    for (QAction* a : bar->actions())
+    for (QAction* a : window->menuBar()->actions())
         tops << a->text();
     EXPECT_EQ(tops, QStringList({"&File", "&View", "&Side", "&Type", "&Help"}));
     EXPECT_EQ(Captions(window->mnuFile),
@@ -95,17 +84,16 @@ TEST_F(MainWindowTest, MenusAsDesigned) {
                            "&Randomize..."}));
     EXPECT_EQ(Captions(window->mnuHelp), QStringList({"&Contents...", "&About..."}));
     ASSERT_EQ(window->mnuTypes.size(), 12u);
-    EXPECT_EQ(window->mnuTypes[0]->text(), "&All");
     EXPECT_TRUE(window->mnuTypes[1]->isSeparator());
-    EXPECT_EQ(window->mnuTypes[2]->text(), "&Aircraft");
     EXPECT_EQ(window->mnuTypes[11]->text(), "&Workers");
-    for (const char* name : {"mnuFileNew", "mnuFileSep2", "mnuVIewSep1", "mnuViewIncludes",
-                             "mnuViewRandomize", "mnuHelpAbout"})
+    for (const char* name : {"mnuFileNew", "mnuVIewSep1", "mnuViewIncludes", "mnuHelpAbout"})
         EXPECT_NE(window->findChild<QAction*>(name), nullptr) << name;
-    EXPECT_EQ(window->windowTitle(), "Vantrel");
-    EXPECT_NE(window->findChild<QWidget*>("picScreen"), nullptr);
-    EXPECT_NE(window->findChild<QWidget*>("Vscroll1"), nullptr);
-    EXPECT_EQ(window->lblAIName->text(), "New AI");
+    for (const char* name : {"picScreen", "Vscroll1"})
+        EXPECT_NE(window->findChild<QWidget*>(name), nullptr) << name;
+    // The Merge dialog finds the banner by its name.
+    auto* banner = window->findChild<QLabel*>("lblAIName");
+    ASSERT_NE(banner, nullptr);
+    EXPECT_EQ(banner->text(), "New AI");
 }
 
 TEST_F(MainWindowTest, LoadAddsFurtherSidesChecksArmAndOpensSettings) {
@@ -114,13 +102,8 @@ TEST_F(MainWindowTest, LoadAddsFurtherSidesChecksArmAndOpensSettings) {
     EXPECT_TRUE(window->isVisible());
     ASSERT_EQ(window->mnuSideOption.size(), 3u); // template, Ronin, Voss
     EXPECT_FALSE(window->mnuSideOption[0]->isVisible());
-    EXPECT_EQ(window->mnuSideOption[1]->text(), "Ronin");
     EXPECT_EQ(window->mnuSideOption[2]->text(), "Voss");
-    EXPECT_TRUE(window->mnuSideOption[2]->isVisible());
-    EXPECT_EQ(window->mnuSideOptionA[1]->text(), "Arm");
-    EXPECT_TRUE(window->mnuSideOptionA[3]->isSeparator());
     EXPECT_EQ(defs.CurrentSide, "ARM");
-    EXPECT_EQ(defs.CurrentSideIndex, 1);
     EXPECT_TRUE(window->mnuSideOptionA[1]->isChecked());
     for (QAction* item : window->mnuTypes)
         EXPECT_FALSE(item->isChecked());
@@ -131,16 +114,13 @@ TEST_F(MainWindowTest, SideAndTypeMenusKeepOneCheckEach) {
     window->mnuSideOption[2]->trigger(); // Voss, through the menu item
     EXPECT_EQ(defs.CurrentSide, "VOSS");
     EXPECT_EQ(defs.CurrentSideIndex, 2);
-    EXPECT_TRUE(window->mnuSideOption[2]->isChecked());
     EXPECT_FALSE(window->mnuSideOptionA[1]->isChecked());
 
     window->mnuTypes[5]->trigger(); // Kbots
-    EXPECT_TRUE(window->mnuTypes[5]->isChecked());
     window->mnuTypes[5]->trigger(); // the checked category: nothing happens, stays checked
     EXPECT_TRUE(window->mnuTypes[5]->isChecked());
     window->mnuTypes[2]->trigger();
     EXPECT_FALSE(window->mnuTypes[5]->isChecked());
-    EXPECT_TRUE(window->mnuTypes[2]->isChecked());
 
     // Re-selection goes back through the side handler and keeps the category.
     window->mnuSideOptionA[2]->trigger();
@@ -151,28 +131,19 @@ TEST_F(MainWindowTest, SideAndTypeMenusKeepOneCheckEach) {
     EXPECT_TRUE(window->mnuTypes[2]->isChecked());
 }
 
-TEST_F(MainWindowTest, ClosePromptCancelKeepsWindowAndSecondCloseDoesNotAsk) {
+TEST_F(MainWindowTest, ClosingGoesThroughTheSavePrompt) {
     Load();
     defs.Changed = true;
     messages.answers = {MsgAnswer::Cancel};
     EXPECT_FALSE(window->close());
     EXPECT_TRUE(window->isVisible());
-    ASSERT_EQ(messages.shown.size(), 1u);
-    EXPECT_EQ(messages.shown[0].text, "Save Changes to New AI now?");
-    EXPECT_TRUE(window->close());
-    EXPECT_FALSE(window->isVisible());
-    EXPECT_EQ(messages.shown.size(), 1u);
-}
 
-TEST_F(MainWindowTest, ExitWithYesRunsSave) {
-    Load();
     defs.Changed = true;
     messages.answers = {MsgAnswer::Yes};
     dialogs.saves = {FileDialogResult{true, appDir + "Mine.txt", 1, appDir}};
     window->mnuFileExit->trigger();
     ASSERT_EQ(profiles.calls.size(), 1u);
     EXPECT_EQ(profiles.calls[0].path, appDir + "Mine.txt");
-    EXPECT_EQ(dialogs.saveCalls[0].proposedName, "New");
     EXPECT_FALSE(window->isVisible());
 }
 
@@ -182,7 +153,6 @@ TEST_F(MainWindowTest, FailedOpenShowsMessageClosesProgressAndReenablesWindow) {
     dialogs.opens = {FileDialogResult{true, "/x/Bad.txt", 1, "/x/"}};
     window->mnuFileOpen->trigger();
     ASSERT_EQ(messages.shown.size(), 1u);
-    EXPECT_NE(messages.shown[0].text.find("/x/Bad.txt"), std::string::npos);
     EXPECT_NE(messages.shown[0].text.find("not a profile"), std::string::npos);
     EXPECT_FALSE(progress.isVisible());
     EXPECT_TRUE(window->menuBar()->isEnabled());
@@ -203,75 +173,54 @@ TEST_F(MainWindowTest, MergeHookRunsBetweenReadAndRebuild) {
     dialogs.opens = {FileDialogResult{true, "/x/Two.tsy", 2, "/x/"}};
     window->mnuFileMerge->trigger();
     EXPECT_TRUE(ran);
-    EXPECT_TRUE(messages.Showed("Merge complete"));
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].text, "Merge complete");
     EXPECT_TRUE(window->menuBar()->isEnabled());
-
-    // Without a dialog attached, Options and Build Set answer Cancel.
-    defs.DialogOK = true;
-    window->mnuViewOptions->trigger();
-    EXPECT_FALSE(defs.DialogOK);
 }
 
-TEST_F(MainWindowTest, NewThenOkResetsUnitsAndRenames) {
+TEST_F(MainWindowTest, NewResetsUnitsOnOkOnlyAndSettingsOnlyRenames) {
     Load();
-    window->Settings().txtAIname->setText("Old");
+    frmSettings& s = window->Settings();
+    EXPECT_EQ(s.txtAIname->maxLength(), 28);
+    EXPECT_EQ(s.txtAuthor->maxLength(), 28);
+    s.txtAIname->setText("   ");
+    EXPECT_FALSE(s.cmdOK->isEnabled());
+    s.txtAIname->setText(" x");
+    EXPECT_TRUE(s.cmdOK->isEnabled());
+
+    script = [](QDialog& d) {
+        auto& settings = static_cast<frmSettings&>(d);
+        settings.txtAuthor->setText("Edited");
+        settings.cmdCancel->click();
+    };
+    window->mnuFileNew->trigger();
+    EXPECT_EQ(defs.Units[2].Weight, 2.5f);
+    EXPECT_EQ(s.AIName(), "New");
+    EXPECT_EQ(s.Author(), "Edited"); // kept for the next save
+    EXPECT_EQ(window->lblAIName->text(), "New AI");
+    EXPECT_TRUE(s.Tag.isEmpty());
+
     script = [](QDialog& d) { static_cast<frmSettings&>(d).cmdOK->click(); };
     window->mnuFileNew->trigger();
-    EXPECT_EQ(modals, QStringList({"frmSettings"}));
-    EXPECT_EQ(window->lblAIName->text(), "New AI");
     EXPECT_EQ(defs.Units[2].Weight, 0.0f);
     EXPECT_EQ(defs.Units[2].Limit, 0.0f);
-    EXPECT_TRUE(defs.Units[2].Include);
-    EXPECT_TRUE(window->Settings().Tag.isEmpty());
+    EXPECT_TRUE(s.Tag.isEmpty());
 
-    // Settings at any other time only renames.
     defs.Units[2].Weight = 1.5f;
     script = [](QDialog& d) {
-        auto& s = static_cast<frmSettings&>(d);
-        s.txtAIname->setText("Flash");
-        s.cmdOK->click();
+        auto& settings = static_cast<frmSettings&>(d);
+        settings.txtAIname->setText("Flash");
+        settings.cmdOK->click();
     };
     window->mnuViewSettings->trigger();
     EXPECT_EQ(window->lblAIName->text(), "Flash AI");
     EXPECT_EQ(defs.Units[2].Weight, 1.5f);
 }
 
-TEST_F(MainWindowTest, NewThenCancelKeepsUnitsAndClearsTag) {
-    Load();
-    script = [](QDialog& d) {
-        auto& s = static_cast<frmSettings&>(d);
-        s.txtAuthor->setText("Edited");
-        s.cmdCancel->click();
-    };
-    window->mnuFileNew->trigger();
-    EXPECT_EQ(defs.Units[2].Weight, 2.5f);
-    EXPECT_TRUE(window->Settings().Tag.isEmpty());
-    EXPECT_EQ(window->Settings().AIName(), "New");
-    EXPECT_EQ(window->Settings().Author(), "Edited"); // kept for the next save
-    EXPECT_EQ(window->lblAIName->text(), "New AI");
-}
-
-TEST_F(MainWindowTest, SettingsOkOnlyForNonBlankNames) {
-    frmSettings& s = window->Settings();
-    EXPECT_EQ(s.windowTitle(), "Settings");
-    EXPECT_EQ(s.txtAIname->maxLength(), 28);
-    EXPECT_EQ(s.txtAuthor->maxLength(), 28);
-    EXPECT_EQ(s.txtAIname->toolTip(), "Enter AI Name Here");
-    EXPECT_EQ(s.txtAuthor->text(), "N/A");
-    s.txtAIname->setText("   ");
-    EXPECT_FALSE(s.cmdOK->isEnabled());
-    s.txtAIname->setText("");
-    EXPECT_FALSE(s.cmdOK->isEnabled());
-    s.txtAIname->setText(" x");
-    EXPECT_TRUE(s.cmdOK->isEnabled());
-}
-
-TEST_F(MainWindowTest, AboutShowsVersionAndLinksGoToTheShell) {
+TEST_F(MainWindowTest, AboutLinksGoToTheShell) {
     Load();
     script = [](QDialog& d) {
         auto& about = static_cast<frmAbout&>(d);
-        EXPECT_EQ(about.windowTitle(), "About Vantrel");
-        EXPECT_EQ(about.Label1->text(), "Version 1.1.0");
         EXPECT_FALSE(about.Image1->pixmap().isNull());
         emit about.Label3->linkActivated(FeedbackLink);
         emit about.Label5->linkActivated(WebAddress);
@@ -288,18 +237,6 @@ TEST_F(MainWindowTest, HelpContentsShowsTheHelpFileFromTheProgramFolder) {
     ASSERT_NE(window->HelpViewer(), nullptr);
     EXPECT_TRUE(window->HelpViewer()->isVisible());
     EXPECT_TRUE(window->HelpViewer()->txtHelp->toPlainText().contains("File menu"));
-}
-
-TEST(ProgressForm, CaptionAndControls) {
-    GuiApp();
-    frmLoad form;
-    EXPECT_EQ(form.windowTitle(), "Vantrel v1.1.0");
-    EXPECT_EQ(form.lblStatus->text(), "Loading....");
-    form.SetMaximum(10);
-    form.SetValue(4);
-    form.SetStatus("Processing... Arm Flash");
-    EXPECT_EQ(form.prbMain->value(), 4);
-    EXPECT_EQ(form.lblStatus->text(), "Processing... Arm Flash");
 }
 
 TEST(FileDialogFilters, PipeListBecomesQtNameFilters) {

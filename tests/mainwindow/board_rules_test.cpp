@@ -103,13 +103,6 @@ TEST_F(BuildFixture, OnlyTheCurrentSideInExactCaseGetsCards) {
     EXPECT_EQ(progress.shows, 1);
 }
 
-TEST_F(BuildFixture, UnitsAtZeroLeaveChangedAlone) {
-    defs.CurrentSide = "ARM";
-    AddUnit(defs, "Flash", "ARM", "TANK");
-    Build("&Vehicles");
-    EXPECT_FALSE(defs.Changed);
-}
-
 TEST_F(BuildFixture, AllAsksFirstAndNoLeavesEverythingAlone) {
     defs.CurrentSide = "ARM";
     AddUnit(defs, "Flash", "ARM", "TANK", 0.125f, 2);

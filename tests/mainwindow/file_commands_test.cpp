@@ -1,19 +1,18 @@
+#include "catalogue/text.h"
 #include "mainwindow/file_commands.h"
 #include "mainwindow/help_file.h"
 #include "support/command_fakes.h"
+#include "support/test_support.h"
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
+#include <algorithm>
 #include <fstream>
-#include <sstream>
-#include <unistd.h>
 
 namespace vantrel {
 namespace {
 
 using namespace vantrel::testing;
-namespace fs = std::filesystem;
 
 // The window as the commands see it: records what they asked for, in order.
 class RecordingWindow : public MainWindowHooks {
@@ -41,27 +40,17 @@ class RecordingWindow : public MainWindowHooks {
     CountingProgress& progress_;
 };
 
-std::string TempFolder(const std::string& name) {
-    fs::path dir =
-        fs::temp_directory_path() / ("vantrel_cmd_" + std::to_string(getpid()) + "_" + name);
-    fs::remove_all(dir);
-    fs::create_directories(dir);
-    return dir.string() + "/";
-}
-
 std::string ReadFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream s;
-    s << in.rdbuf();
-    return s.str();
+    return ReadWholeFile(path).value_or("");
 }
 
 class FileCommandsTest : public ::testing::Test {
   protected:
+    test::TempDir app;
     Definitions defs;
-    ScriptedMessages messages;
+    test::ScriptedMessages messages;
     MemorySettingsStore settings;
-    FakeShell shell;
+    test::RecordingShell shell;
     CountingProgress progress;
     PlainSettingsFields fields;
     FixedClock clock;
@@ -73,11 +62,10 @@ class FileCommandsTest : public ::testing::Test {
                           window};
 
     void SetUp() override {
-        defs.AppDir = TempFolder("app");
+        defs.AppDir = app.path() + "/";
         defs.LastDir = "/profiles/";
         commands.Load();
     }
-    void TearDown() override { fs::remove_all(defs.AppDir); }
     static FileDialogResult Chosen(const std::string& path, int filter = 1) {
         return FileDialogResult{true, path, filter, path.substr(0, path.rfind('/') + 1)};
     }
@@ -101,9 +89,17 @@ TEST_F(FileCommandsTest, SavePromptAsksOnceAndCancelStopsTheCaller) {
     EXPECT_EQ(messages.shown.size(), 1u);
 }
 
-TEST_F(FileCommandsTest, YesRunsSaveAndCommandGoesOnEvenWhenSaveIsCancelled) {
+TEST_F(FileCommandsTest, NewStopsOnCancelAndGoesOnAfterYesEvenWhenSaveIsCancelled) {
     defs.Changed = true;
     defs.ParentAIs = "Old;Parents";
+    fields.SetAIName("Mine");
+    messages.answers = {MsgAnswer::Cancel};
+    commands.New();
+    EXPECT_EQ(defs.ParentAIs, "Old;Parents");
+    EXPECT_EQ(fields.AIName(), "Mine");
+    EXPECT_TRUE(window.events.empty());
+
+    defs.Changed = true;
     messages.answers = {MsgAnswer::Yes};
     commands.New(); // the save dialog is cancelled (nothing scripted)
     EXPECT_EQ(dialogs.saveCalls.size(), 1u);
@@ -111,17 +107,6 @@ TEST_F(FileCommandsTest, YesRunsSaveAndCommandGoesOnEvenWhenSaveIsCancelled) {
     EXPECT_EQ(defs.ParentAIs, "");
     EXPECT_EQ(fields.AIName(), "New");
     EXPECT_EQ(window.events, (std::vector<std::string>{"settings new", "reselect"}));
-}
-
-TEST_F(FileCommandsTest, NewStopsOnCancelAtThePrompt) {
-    defs.Changed = true;
-    defs.ParentAIs = "Keep";
-    fields.SetAIName("Mine");
-    messages.answers = {MsgAnswer::Cancel};
-    commands.New();
-    EXPECT_EQ(defs.ParentAIs, "Keep");
-    EXPECT_EQ(fields.AIName(), "Mine");
-    EXPECT_TRUE(window.events.empty());
 }
 
 TEST_F(FileCommandsTest, OpenChoosesTheReaderByFilterNotByExtension) {
@@ -173,7 +158,7 @@ TEST_F(FileCommandsTest, MergeThenCancelRebuildsStoresLastDirWithoutMergeComplet
     EXPECT_EQ(window.events,
               (std::vector<std::string>{"out of use", "merge", "reselect", "in use"}));
     EXPECT_EQ(settings.Get("LastDir", ""), "/m/");
-    EXPECT_FALSE(messages.Showed("Merge complete"));
+    EXPECT_TRUE(messages.shown.empty()); // no "Merge complete"
 
     dialogs.opens = {Chosen("/m/Other.tsy", 2)};
     window.mergeAnswersOK = true;
@@ -235,7 +220,7 @@ TEST_F(FileCommandsTest, ExternalWritesAiTxtInTheProgramFolderAndOpensIt) {
     EXPECT_EQ(messages.beeps, 0);
     EXPECT_FALSE(progress.visible);
 
-    shell.openSucceeds = false;
+    shell.openResult = false;
     commands.External();
     EXPECT_EQ(messages.beeps, 1);
     EXPECT_TRUE(messages.shown.empty());
@@ -277,8 +262,9 @@ TEST(PathRules, FolderPartKeepsTheSeparator) {
 }
 
 TEST(HelpFile, CopiedIntoTheProgramFolderWhenMissing) {
-    const std::string app = TempFolder("help_app");
-    const std::string share = TempFolder("help_share");
+    const test::TempDir appDir, shareDir, noneDir;
+    const std::string app = appDir.path() + "/";
+    const std::string share = shareDir.path() + "/";
     std::ofstream(share + "Vant1.hlp") << "<h1>help</h1>";
     EXPECT_EQ(EnsureHelpFile(app, {share + "missing.hlp", share + "Vant1.hlp"}), app + "Vant1.hlp");
     EXPECT_EQ(ReadFile(app + "Vant1.hlp"), "<h1>help</h1>");
@@ -286,10 +272,7 @@ TEST(HelpFile, CopiedIntoTheProgramFolderWhenMissing) {
     std::ofstream(app + "Vant1.hlp") << "edited";
     EXPECT_EQ(EnsureHelpFile(app, {share + "Vant1.hlp"}), app + "Vant1.hlp");
     EXPECT_EQ(ReadFile(app + "Vant1.hlp"), "edited");
-    const std::string none = TempFolder("help_none");
-    EXPECT_EQ(EnsureHelpFile(none, {share + "nope"}), "");
-    for (const std::string& dir : {app, share, none})
-        fs::remove_all(dir);
+    EXPECT_EQ(EnsureHelpFile(noneDir.path() + "/", {share + "nope"}), "");
 }
 
 } // namespace

@@ -18,10 +18,6 @@ std::vector<int> RowOf(const PcxImage& img, int y) {
     return std::vector<int>(img.Row(y), img.Row(y) + img.BytesPerRow());
 }
 
-// ---------------------------------------------------------------------------
-// 256-colour pictures
-// ---------------------------------------------------------------------------
-
 TEST(Pcx256Test, WriterOutputDecodesToItsPixelsAndPalette) {
     std::vector<std::uint8_t> px(5 * 3);
     for (std::size_t i = 0; i < px.size(); ++i)
@@ -45,48 +41,112 @@ TEST(Pcx256Test, WriterOutputDecodesToItsPixelsAndPalette) {
     EXPECT_TRUE(msgs.shown.empty());
 }
 
-TEST(Pcx256Test, PaddingByteShowsAsExtraColumn) {
-    // 3 x 2 with 4 bytes per line: the fourth byte of each line is a column too.
+TEST(Pcx24Test, WriterOutputDecodesToItsPixels) {
+    std::vector<demo::Rgb> px;
+    for (int i = 0; i < 5 * 3; ++i)
+        px.push_back({static_cast<std::uint8_t>(i * 11), static_cast<std::uint8_t>(250 - i),
+                      static_cast<std::uint8_t>(i < 4 ? 0xC8 : i)});
     RecordingMessages msgs;
-    PcxResult r = DecodePCX(Pcx256(Fields(3, 2, 1, 4), Bytes({1, 2, 3, 9, 4, 5, 6, 8})), msgs);
+    PcxResult r = DecodePCX(demo::EncodePcx24(5, 3, px), msgs);
     ASSERT_TRUE(r) << r.reason;
-    EXPECT_EQ(r.image->width, 4);
-    EXPECT_EQ(RowOf(*r.image, 0), (std::vector<int>{1, 2, 3, 9}));
-    EXPECT_EQ(RowOf(*r.image, 1), (std::vector<int>{4, 5, 6, 8}));
+    const PcxImage& img = *r.image;
+    EXPECT_EQ(img.format, PcxImage::Format::Rgb32);
+    EXPECT_EQ(img.width, 5); // the padding byte of each plane is not shown
+    EXPECT_EQ(img.height, 3);
+    for (int y = 0; y < 3; ++y)
+        for (int x = 0; x < 5; ++x) {
+            const demo::Rgb& c = px[static_cast<std::size_t>(y * 5 + x)];
+            EXPECT_EQ(img.ColourAt(x, y), static_cast<std::uint32_t>(c.r << 16 | c.g << 8 | c.b))
+                << x << "," << y;
+        }
 }
 
-TEST(Pcx256Test, RunsCountOneAndCountZero) {
-    // 193 7: one pixel of 7. 192 5: writes nothing but still takes two bytes.
-    RecordingMessages msgs;
-    PcxResult r =
-        DecodePCX(Pcx256(Fields(8, 1, 1, 8), Bytes({193, 7, 192, 5, 195, 2, 1, 63, 3, 4})), msgs);
-    ASSERT_TRUE(r) << r.reason;
-    EXPECT_EQ(RowOf(*r.image, 0), (std::vector<int>{7, 2, 2, 2, 1, 63, 3, 4}));
+TEST(PcxStreamTest, HandMadeStreamsDecodeToTheseRows) {
+    struct Row {
+        const char* label;
+        std::string file;
+        std::vector<std::vector<int>> rows;
+    };
+    const Row cases[] = {
+        {"the padding byte of a 3 x 2 picture shows as a fourth column",
+         Pcx256(Fields(3, 2, 1, 4), Bytes({1, 2, 3, 9, 4, 5, 6, 8})),
+         {{1, 2, 3, 9}, {4, 5, 6, 8}}},
+        {"193 7 is one pixel; 192 5 writes nothing but takes two bytes",
+         Pcx256(Fields(8, 1, 1, 8), Bytes({193, 7, 192, 5, 195, 2, 1, 63, 3, 4})),
+         {{7, 2, 2, 2, 1, 63, 3, 4}}},
+        // Row 0: a run of 5 at x = 1 is cut to width - x = 2, the next byte fills the
+        // padding column. Row 1: at x = 3 a run of 2 has width - x = 0 and writes nothing.
+        {"a run crossing the line end is cut to the width",
+         Pcx256(Fields(3, 2, 1, 4), Bytes({1, 0xC5, 9, 7, 4, 5, 6, 0xC2, 9, 8})),
+         {{1, 9, 9, 7}, {4, 5, 6, 8}}},
+        {"width beyond the bytes per line without a crossing run",
+         Pcx256(Fields(6, 1, 1, 4), Bytes({0xC4, 9})),
+         {{9, 9, 9, 9}}},
+        {"planes are red, green, blue stored as blue, green, red, zero",
+         Pcx24(Fields(1, 1, 3, 2), Bytes({10, 99, 20, 99, 30, 99})),
+         {{30, 20, 10, 0}}},
+        // 12 bytes of red, green, blue lines: the first run fills row 0 and the first red
+        // byte of row 1, the count-0 run writes nothing, the last run fills green and blue.
+        {"24-bit data is one stream, runs cross planes and lines",
+         Pcx24(Fields(2, 2, 3, 2), Bytes({0xC7, 5, 6, 0xC0, 1, 0xC4, 8})),
+         {{5, 5, 5, 0, 5, 5, 5, 0}, {8, 8, 5, 0, 8, 8, 6, 0}}},
+    };
+    for (const Row& c : cases) {
+        SCOPED_TRACE(c.label);
+        RecordingMessages msgs;
+        PcxResult r = DecodePCX(c.file, msgs);
+        ASSERT_TRUE(r) << r.reason;
+        ASSERT_EQ(r.image->height, static_cast<int>(c.rows.size()));
+        for (int y = 0; y < r.image->height; ++y)
+            EXPECT_EQ(RowOf(*r.image, y), c.rows[static_cast<std::size_t>(y)]) << "row " << y;
+    }
 }
 
-TEST(Pcx256Test, RunCrossingLineEndIsCutToWidth) {
-    // Width 3, 4 bytes per line. Row 0: 1, then a run of 5 at x = 1 is cut to
-    // width - x = 2, then the next byte (7) fills the padding column; the rest
-    // of the run is not carried into row 1.
-    // Row 1: at x = 3 a run of 2 crosses the end; width - x = 0 writes nothing.
+TEST(PcxStreamTest, BrokenFilesGiveNoPictureAndNoMessage) {
+    std::vector<demo::Rgb> px(8 * 8, demo::Rgb{1, 2, 3});
+    px[5] = {200, 201, 202};
+    const std::string good24 = demo::EncodePcx24(8, 8, px);
+    // 64 x 64 needs 4096 bytes; the 10 data bytes and the 769 palette bytes (read as
+    // pixels once the data runs out) are not enough.
+    std::array<demo::Rgb, 256> plain;
+    plain.fill({1, 2, 3});
+    const std::string short256 = demo::PcxHeader(Fields(64, 64, 1, 64)) + std::string(10, '\1') +
+                                 demo::PcxPaletteBlock(plain);
+    std::string runAtEnd256 = short256;
+    runAtEnd256.back() = static_cast<char>(0xC1);
+    struct Row {
+        const char* label;
+        std::string file;
+        PcxFailure failure;
+        const char* reason;
+    };
+    const Row cases[] = {
+        {"empty", "", PcxFailure::Unreadable, ""},
+        {"shorter than the header", std::string(100, '\x08'), PcxFailure::Corrupt, "header"},
+        {"a cut run that would write past the line", Pcx256(Fields(6, 1, 1, 4), Bytes({0xC5, 9})),
+         PcxFailure::Corrupt, "overruns"},
+        {"256-colour data ending early", short256, PcxFailure::Corrupt, "ends early"},
+        {"256-colour run byte without its value", runAtEnd256, PcxFailure::Corrupt, "inside a run"},
+        {"24-bit data ending early", good24.substr(0, good24.size() - 4), PcxFailure::Corrupt,
+         "ends early"},
+        {"24-bit run byte without its value", good24 + Bytes({0xC1}), PcxFailure::Corrupt,
+         "inside a run"},
+        {"more data than the picture holds", good24 + Bytes({1, 2}), PcxFailure::Corrupt,
+         "past the end"},
+        {"24-bit width beyond the bytes per line would read outside the planes",
+         Pcx24(Fields(4, 1, 3, 2), Bytes({1, 2, 3, 4, 5, 6})), PcxFailure::BadSize, ""},
+    };
     RecordingMessages msgs;
-    PcxResult r =
-        DecodePCX(Pcx256(Fields(3, 2, 1, 4), Bytes({1, 0xC5, 9, 7, 4, 5, 6, 0xC2, 9, 8})), msgs);
-    ASSERT_TRUE(r) << r.reason;
-    EXPECT_EQ(RowOf(*r.image, 0), (std::vector<int>{1, 9, 9, 7}));
-    EXPECT_EQ(RowOf(*r.image, 1), (std::vector<int>{4, 5, 6, 8}));
-}
-
-TEST(Pcx256Test, RunThatWouldWritePastTheLineGivesNoPicture) {
-    // Width 6 but only 4 bytes per line: the cut run (6 - 0) does not fit.
-    RecordingMessages msgs;
-    PcxResult r = DecodePCX(Pcx256(Fields(6, 1, 1, 4), Bytes({0xC5, 9})), msgs);
-    EXPECT_FALSE(r);
-    EXPECT_EQ(r.failure, PcxFailure::Corrupt);
-    // Without a crossing run such a file decodes, 4 columns wide.
-    r = DecodePCX(Pcx256(Fields(6, 1, 1, 4), Bytes({0xC4, 9})), msgs);
-    ASSERT_TRUE(r) << r.reason;
-    EXPECT_EQ(r.image->width, 4);
+    for (const Row& c : cases) {
+        SCOPED_TRACE(c.label);
+        PcxResult r = DecodePCX(c.file, msgs);
+        EXPECT_FALSE(r);
+        EXPECT_EQ(r.failure, c.failure);
+        EXPECT_NE(r.reason.find(c.reason), std::string::npos) << r.reason;
+    }
+    // A count-0 run at the end writes nothing, so the picture is still whole.
+    EXPECT_TRUE(DecodePCX(good24 + Bytes({0xC0, 9}), msgs));
+    EXPECT_TRUE(msgs.shown.empty());
 }
 
 TEST(Pcx256Test, MissingPaletteMarkerShowsTheMessageOncePerCall) {
@@ -108,98 +168,6 @@ TEST(Pcx256Test, MissingPaletteMarkerShowsTheMessageOncePerCall) {
               PcxFailure::NoPalette);
     EXPECT_EQ(msgs.shown.size(), 3u);
 }
-
-TEST(Pcx256Test, DataEndingEarlyGivesNoPicture) {
-    // 64 x 64 needs 4096 bytes; the 10 data bytes and the 769 palette bytes
-    // (read as pixels once the data runs out) are not enough.
-    std::array<demo::Rgb, 256> plain;
-    plain.fill({1, 2, 3});
-    std::string file = demo::PcxHeader(Fields(64, 64, 1, 64)) + std::string(10, '\1') +
-                       demo::PcxPaletteBlock(plain);
-    RecordingMessages msgs;
-    PcxResult r = DecodePCX(file, msgs);
-    EXPECT_FALSE(r);
-    EXPECT_EQ(r.failure, PcxFailure::Corrupt);
-    EXPECT_NE(r.reason.find("ends early"), std::string::npos) << r.reason;
-
-    // A run byte as the very last byte of the file has no value byte.
-    file.back() = static_cast<char>(0xC1);
-    r = DecodePCX(file, msgs);
-    EXPECT_EQ(r.failure, PcxFailure::Corrupt);
-    EXPECT_NE(r.reason.find("inside a run"), std::string::npos) << r.reason;
-    EXPECT_TRUE(msgs.shown.empty());
-}
-
-// ---------------------------------------------------------------------------
-// 24-bit pictures
-// ---------------------------------------------------------------------------
-
-TEST(Pcx24Test, WriterOutputDecodesToItsPixels) {
-    std::vector<demo::Rgb> px;
-    for (int i = 0; i < 5 * 3; ++i)
-        px.push_back({static_cast<std::uint8_t>(i * 11), static_cast<std::uint8_t>(250 - i),
-                      static_cast<std::uint8_t>(i < 4 ? 0xC8 : i)});
-    RecordingMessages msgs;
-    PcxResult r = DecodePCX(demo::EncodePcx24(5, 3, px), msgs);
-    ASSERT_TRUE(r) << r.reason;
-    const PcxImage& img = *r.image;
-    EXPECT_EQ(img.format, PcxImage::Format::Rgb32);
-    EXPECT_EQ(img.width, 5); // the padding byte of each plane is not shown
-    EXPECT_EQ(img.height, 3);
-    for (int y = 0; y < 3; ++y)
-        for (int x = 0; x < 5; ++x) {
-            const demo::Rgb& c = px[static_cast<std::size_t>(y * 5 + x)];
-            EXPECT_EQ(img.ColourAt(x, y), static_cast<std::uint32_t>(c.r << 16 | c.g << 8 | c.b))
-                << x << "," << y;
-        }
-}
-
-TEST(Pcx24Test, PlanesAreRedGreenBlueStoredAsBlueGreenRedZero) {
-    RecordingMessages msgs;
-    PcxResult r = DecodePCX(Pcx24(Fields(1, 1, 3, 2), Bytes({10, 99, 20, 99, 30, 99})), msgs);
-    ASSERT_TRUE(r) << r.reason;
-    EXPECT_EQ(RowOf(*r.image, 0), (std::vector<int>{30, 20, 10, 0}));
-}
-
-TEST(Pcx24Test, DataIsOneStreamSoRunsCrossPlanesAndLines) {
-    // 2 x 2, two bytes per line: 12 bytes of red, green, blue lines. The first
-    // run (7 of 5) fills all of row 0 and the first red byte of row 1; the
-    // count-0 run writes nothing; the last run fills green and blue of row 1.
-    RecordingMessages msgs;
-    PcxResult r = DecodePCX(Pcx24(Fields(2, 2, 3, 2), Bytes({0xC7, 5, 6, 0xC0, 1, 0xC4, 8})), msgs);
-    ASSERT_TRUE(r) << r.reason;
-    EXPECT_EQ(r.image->ColourAt(0, 0), 0x050505u);
-    EXPECT_EQ(r.image->ColourAt(1, 0), 0x050505u);
-    EXPECT_EQ(r.image->ColourAt(0, 1), 0x050808u);
-    EXPECT_EQ(r.image->ColourAt(1, 1), 0x060808u);
-}
-
-TEST(Pcx24Test, TruncatedOrOverlongStreamGivesNoPicture) {
-    std::vector<demo::Rgb> px(8 * 8, demo::Rgb{1, 2, 3});
-    px[5] = {200, 201, 202};
-    const std::string good = demo::EncodePcx24(8, 8, px);
-    RecordingMessages msgs;
-    ASSERT_TRUE(DecodePCX(good, msgs));
-
-    PcxResult r = DecodePCX(good.substr(0, good.size() - 4), msgs);
-    EXPECT_EQ(r.failure, PcxFailure::Corrupt);
-    EXPECT_NE(r.reason.find("ends early"), std::string::npos) << r.reason;
-
-    r = DecodePCX(good + Bytes({0xC1}), msgs); // a run byte without its value
-    EXPECT_EQ(r.failure, PcxFailure::Corrupt);
-
-    r = DecodePCX(good + Bytes({1, 2}), msgs); // more data than the picture holds
-    EXPECT_EQ(r.failure, PcxFailure::Corrupt);
-    EXPECT_NE(r.reason.find("past the end"), std::string::npos) << r.reason;
-
-    // A count-0 run at the end writes nothing, so the picture is still whole.
-    EXPECT_TRUE(DecodePCX(good + Bytes({0xC0, 9}), msgs));
-    EXPECT_TRUE(msgs.shown.empty());
-}
-
-// ---------------------------------------------------------------------------
-// Kinds, sizes and files that give no picture
-// ---------------------------------------------------------------------------
 
 TEST(PcxRejectTest, UnsupportedKindsGiveNoPictureAndNoMessage) {
     RecordingMessages msgs;
@@ -237,30 +205,10 @@ TEST(PcxRejectTest, AbsurdSizesGiveNoPictureWithoutAllocating) {
     // Sizes in range, but 64 bytes of data cannot describe 16000 x 16000.
     check(Fields(16000, 16000, 1, 16000), "more than the data could hold");
 
-    // 24-bit: a width beyond the bytes per line would read outside the planes.
-    EXPECT_EQ(DecodePCX(Pcx24(Fields(4, 1, 3, 2), Bytes({1, 2, 3, 4, 5, 6})), msgs).failure,
-              PcxFailure::BadSize);
     EXPECT_TRUE(msgs.shown.empty());
 }
 
-TEST(PcxRejectTest, ShortHeaderMissingAndEmptyFiles) {
-    RecordingMessages msgs;
-    EXPECT_EQ(DecodePCX("", msgs).failure, PcxFailure::Unreadable);
-    EXPECT_EQ(DecodePCX(std::string(100, '\x08'), msgs).failure, PcxFailure::Corrupt);
-
-    test::ScratchDir dir;
-    EXPECT_EQ(LoadPCX(dir.File("missing.pcx"), msgs).failure, PcxFailure::Unreadable);
-    ASSERT_TRUE(demo::WriteFile(dir.File("empty.pcx"), ""));
-    EXPECT_EQ(LoadPCX(dir.File("empty.pcx"), msgs).failure, PcxFailure::Unreadable);
-    EXPECT_EQ(LoadPCX(dir.path(), msgs).failure, PcxFailure::Unreadable); // a folder
-    EXPECT_TRUE(msgs.shown.empty());
-}
-
-// ---------------------------------------------------------------------------
-// Files
-// ---------------------------------------------------------------------------
-
-TEST(PcxFileTest, LoadPcxPicksTheDecoderFromTheHeader) {
+TEST(PcxFileTest, LoadPcxPicksTheDecoderFromTheHeaderOrFindsNothing) {
     test::ScratchDir dir;
     const demo::DemoUnit& unit = demo::DemoUnits().front();
     ASSERT_TRUE(demo::WriteFile(dir.File("a.pcx"), demo::DemoPicture256(unit, 64, 64)));
@@ -280,6 +228,10 @@ TEST(PcxFileTest, LoadPcxPicksTheDecoderFromTheHeader) {
     // The two decoders on their own give the same pictures.
     EXPECT_EQ(LoadPCX256(dir.File("a.pcx"), msgs).image->pixels, a.image->pixels);
     EXPECT_EQ(LoadPCX24(dir.File("b.pcx")).image->pixels, b.image->pixels);
+
+    ASSERT_TRUE(demo::WriteFile(dir.File("empty.pcx"), ""));
+    for (const std::string& path : {dir.File("missing.pcx"), dir.File("empty.pcx"), dir.path()})
+        EXPECT_EQ(LoadPCX(path, msgs).failure, PcxFailure::Unreadable) << path;
     EXPECT_TRUE(msgs.shown.empty());
 }
 

@@ -1,9 +1,10 @@
-// Scripted stand-ins for the message boxes, file dialogs, profile files, shell
-// and main window, so the file commands run in tests without a modal window.
+// Scripted stand-ins for the file dialogs, profile files, clock and progress form, so
+// the file commands run in tests without a modal window (messages and shell: test_support.h).
 #pragma once
 
 #include "mainwindow/file_commands.h"
 #include "startup/ports.h"
+#include "support/test_support.h"
 
 #include <deque>
 #include <fstream>
@@ -11,34 +12,6 @@
 #include <vector>
 
 namespace vantrel::testing {
-
-struct ShownMessage {
-    std::string text, title;
-    MsgButtons buttons;
-    MsgIcon icon;
-};
-
-// Answers from a queue (OK / the first button when it runs dry) and records each box.
-class ScriptedMessages : public Messages {
-  public:
-    std::deque<MsgAnswer> answers;
-    std::vector<ShownMessage> shown;
-    int beeps = 0;
-    MsgAnswer Show(const std::string& text, const std::string& title, MsgButtons buttons,
-                   MsgIcon icon) override {
-        shown.push_back({text, title, buttons, icon});
-        if (answers.empty()) return buttons == MsgButtons::OK ? MsgAnswer::OK : MsgAnswer::No;
-        MsgAnswer a = answers.front();
-        answers.pop_front();
-        return a;
-    }
-    void Beep() override { ++beeps; }
-    bool Showed(const std::string& text) const {
-        for (const auto& m : shown)
-            if (m.text == text) return true;
-        return false;
-    }
-};
 
 struct DialogCall {
     std::string title, filter, initialFolder, proposedName;
@@ -98,18 +71,6 @@ class FakeProfileIO : public ProfileIO {
     void Record(const char* op, const std::string& path, bool merge) {
         calls.push_back({op, path, merge});
         if (!failure.empty()) throw ProfileError("Cannot use '" + path + "': " + failure);
-    }
-};
-
-class FakeShell : public Shell {
-  public:
-    bool openSucceeds = true;
-    std::vector<std::string> opened;
-    int restarts = 0;
-    bool RestartSelf() override { return ++restarts, true; }
-    bool OpenDocument(const std::string& target) override {
-        opened.push_back(target);
-        return openSucceeds;
     }
 };
 
