@@ -374,13 +374,9 @@ float ProfileLookup::ValueAt(std::uint32_t pos, std::size_t keyLength, bool plai
         const char* value = text_.data() + pos + keyLength;
         const std::size_t left = std::min(text_.size() - pos - keyLength, Near);
         for (std::size_t k = 0; k + 1 < left; ++k) {
-            if (value[k] != '\r' || value[k + 1] != '\n') continue;
-            std::string_view v(value, k);
-            while (!v.empty() && v.front() == ' ')
-                v.remove_prefix(1);
-            while (!v.empty() && v.back() == ' ')
-                v.remove_suffix(1);
-            return ProfileNumber(v, sep_);
+            if (value[k] == '\r' && value[k + 1] == '\n')
+                return ProfileNumber(EntryValueText(text_, pos, keyLength, pos + keyLength + k),
+                                     sep_);
         }
     }
     return ProfileNumber(EntryValueText(text_, pos, keyLength, LineEnd(pos)), sep_);

@@ -230,10 +230,9 @@ class BodyWriter {
     char* p_ = nullptr;
 };
 
-void Step(Progress* progress, int value) {
-    if (!progress) return;
-    progress->SetValue(value);
-    progress->Repaint();
+void Step(Progress& progress, int value) {
+    progress.SetValue(value);
+    progress.Repaint();
 }
 
 } // namespace
@@ -341,14 +340,14 @@ void SaveAI(ProfileContext& ctx, const std::string& path) {
     });
     BodyWriter body(parts, sep, HeaderText(header, defs.ParentAIs), 3);
     body.Weights();
-    Step(&ctx.progress, 20);
+    Step(ctx.progress, 20);
     for (std::size_t k = 0; k < 2; ++k) {
         body.Plan(Plans[k], defs.Option(Plans[k].percent));
-        Step(&ctx.progress, Plans[k].progress);
+        Step(ctx.progress, Plans[k].progress);
     }
     Later rest = later.get();
-    Step(&ctx.progress, Plans[2].progress);
-    Step(&ctx.progress, 100);
+    Step(ctx.progress, Plans[2].progress);
+    Step(ctx.progress, 100);
 
     // Both files are written in full before either replaces its old version.
     const std::string first = body.Take();
