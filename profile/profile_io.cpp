@@ -122,6 +122,12 @@ StagedFile::StagedFile(std::string target, std::initializer_list<std::string_vie
     for (std::string_view piece : pieces)
         ok = ok && WriteAll(out.fd, piece);
     int err = errno;
+#ifdef __linux__
+    // Start writing the data out now. ext4 would otherwise start it inside
+    // the rename that replaces the old file, which holds up the save.
+    // Nothing waits for it to finish.
+    if (ok) ::sync_file_range(out.fd, 0, 0, SYNC_FILE_RANGE_WRITE);
+#endif
     if (::close(out.Release()) != 0 && ok) {
         ok = false;
         err = errno;

@@ -9,9 +9,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
 #include <cstdio>
-#include <future>
+#include <cstring>
 #include <memory>
 #include <vector>
 
@@ -40,20 +39,6 @@ constexpr std::array<SectionSpec, SectionCount> Sections{{
     {"/ Plants /", "PLANT", ""},
     {"/ Specialized Units /", "SPECIAL", ""},
 }};
-
-// The included units of each section, in catalogue order. A unit's section
-// comes from its TEDClass; the catalogue does not change while it is written.
-using SectionUnits = std::array<std::vector<int>, SectionCount>;
-
-SectionUnits UnitsBySection(const Definitions& defs) {
-    SectionUnits sections;
-    for (int i = 1; i <= defs.Units.UBound(); ++i) {
-        const vtUnit& u = defs.Units[i];
-        int s = u.Include ? ProfileSection(u.TEDClass) : -1;
-        if (s >= 0) sections[static_cast<std::size_t>(s)].push_back(i);
-    }
-    return sections;
-}
 
 std::string HeaderText(const ProfileHeader& h, const std::string& parentAIs) {
     std::string text = "/ " + std::string(53, '-');
@@ -103,17 +88,24 @@ struct BodyParts {
 };
 
 BodyParts GatherBody(const Definitions& defs) {
-    const SectionUnits sections = UnitsBySection(defs);
+    // The included units of each section, in catalogue order. A unit's
+    // section comes from its TEDClass; the catalogue does not change while
+    // it is written.
+    std::array<std::vector<Entry>, SectionCount> sections;
     BodyParts parts;
+    parts.pool.reserve(static_cast<std::size_t>(defs.Units.UBound()) * 16);
+    for (int i = 1; i <= defs.Units.UBound(); ++i) {
+        const vtUnit& u = defs.Units[i];
+        const int s = u.Include ? ProfileSection(u.TEDClass) : -1;
+        if (s < 0) continue;
+        sections[static_cast<std::size_t>(s)].push_back(
+            {static_cast<std::uint32_t>(parts.pool.size()),
+             static_cast<std::uint32_t>(u.UnitName.size()), u.Weight, u.Limit});
+        parts.pool.append(u.UnitName);
+    }
     for (std::size_t s = 0; s < SectionCount; ++s) {
         parts.sectionStart[s] = parts.entries.size();
-        for (int i : sections[s]) {
-            const vtUnit& u = defs.Units[i];
-            parts.entries.push_back({static_cast<std::uint32_t>(parts.pool.size()),
-                                     static_cast<std::uint32_t>(u.UnitName.size()), u.Weight,
-                                     u.Limit});
-            parts.pool.append(u.UnitName);
-        }
+        parts.entries.insert(parts.entries.end(), sections[s].begin(), sections[s].end());
     }
     parts.sectionStart[SectionCount] = parts.entries.size();
     // Every name follows a space, so proper-casing each on its own gives what
@@ -127,6 +119,56 @@ BodyParts GatherBody(const Definitions& defs) {
     parts.pool.append(16, '\0');
     return parts;
 }
+
+// The texts of the values written so far in one list, by the bits of the
+// float they come from. A profile holds a few hundred distinct weights and
+// fewer distinct limits, each thousands of times; formatting each value once
+// and copying its text after that is several times quicker. The texts are
+// stored as they appear in the file (proper-cased). A value looks at a few
+// slots from the one its bits hash to; when they all hold other values, it
+// is formatted and not stored.
+class ValueTexts {
+  public:
+    static constexpr std::size_t TextMax = 27;
+
+    template <class Format> char* Write(char* at, float value, Format format) {
+        std::uint32_t bits;
+        std::memcpy(&bits, &value, sizeof bits);
+        const std::uint32_t home = (bits * 0x9E3779B1u) >> (32 - SlotBits);
+        Slot* free = nullptr;
+        for (std::uint32_t k = 0; k < Probes; ++k) {
+            Slot& slot = slots_[(home + k) & (Slots - 1)];
+            if (slot.length == 0) {
+                free = &slot;
+                break;
+            }
+            if (slot.bits == bits) {
+                std::memcpy(at, slot.text, TextMax);
+                return at + slot.length;
+            }
+        }
+        char* end = format(at, value);
+        const auto length = static_cast<std::size_t>(end - at);
+        if (free && length <= TextMax) {
+            free->bits = bits;
+            free->length = static_cast<std::uint8_t>(length);
+            std::memcpy(free->text, at, length);
+        }
+        return end;
+    }
+
+  private:
+    static constexpr int SlotBits = 12;
+    static constexpr std::uint32_t Slots = 1u << SlotBits, Probes = 8;
+    struct Slot {
+        std::uint32_t bits = 0;
+        std::uint8_t length = 0; // 0: empty, as every text has a character
+        char text[TextMax];
+    };
+    std::array<Slot, Slots> slots_{};
+};
+// A stored text is copied whole; each value has room for the longest text.
+static_assert(ValueTexts::TextMax <= NumberTextMax);
 
 // Writes lists of the body into a text. The buffer is reserved for the
 // lists to come and grown a section at a time, with 16 bytes to spare, as a
@@ -154,19 +196,26 @@ class BodyWriter {
     }
 
     void Weights() {
+        auto texts = std::make_unique<ValueTexts>();
         for (std::size_t s = 0; s < SectionCount; ++s)
-            Section(s, s == 0, Weight,
-                    [&](const Entry& e, char* at) { return WriteWeight(at, e.weight, sep_); });
+            Section(s, s == 0, Weight, [&](const Entry& e, char* at) {
+                return texts->Write(at, e.weight, [&](char* to, float weight) {
+                    return Cased(to, WriteWeight(to, weight, sep_));
+                });
+            });
     }
 
     void Plan(const PlanSpec& plan, int percent) {
         Room(64);
         Put("\r\n\r\n");
         Put(ProperCase(plan.heading));
+        auto texts = std::make_unique<ValueTexts>();
         for (std::size_t s = 0; s < SectionCount; ++s)
             Section(s, false, Limit, [&](const Entry& e, char* at) {
-                const double x = PlanLimit(percent, e.limit);
-                return WriteGeneral15(at, plan.hard ? x : std::floor(x), sep_);
+                return texts->Write(at, e.limit, [&](char* to, float limit) {
+                    const double x = PlanLimit(percent, limit);
+                    return Cased(to, WriteGeneral15(to, plan.hard ? x : std::floor(x), sep_));
+                });
             });
     }
 
@@ -211,14 +260,18 @@ class BodyWriter {
                 std::memcpy(p, name, e.nameLength);
             p += e.nameLength;
             *p++ = ' ';
-            char* v = p;
             p = value(e, p);
-            if (sepLetters_)
-                ProperCaseInPlace(v, p);
-            else if (v != p)
-                *v = UpperChar(*v);
         }
         p_ = p;
+    }
+
+    // A value text proper-cased, as the body is.
+    char* Cased(char* begin, char* end) const {
+        if (sepLetters_)
+            ProperCaseInPlace(begin, end);
+        else if (begin != end)
+            *begin = UpperChar(*begin);
+        return end;
     }
 
     const BodyParts& parts_;
@@ -230,11 +283,20 @@ class BodyWriter {
     char* p_ = nullptr;
 };
 
-void Step(Progress& progress, int value) {
-    progress.SetValue(value);
-    progress.Repaint();
+// The profile text; `step` is given the progress after each list.
+template <class Step>
+std::string ProfileTextWithSteps(const Definitions& defs, const ProfileHeader& header,
+                                 std::string_view sep, Step step) {
+    const BodyParts parts = GatherBody(defs);
+    BodyWriter body(parts, sep, HeaderText(header, defs.ParentAIs), 4);
+    body.Weights();
+    step(20);
+    for (const PlanSpec& plan : Plans) {
+        body.Plan(plan, defs.Option(plan.percent));
+        step(plan.progress);
+    }
+    return body.Take(CRLF);
 }
-
 } // namespace
 
 std::string ProfileDate(std::time_t when) {
@@ -275,26 +337,34 @@ int ProfileSection(std::string_view tedClass) {
 
 std::string ProfileText(const Definitions& defs, const ProfileHeader& header,
                         std::string_view sep) {
-    const BodyParts parts = GatherBody(defs);
-    BodyWriter body(parts, sep, HeaderText(header, defs.ParentAIs), 4);
-    body.Weights();
-    for (const PlanSpec& plan : Plans)
-        body.Plan(plan, defs.Option(plan.percent));
-    return body.Take(CRLF);
+    return ProfileTextWithSteps(defs, header, sep, [](int) {});
 }
 
 std::string BuildSetText(const Definitions& defs, const std::string& aiName) {
+    static constexpr std::string_view Open = "\r\n[", Set = "]\r\nSet=", Build = "Build;\r\n",
+                                      DontBuild = "Don't Build;\r\n";
     std::string text = "[BUILD SET]\r\nAiName=" + aiName + ";";
-    std::size_t bytes = 0;
+    std::size_t at = text.size();
+    std::size_t bytes = CRLF.size();
     for (int i = 1; i <= defs.Units.UBound(); ++i)
-        bytes += defs.Units[i].UnitName.size() + 24;
-    text.reserve(text.size() + bytes + 2);
+        bytes += Open.size() + defs.Units[i].UnitName.size() + Set.size() + DontBuild.size();
+    text.resize(at + bytes);
+    char* p = text.data() + at;
+    auto put = [&p](std::string_view s) {
+        std::memcpy(p, s.data(), s.size());
+        p += s.size();
+    };
     for (int i = 1; i <= defs.Units.UBound(); ++i) {
         const vtUnit& u = defs.Units[i];
-        text.append("\r\n[").append(UCase(u.UnitName)).append("]\r\nSet=");
-        text.append(u.Include ? "Build;" : "Don't Build;").append(CRLF);
+        put(Open);
+        for (char c : u.UnitName)
+            *p++ = UpperChar(c);
+        put(Set);
+        put(u.Include ? Build : DontBuild);
     }
-    return text.append(CRLF);
+    put(CRLF);
+    text.resize(static_cast<std::size_t>(p - text.data()));
+    return text;
 }
 
 void SaveAI(ProfileContext& ctx, const std::string& path) {
@@ -311,49 +381,18 @@ void SaveAI(ProfileContext& ctx, const std::string& path) {
     std::string fileName = path;
     ctx.progress.SetStatus("Saving ... '" + StripPath(fileName) + "'");
 
-    const std::string sep = DecimalSeparator();
-    const BodyParts parts = GatherBody(ctx.defs);
-    const Definitions& defs = ctx.defs;
-
-    // A second thread makes and writes the build-set file, then the hard
-    // plan; both threads only read the catalogue. The profile's own
-    // failure is reported before the build set's. Should anything here
-    // fail, the future's destructor waits for the thread, and a build set
-    // that is not committed removes its temporary file.
-    struct Later {
-        std::unique_ptr<StagedFile> buildSet;
-        std::exception_ptr buildSetError;
-        std::string plans;
-    };
-    std::future<Later> later = std::async(std::launch::async, [&] {
-        Later l;
-        try {
-            l.buildSet = std::make_unique<StagedFile>(BuildSetPath(path),
-                                                      BuildSetText(defs, header.name));
-        } catch (...) {
-            l.buildSetError = std::current_exception();
-        }
-        BodyWriter body(parts, sep, {}, 1);
-        body.Plan(Plans[2], defs.Option(Plans[2].percent));
-        l.plans = body.Take(CRLF);
-        return l;
-    });
-    BodyWriter body(parts, sep, HeaderText(header, defs.ParentAIs), 3);
-    body.Weights();
-    Step(ctx.progress, 20);
-    for (std::size_t k = 0; k < 2; ++k) {
-        body.Plan(Plans[k], defs.Option(Plans[k].percent));
-        Step(ctx.progress, Plans[k].progress);
-    }
-    Later rest = later.get();
-    Step(ctx.progress, Plans[2].progress);
-    Step(ctx.progress, 100);
+    const std::string text =
+        ProfileTextWithSteps(ctx.defs, header, DecimalSeparator(), [&](int value) {
+            ctx.progress.SetValue(value);
+            ctx.progress.Repaint();
+        });
+    const std::string setText = BuildSetText(ctx.defs, header.name);
+    ctx.progress.SetValue(100);
+    ctx.progress.Repaint();
 
     // Both files are written in full before either replaces its old version.
-    const std::string first = body.Take();
-    StagedFile profile(path, {first, rest.plans});
-    if (rest.buildSetError) std::rethrow_exception(rest.buildSetError);
-    StagedFile& set = *rest.buildSet;
+    StagedFile profile(path, text);
+    StagedFile set(BuildSetPath(path), setText);
     CommitTogether(profile, set);
 }
 

@@ -6,10 +6,12 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <fcntl.h>
 #include <clocale>
 #include <cstdlib>
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <random>
+#include <sstream>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -137,12 +139,52 @@ TEST(ProfileText, SectionsCaseAndExclusions) {
     EXPECT_EQ(BuildSetText(Definitions{}, "A AI"), "[BUILD SET]\r\nAiName=A AI;\r\n");
 }
 
+// Thousands of distinct values, most of them repeated somewhere: every line
+// carries its own value's text, whichever values came before it.
+TEST(ProfileText, EveryLineShowsItsOwnValue) {
+    std::mt19937 rng(7);
+    std::vector<test::UnitSpec> units;
+    for (int i = 0; i < 9000; ++i) {
+        const float weight =
+            i % 3 ? static_cast<float>(rng() % 50)
+                  : static_cast<float>(static_cast<int>(rng() % 2000000) - 1000000) / 1000.0f;
+        const float limit =
+            i % 2 ? static_cast<float>(rng() % 40) : static_cast<float>(rng() % 100000) / 7.0f;
+        units.push_back({"U" + std::to_string(i), "TANK", true, weight, limit});
+    }
+    Definitions defs;
+    test::FillCatalogue(defs, units);
+    const int percents[] = {50, 75, 90};
+    defs.OptionValues[optEasyLimit] = percents[0];
+    defs.OptionValues[optMediumLimit] = percents[1];
+    defs.OptionValues[optHardLimit] = percents[2];
+    for (std::string sep : {".", ","}) {
+        const std::string text = ProfileText(defs, {"01-02-2026", "me", "X AI"}, sep);
+        int list = -1; // -1: the weights, then the plans in order
+        std::size_t checked = 0;
+        std::istringstream lines(text);
+        for (std::string line; std::getline(lines, line);) {
+            if (line.starts_with("Plan ")) ++list;
+            std::istringstream words(line);
+            std::string keyword, name, value;
+            if (!(words >> keyword >> name >> value) || name[0] != 'U') continue;
+            const test::UnitSpec& u = units[static_cast<std::size_t>(std::stoi(name.substr(1)))];
+            const std::string expected = list < 0    ? WeightText(u.Weight, sep)
+                                         : list == 2 ? HardLimitText(percents[2], u.Limit, sep)
+                                                     : EasyLimitText(percents[list], u.Limit, sep);
+            ASSERT_EQ(value, expected) << keyword << " " << name << " in list " << list;
+            ++checked;
+        }
+        EXPECT_EQ(checked, 4 * units.size());
+    }
+}
+
 TEST(ProfileSection, EveryKeywordExactlyAndNothingElse) {
     const std::pair<const char*, int> cases[] = {
-        {"CNSTR", 0},  {"COMMANDER", 1}, {"VTOL", 2},  {"TANK", 3},     {"KBOT", 4},
-        {"SHIP", 5},   {"WATER", 5},     {"FORT", 6},  {"ENERGY", 7},   {"METAL", 7},
-        {"PLANT", 8},  {"SPECIAL", 9},   {"", -1},     {"tank", -1},    {"TANKS", -1},
-        {"TAN", -1},   {"COMMANDE", -1}, {"CNSTRX", -1}, {"SPECIA", -1}, {"_SHIP", -1},
+        {"CNSTR", 0},     {"COMMANDER", 1}, {"VTOL", 2},    {"TANK", 3},    {"KBOT", 4},
+        {"SHIP", 5},      {"WATER", 5},     {"FORT", 6},    {"ENERGY", 7},  {"METAL", 7},
+        {"PLANT", 8},     {"SPECIAL", 9},   {"", -1},       {"tank", -1},   {"TANKS", -1},
+        {"TAN", -1},      {"COMMANDE", -1}, {"CNSTRX", -1}, {"SPECIA", -1}, {"_SHIP", -1},
         {"\xC9NERGY", -1}};
     for (auto [tedClass, section] : cases)
         EXPECT_EQ(ProfileSection(tedClass), section) << tedClass;
@@ -184,8 +226,8 @@ TEST(NumberForms, CurrentLocaleSeparator) {
 // installed) the profile is written with "," and read back to the same values.
 TEST(NumberForms, CommaLocaleWritesAndReadsBack) {
     test::ScratchDir dir;
-    std::string cmd = "localedef -c -i de_DE -f UTF-8 '" + (dir / "de_DE.UTF-8") +
-                      "' >/dev/null 2>&1";
+    std::string cmd =
+        "localedef -c -i de_DE -f UTF-8 '" + (dir / "de_DE.UTF-8") + "' >/dev/null 2>&1";
     [[maybe_unused]] int built = std::system(cmd.c_str()); // warnings give a non-zero status
     ::setenv("LOCPATH", dir.path().c_str(), 1);
     const bool german = std::setlocale(LC_NUMERIC, "de_DE.UTF-8") != nullptr;
