@@ -2,14 +2,14 @@
 
 #include "catalogue/text.h"
 #include "profile/name_table.h"
-#include "profile/unit_index.h"
 #include "profile/profile_numbers.h"
+#include "profile/unit_index.h"
 
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cstring>
 #include <cstdint>
+#include <cstring>
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
@@ -23,6 +23,7 @@ constexpr std::string_view LimitKey = "LIMIT ";
 constexpr std::string_view HardPlan = "PLAN HARD";
 constexpr std::size_t npos = std::string_view::npos;
 constexpr std::size_t None = static_cast<std::size_t>(-1);
+constexpr int RememberedBits = 12;
 
 std::size_t HardPlanStart(std::string_view upperText) {
     std::size_t h = upperText.find(HardPlan);
@@ -75,8 +76,7 @@ float EntryValue(std::string_view text, std::size_t pos, std::size_t keyLength,
 // text[i + 1] is `second` (a letter in either case, else exactly), in order,
 // until at() returns false. Sixteen or eight bytes at a time: a word is
 // looked at closely only when it may hold the pair.
-template <class At>
-void ForEachPair(std::string_view text, char first, char second, At&& at) {
+template <class At> void ForEachPair(std::string_view text, char first, char second, At&& at) {
     // OR-ing 0x20 turns exactly the two cases of a letter into the lower one.
     const unsigned char secondFold = (second | 0x20) >= 'a' && (second | 0x20) <= 'z' ? 0x20 : 0;
     first = static_cast<char>(first | 0x20);
@@ -97,9 +97,9 @@ void ForEachPair(std::string_view text, char first, char second, At&& at) {
         for (; i + 17 <= size; i += 16) {
             const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(t + i));
             const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(t + i + 1));
-            const __m128i both = _mm_and_si128(
-                _mm_cmpeq_epi8(_mm_or_si128(a, fold), firsts),
-                _mm_cmpeq_epi8(_mm_or_si128(b, secondFold16), seconds));
+            const __m128i both =
+                _mm_and_si128(_mm_cmpeq_epi8(_mm_or_si128(a, fold), firsts),
+                              _mm_cmpeq_epi8(_mm_or_si128(b, secondFold16), seconds));
             for (unsigned m = static_cast<unsigned>(_mm_movemask_epi8(both)); m != 0; m &= m - 1)
                 if (!at(i + static_cast<std::size_t>(std::countr_zero(m)))) return;
         }
@@ -116,8 +116,8 @@ void ForEachPair(std::string_view text, char first, char second, At&& at) {
             std::uint64_t a, b;
             std::memcpy(&a, t + i, 8);
             std::memcpy(&b, t + i + 1, 8);
-            for (std::uint64_t m = zeros((a | Ones * 0x20) ^ firsts) &
-                                   zeros((b | Ones * secondFold) ^ seconds);
+            for (std::uint64_t m =
+                     zeros((a | Ones * 0x20) ^ firsts) & zeros((b | Ones * secondFold) ^ seconds);
                  m != 0; m &= m - 1) {
                 std::size_t k = i + static_cast<std::size_t>(std::countr_zero(m)) / 8;
                 if (is(k) && !at(k)) return;
@@ -141,6 +141,25 @@ std::size_t HardPlanStartNoCase(std::string_view text) {
 
 bool IsBreak(char c) {
     return UnitIndex::IsBreak(c);
+}
+
+// Where the first CR LF starts in the sixteen bytes at `p`; 15 when none
+// starts before the last byte.
+std::size_t ShortLineEnd(const char* p) {
+#if defined(__SSE2__)
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+    const auto cr =
+        static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('\r'))));
+    const auto lf =
+        static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8('\n'))));
+    const unsigned both = cr & (lf >> 1);
+    return both ? static_cast<std::size_t>(std::countr_zero(both)) : 15;
+#else
+    std::size_t k = 0;
+    while (k < 15 && !(p[k] == '\r' && p[k + 1] == '\n'))
+        ++k;
+    return k;
+#endif
 }
 
 // The token at `p`, which has `avail` bytes of text from it on, is the plain
@@ -169,8 +188,7 @@ bool TokenIs(const UnitIndex& index, const char* p, std::size_t avail, std::size
 class TokenLookup {
   public:
     explicit TokenLookup(const UnitIndex& index)
-        : index_(index),
-          upper_(std::max(index.MaxPlainLength(), NameTable::InlineLength), '\0'),
+        : index_(index), upper_(std::max(index.MaxPlainLength(), NameTable::InlineLength), '\0'),
           tails_(index.MaxPlainLength() + 1, 0) {}
 
     // The slot of the longest plain name the token at `p` starts with, or None.
@@ -373,6 +391,25 @@ float ProfileLookup::ValueAt(std::uint32_t pos, std::size_t keyLength, bool plai
     if (plainKey && keyLength <= text_.size() - pos) {
         const char* value = text_.data() + pos + keyLength;
         const std::size_t left = std::min(text_.size() - pos - keyLength, Near);
+        // Most values end within sixteen bytes: those are read once per
+        // distinct text (the rest of the line, spaces included).
+        if (left >= 16) {
+            const std::uint64_t a = LoadWord(value), b = LoadWord(value + 8);
+            const std::size_t k = ShortLineEnd(value);
+            if (k < 15) {
+                const std::uint64_t head = k < 8 ? FirstBytes(a, k) : a;
+                const std::uint64_t tail = k < 8 ? 0 : FirstBytes(b, k - 8);
+                const std::uint64_t hash =
+                    (head ^ (tail * 0x9E3779B97F4A7C15ULL) ^ k) * 0xBF58476D1CE4E5B9ULL;
+                if (remembered_.empty()) remembered_.resize(std::size_t{1} << RememberedBits);
+                Remembered& r = remembered_[hash >> (64 - RememberedBits)];
+                if (r.length == k + 1 && r.head == head && r.tail == tail) return r.value;
+                r = {head, tail, static_cast<std::uint32_t>(k + 1),
+                     ProfileNumber(EntryValueText(text_, pos, keyLength, pos + keyLength + k),
+                                   sep_)};
+                return r.value;
+            }
+        }
         for (std::size_t k = 0; k + 1 < left; ++k) {
             if (value[k] == '\r' && value[k + 1] == '\n')
                 return ProfileNumber(EntryValueText(text_, pos, keyLength, pos + keyLength + k),

@@ -92,6 +92,14 @@ class ProfileLookup {
     mutable std::vector<std::size_t> lineEnds_; // every CR LF, listed when first needed
     mutable bool lineEndsListed_ = false;
     std::vector<Found> found_; // per place
+    // Short values read so far, by their bytes: a profile repeats a few
+    // hundred distinct values thousands of times.
+    struct Remembered {
+        std::uint64_t head = 0, tail = 0; // the value's bytes, then zeros
+        std::uint32_t length = 0;         // 0: empty
+        float value = 0.0f;
+    };
+    mutable std::vector<Remembered> remembered_;
 };
 
 } // namespace vantrel

@@ -7,12 +7,12 @@
 #include "profile/profile_io.h"
 #include "profile/profile_lookup.h"
 #include "profile/profile_numbers.h"
+#include "profile/side_work.h"
 #include "profile/unit_index.h"
 #include "startup/paths.h"
 
 #include <algorithm>
 #include <cmath>
-#include <future>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -188,11 +188,11 @@ void ReadAI(ProfileContext& ctx, const std::string& path, bool merge) {
     std::string text = BeginRead(ctx, path);
     const UnitIndex& index = IndexOfUnits(ctx.defs);
     const std::string sep = DecimalSeparator();
-    // While the profile is searched, a second thread copies the catalogue
+    // While the profile is searched, the helper thread copies the catalogue
     // (merge) or applies the build set (open). The search reads only the
     // text and the index, the other work only the catalogue and the build set.
-    // Should the search fail, the future's destructor waits for the thread.
-    std::future<void> aside = std::async(std::launch::async, [&] {
+    // Should the search fail, the side work's destructor waits for it.
+    SideWork aside([&] {
         Definitions& defs = ctx.defs;
         if (merge) {
             CopyForMerge(defs);
@@ -208,7 +208,7 @@ void ReadAI(ProfileContext& ctx, const std::string& path, bool merge) {
         }
     });
     const ProfileLookup lookup(text, index, sep);
-    aside.get();
+    aside.Wait();
     ReadInto(ctx, path, text, merge, true, [&](int i) {
         auto k = static_cast<std::size_t>(i - 1);
         return std::pair{lookup.Weight(k), lookup.Limit(k)};

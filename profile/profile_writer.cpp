@@ -4,6 +4,7 @@
 #include "profile/profile.h"
 #include "profile/profile_io.h"
 #include "profile/profile_numbers.h"
+#include "profile/side_work.h"
 #include "startup/paths.h"
 
 #include <algorithm>
@@ -381,19 +382,26 @@ void SaveAI(ProfileContext& ctx, const std::string& path) {
     std::string fileName = path;
     ctx.progress.SetStatus("Saving ... '" + StripPath(fileName) + "'");
 
+    // The helper thread makes and stages the build-set file meanwhile; it
+    // only reads the catalogue. The profile's own failure is reported
+    // before the build set's. Should anything fail, the side work's
+    // destructor waits for it, and a file that is not committed removes its
+    // temporary file.
+    std::unique_ptr<StagedFile> set;
+    SideWork aside([&] {
+        set = std::make_unique<StagedFile>(BuildSetPath(path), BuildSetText(ctx.defs, header.name));
+    });
     const std::string text =
         ProfileTextWithSteps(ctx.defs, header, DecimalSeparator(), [&](int value) {
             ctx.progress.SetValue(value);
             ctx.progress.Repaint();
         });
-    const std::string setText = BuildSetText(ctx.defs, header.name);
-    ctx.progress.SetValue(100);
-    ctx.progress.Repaint();
-
     // Both files are written in full before either replaces its old version.
     StagedFile profile(path, text);
-    StagedFile set(BuildSetPath(path), setText);
-    CommitTogether(profile, set);
+    aside.Wait();
+    ctx.progress.SetValue(100);
+    ctx.progress.Repaint();
+    CommitTogether(profile, *set);
 }
 
 } // namespace vantrel
