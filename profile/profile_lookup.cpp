@@ -23,7 +23,7 @@ constexpr std::string_view LimitKey = "LIMIT ";
 constexpr std::string_view HardPlan = "PLAN HARD";
 constexpr std::size_t npos = std::string_view::npos;
 constexpr std::size_t None = static_cast<std::size_t>(-1);
-constexpr int RememberedBits = 12;
+constexpr int RememberedBits = 13;
 
 std::size_t HardPlanStart(std::string_view upperText) {
     std::size_t h = upperText.find(HardPlan);
