@@ -38,12 +38,35 @@ TEST(GetWeightAndLimit, PrefixMatchesAndTheHardPlanStart) {
 // that are prefixes of each other, mixed case, keys split across lines,
 // "plan hard" in odd places, values that are not numbers.
 std::string RandomPiece(std::mt19937& rng, bool forName) {
-    static const char* textPieces[] = {
-        "WEIGHT ", "Weight ", "LIMIT ", "limit ", "PLAN HARD", "plan hard", "Plan Hard\r\n",
-        "A",       "B",       "a",      "AB",     " ",         "  ",        "\r\n",
-        "\n",      "\r",      "1",      "2.5",    "X 3",       ";",         "-4",
-        "1.2.3",   ",5",      "1e999",  "Name: ", "LONGUNITNAMEOVER16", "longunitnameover16"};
-    static const char* namePieces[] = {"A", "B", "a", "AB", " ", "\r\n", "1", "_", "LONGUNITNAMEOVER16"};
+    static const char* textPieces[] = {"WEIGHT ",
+                                       "Weight ",
+                                       "LIMIT ",
+                                       "limit ",
+                                       "PLAN HARD",
+                                       "plan hard",
+                                       "Plan Hard\r\n",
+                                       "A",
+                                       "B",
+                                       "a",
+                                       "AB",
+                                       " ",
+                                       "  ",
+                                       "\r\n",
+                                       "\n",
+                                       "\r",
+                                       "1",
+                                       "2.5",
+                                       "X 3",
+                                       ";",
+                                       "-4",
+                                       "1.2.3",
+                                       ",5",
+                                       "1e999",
+                                       "Name: ",
+                                       "LONGUNITNAMEOVER16",
+                                       "longunitnameover16"};
+    static const char* namePieces[] = {
+        "A", "B", "a", "AB", " ", "\r\n", "1", "_", "LONGUNITNAMEOVER16"};
     if (forName) return namePieces[rng() % std::size(namePieces)];
     std::size_t k = rng() % (std::size(textPieces) + 1);
     if (k == std::size(textPieces)) return std::string(1, '\0');
@@ -92,8 +115,10 @@ void ExpectSameAsPerUnitSearch(const std::string& text, const std::vector<std::s
     for (std::size_t i = 0; i < names.size(); ++i) {
         float w = GetWeight(names[i], upper, "."), lw = lookup.Weight(i);
         float l = GetLimit(names[i], upper, "."), ll = lookup.Limit(i);
-        ASSERT_EQ(std::memcmp(&w, &lw, sizeof w), 0) << "weight of '" << names[i] << "' in\n" << text;
-        ASSERT_EQ(std::memcmp(&l, &ll, sizeof l), 0) << "limit of '" << names[i] << "' in\n" << text;
+        ASSERT_EQ(std::memcmp(&w, &lw, sizeof w), 0) << "weight of '" << names[i] << "' in\n"
+                                                     << text;
+        ASSERT_EQ(std::memcmp(&l, &ll, sizeof l), 0) << "limit of '" << names[i] << "' in\n"
+                                                     << text;
     }
 }
 
@@ -112,18 +137,54 @@ TEST(ProfileLookup, LongTextsWithManyUnits) {
     ExpectSameAsPerUnitSearch(text, names);
 }
 
+// Values are read once per distinct text: texts that share their first
+// bytes, or differ only in spaces or a NUL, must each keep their own value.
+TEST(ProfileLookup, ValuesThatLookAlike) {
+    const std::string values[] = {"1.5",
+                                  std::string("1.5\0", 4),
+                                  " 1.5",
+                                  "1.5 ",
+                                  "12345678.5",
+                                  "12345678.25",
+                                  "12345678.2",
+                                  "1234567812",
+                                  "123456781",
+                                  "1234567.125",
+                                  "1234567.375",
+                                  "7;",
+                                  "7",
+                                  "-0",
+                                  ""};
+    // Besides those, a thousand texts of one length that differ only in
+    // their last digits, so that some share a place in the memory.
+    std::mt19937 rng(11);
+    auto value = [&] {
+        if (rng() % 2) return values[rng() % std::size(values)];
+        return "1234567." + std::to_string(100 + rng() % 900);
+    };
+    std::vector<std::string> names;
+    std::string text = "Name: y\r\nPlan Hard\r\n";
+    for (int i = 0; i < 4000; ++i) {
+        names.push_back("U" + std::to_string(i));
+        text += "Weight U" + std::to_string(i) + " " + value() + "\r\n";
+        text += "Limit U" + std::to_string(i) + " " + value() + "\r\n";
+    }
+    ExpectSameAsPerUnitSearch(text, names);
+}
+
 // Saved profiles list the same names in the same order in every plan (the
-// order the index expects), and the look-up leans on that; lists that mostly repeat but not quite (names
-// left out, swapped, repeated, lengthened, in another case, cut off by the
-// end of the text) must still give the per-unit answers.
+// order the index expects), and the look-up leans on that; lists that mostly repeat but not quite
+// (names left out, swapped, repeated, lengthened, in another case, cut off by the end of the text)
+// must still give the per-unit answers.
 TEST(ProfileLookup, PlansThatAlmostRepeatTheWeightList) {
     std::mt19937 rng(20261123);
     for (int file = 0; file < 200; ++file) {
         std::vector<std::string> names;
         const int count = 1 + static_cast<int>(rng() % 40);
         for (int n = 0; n < count; ++n) {
-            std::string name = rng() % 4 == 0 && !names.empty() ? names[rng() % names.size()]
-                                                                : std::string(rng() % 2 ? "ARM" : "COR");
+            std::string name = rng() % 4 == 0 && !names.empty()
+                                   ? names[rng() % names.size()]
+                                   : std::string(rng() % 2 ? "ARM" : "COR");
             name += std::to_string(rng() % 30);
             if (rng() % 8 == 0) name += "LONGERTHANSIXTEENBYTES";
             if (rng() % 6 == 0) name = LCase(name);
@@ -142,13 +203,25 @@ TEST(ProfileLookup, PlansThatAlmostRepeatTheWeightList) {
                 std::string name = order[k];
                 if (perturb) {
                     switch (rng() % 12) {
-                    case 0: continue;                                         // left out
-                    case 1: if (k + 1 < order.size()) name = order[k + 1]; break; // swapped
-                    case 2: name += "X"; break;                               // lengthened
-                    case 3: name = LCase(name); break;
-                    case 4: name = UCase(name); break;
-                    case 5: out += std::string(key) + name + " 1\r\n"; break; // repeated
-                    default: break;
+                    case 0:
+                        continue; // left out
+                    case 1:
+                        if (k + 1 < order.size()) name = order[k + 1];
+                        break; // swapped
+                    case 2:
+                        name += "X";
+                        break; // lengthened
+                    case 3:
+                        name = LCase(name);
+                        break;
+                    case 4:
+                        name = UCase(name);
+                        break;
+                    case 5:
+                        out += std::string(key) + name + " 1\r\n";
+                        break; // repeated
+                    default:
+                        break;
                     }
                 }
                 out += std::string(key) + name + " " + std::to_string(rng() % 100) + "\r\n";
