@@ -1,6 +1,9 @@
 // AI profiles with 20,000 generated units: opening against loading the
 // catalogue, reading against a bare read-and-upper-case, saving against
 // writing the same bytes, and the indexed look-up against one search per unit.
+// For ratios, run the reads and the writes apart (--benchmark_filter) with
+// --benchmark_repetitions=10 --benchmark_enable_random_interleaving=true:
+// on a small machine the disk traffic of the saves slows the reads after them.
 #include "catalogue/load_units.h"
 #include "catalogue/text.h"
 #include "demo/demo_units.h"
