@@ -32,16 +32,6 @@ class BuildDialogTest : public GuiTest {
 };
 } // namespace
 
-TEST_F(BuildDialogTest, LoadListsAllWithPlantsAndEnergy) {
-    frmBuild dlg(defs);
-    EXPECT_EQ(dlg.cboType->currentText(), "All");
-    QListWidget* list = dlg.lstMain;
-    EXPECT_EQ(Texts(list),
-              (QStringList{"Arm Commander", "Core Kbot Lab", "Arm Solar Collector", "Core Ak"}));
-    EXPECT_EQ(dlg.RowUnits, (std::vector<std::int32_t>{0, commander, plant, energy, kbot}));
-    EXPECT_EQ(list->currentRow(), 0);
-}
-
 TEST_F(BuildDialogTest, UncheckThenCancelKeepsUnitExcluded) {
     defs.Units[commander].Include = false;
     frmBuild dlg(defs);
@@ -60,8 +50,11 @@ TEST_F(BuildDialogTest, UncheckThenCancelKeepsUnitExcluded) {
     EXPECT_TRUE(defs.Units[commander].Include);
 }
 
-TEST_F(BuildDialogTest, CategoryChangeShowsCurrentFlags) {
+TEST_F(BuildDialogTest, ListFollowsTheCategoryWithCurrentFlagsAndOkKeepsThem) {
     frmBuild dlg(defs);
+    EXPECT_EQ(Texts(dlg.lstMain),
+              (QStringList{"Arm Commander", "Core Kbot Lab", "Arm Solar Collector", "Core Ak"}));
+    EXPECT_EQ(dlg.RowUnits, (std::vector<std::int32_t>{0, commander, plant, energy, kbot}));
     dlg.show();
     dlg.lstMain->item(3)->setCheckState(Qt::Unchecked); // Core Ak
     dlg.cboType->setCurrentText("Kbots");

@@ -133,8 +133,6 @@ TEST_F(MainWindowTest, MergeHookRunsBetweenReadAndRebuild) {
     dialogs.opens = {FileDialogResult{true, "/x/Two.tsy", 2, "/x/"}};
     window->mnuFileMerge->trigger();
     EXPECT_TRUE(ran);
-    ASSERT_EQ(messages.shown.size(), 1u);
-    EXPECT_EQ(messages.shown[0].text, "Merge complete");
     EXPECT_TRUE(window->menuBar()->isEnabled());
 }
 

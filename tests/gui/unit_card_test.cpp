@@ -47,12 +47,11 @@ struct CardFixture : vantrel::testing::GuiTest {
 
 } // namespace
 
-TEST_F(CardFixture, ActivationShowsTheValuesAndLeavingDimsTheCard) {
-    Open(2.5f, 7);
-    EXPECT_EQ(card->sldPriority->value(), 250);
-    EXPECT_EQ(card->sldNumbers->value(), 7);
-    EXPECT_EQ(Text(card->txtWeight), "2.5");
-    EXPECT_EQ(Text(card->lblLimit), "7");
+TEST_F(CardFixture, ActivationShowsTheValuesReadingTheOptionsEachTimeAndLeavingDimsTheCard) {
+    Open(8, 40);
+    EXPECT_EQ(card->sldPriority->value(), 800);
+    EXPECT_EQ(Text(card->txtWeight), "8");
+    EXPECT_EQ(Text(card->lblLimit), "40");
     EXPECT_TRUE(card->txtWeight->isVisible());
     EXPECT_EQ(card->lblUnitName->palette().color(QPalette::Window), frmUnit::ActiveCaptionColor());
     EXPECT_EQ(card->imgUnit->toolTip().toStdString(), "Flash - Flash unit");
@@ -63,6 +62,14 @@ TEST_F(CardFixture, ActivationShowsTheValuesAndLeavingDimsTheCard) {
     EXPECT_FALSE(card->txtWeight->isVisible());
     EXPECT_EQ(card->lblUnitName->palette().color(QPalette::Window),
               frmUnit::InactiveCaptionColor());
+
+    defs.OptionValues[optWeightMax] = 5;
+    defs.OptionValues[optLimitMax] = 30;
+    card->setFocus();
+    QApplication::processEvents();
+    EXPECT_EQ(card->sldPriority->maximum(), 500);
+    EXPECT_FLOAT_EQ(Unit().Weight, 5.0f) << "the slider kept its value in range and notified";
+    EXPECT_FLOAT_EQ(Unit().Limit, 30.0f);
 }
 
 TEST_F(CardFixture, ExcludedUnitShowsTheNoticeUntilTheNextActivation) {
@@ -77,9 +84,16 @@ TEST_F(CardFixture, ExcludedUnitShowsTheNoticeUntilTheNextActivation) {
     EXPECT_TRUE(card->CurrentView().excluded);
 }
 
-TEST_F(CardFixture, EntriesCommitOnEnterAndOnLeaving) {
+TEST_F(CardFixture, EntriesFilterKeysAndCommitOnEnterAndOnLeaving) {
     Open(2.5f, 3);
-    card->txtLimit->setFocus();
+    card->txtWeight->setFocus();
+    card->txtWeight->selectAll();
+    TypeText(card->txtWeight, ".");
+    EXPECT_EQ(Text(card->txtWeight), "2.5") << "the filter sees the selected text too";
+    TypeText(card->txtWeight, "7");
+    EXPECT_EQ(Text(card->txtWeight), "7");
+
+    card->txtLimit->setFocus(); // leaving commits the weight
     QApplication::processEvents();
     card->txtLimit->clear();
     TypeText(card->txtLimit, "12.7");
@@ -96,25 +110,12 @@ TEST_F(CardFixture, EntriesCommitOnEnterAndOnLeaving) {
     card->txtWeight->setFocus();
     card->txtWeight->setText(".");
     PressKey(card->txtWeight, Qt::Key_Return, "\r");
-    EXPECT_FLOAT_EQ(Unit().Weight, 2.5f) << "an empty entry keeps the unit's value";
-    EXPECT_EQ(Text(card->txtWeight), "2.5");
-    card->txtWeight->setFocus();
+    EXPECT_FLOAT_EQ(Unit().Weight, 7.0f) << "an empty entry keeps the unit's value";
+    EXPECT_EQ(Text(card->txtWeight), "7");
     card->txtWeight->setText("30");
     PressKey(card->txtWeight, Qt::Key_Return, "\r");
     EXPECT_FLOAT_EQ(Unit().Weight, 10.0f);
     EXPECT_EQ(QApplication::focusWidget(), card->sldPriority);
-}
-
-TEST_F(CardFixture, EntryFilterSeesTheTextWithItsSelection) {
-    Open(1.5f, 3);
-    card->txtWeight->setFocus();
-    card->txtWeight->selectAll();
-    TypeText(card->txtWeight, ".");
-    EXPECT_EQ(Text(card->txtWeight), "1.5") << "the selected text still counts";
-    TypeText(card->txtWeight, "x");
-    EXPECT_EQ(Text(card->txtWeight), "1.5");
-    TypeText(card->txtWeight, "7");
-    EXPECT_EQ(Text(card->txtWeight), "7");
 }
 
 TEST_F(CardFixture, SliderKeysStepLikeTheTrackbar) {
@@ -126,18 +127,6 @@ TEST_F(CardFixture, SliderKeysStepLikeTheTrackbar) {
     PressKey(card->sldNumbers, Qt::Key_PageUp);
     EXPECT_EQ(card->sldNumbers->value(), 25);
     EXPECT_EQ(Text(card->txtLimit), "25");
-}
-
-TEST_F(CardFixture, ActivationReadsTheOptionsEachTime) {
-    Open(8, 40);
-    elsewhere->setFocus();
-    defs.OptionValues[optWeightMax] = 5;
-    defs.OptionValues[optLimitMax] = 30;
-    card->setFocus();
-    QApplication::processEvents();
-    EXPECT_EQ(card->sldPriority->maximum(), 500);
-    EXPECT_FLOAT_EQ(Unit().Weight, 5.0f) << "the slider kept its value in range and notified";
-    EXPECT_FLOAT_EQ(Unit().Limit, 30.0f);
 }
 
 TEST_F(CardFixture, ManualEditShowsTheNumberOnly) {
