@@ -119,7 +119,7 @@ TEST_F(BuildFixture, AllAsksFirstAndNoLeavesEverythingAlone) {
     EXPECT_FLOAT_EQ(defs.Units[1].Weight, 0.12f);
 }
 
-TEST_F(BuildFixture, LowResourcesAskAndNoHalvesTheThreshold) {
+TEST_F(BuildFixture, LowResourcesAskNoHalvesTheThresholdAndYesStops) {
     defs.CurrentSide = "ARM";
     for (int i = 0; i < 8; ++i)
         AddUnit(defs, "U" + std::to_string(i), "ARM", "KBOT");
@@ -132,17 +132,12 @@ TEST_F(BuildFixture, LowResourcesAskAndNoHalvesTheThreshold) {
     EXPECT_EQ(build.unitIndices.size(), 8u);
     ASSERT_EQ(messages.shown.size(), 5u);
     EXPECT_EQ(messages.shown[0].buttons, MsgButtons::YesNo);
-}
 
-TEST_F(BuildFixture, YesToTheResourceQuestionStopsWithTheCardsSoFar) {
-    defs.CurrentSide = "ARM";
-    for (int i = 0; i < 4; ++i)
-        AddUnit(defs, "U" + std::to_string(i), "ARM", "KBOT");
-    gauge.free = 20;
-    messages.answers = {MsgAnswer::No, MsgAnswer::No, MsgAnswer::Yes};
     // Threshold 20 asks (No: 10), 10 is below 20: no more questions.
-    BoardBuild build = Build("&Kbots");
-    EXPECT_FALSE(build.stoppedEarly);
+    gauge.free = 20;
+    messages.shown.clear();
+    messages.answers = {MsgAnswer::No, MsgAnswer::No, MsgAnswer::Yes};
+    EXPECT_FALSE(Build("&Kbots").stoppedEarly);
     EXPECT_EQ(messages.shown.size(), 1u);
 
     gauge.free = 0;
