@@ -1,6 +1,6 @@
 #include "forms/frmBuild.h"
 
-#include "gui/dialog_app.h"
+#include "gui/gui_app.h"
 #include "support/dialog_fixtures.h"
 
 #include <QComboBox>
@@ -13,10 +13,9 @@ using namespace vantrel;
 using namespace vantrel::testing;
 
 namespace {
-class BuildDialogTest : public ::testing::Test {
+class BuildDialogTest : public GuiTest {
   protected:
     void SetUp() override {
-        DialogTestApp();
         commander = AddUnit(defs, "ARM", "Commander", "COMMANDER");
         plant = AddUnit(defs, "CORE", "KBOT LAB", "PLANT");
         energy = AddUnit(defs, "ARM", "solar collector", "ENERGY");
@@ -32,18 +31,6 @@ class BuildDialogTest : public ::testing::Test {
     int commander = 0, plant = 0, energy = 0, kbot = 0;
 };
 } // namespace
-
-TEST_F(BuildDialogTest, LoadListsAllWithPlantsAndEnergy) {
-    frmBuild dlg(defs);
-    auto* type = dlg.findChild<QComboBox*>("cboType");
-    EXPECT_EQ(type->count(), 11);
-    EXPECT_EQ(type->currentText(), "All");
-    auto* list = dlg.findChild<QListWidget*>("lstMain");
-    EXPECT_EQ(Texts(list),
-              (QStringList{"Arm Commander", "Core Kbot Lab", "Arm Solar Collector", "Core Ak"}));
-    EXPECT_EQ(dlg.RowUnits, (std::vector<std::int32_t>{0, commander, plant, energy, kbot}));
-    EXPECT_EQ(list->currentRow(), 0);
-}
 
 TEST_F(BuildDialogTest, UncheckThenCancelKeepsUnitExcluded) {
     defs.Units[commander].Include = false;
@@ -63,8 +50,11 @@ TEST_F(BuildDialogTest, UncheckThenCancelKeepsUnitExcluded) {
     EXPECT_TRUE(defs.Units[commander].Include);
 }
 
-TEST_F(BuildDialogTest, CategoryChangeShowsCurrentFlags) {
+TEST_F(BuildDialogTest, ListFollowsTheCategoryWithCurrentFlagsAndOkKeepsThem) {
     frmBuild dlg(defs);
+    EXPECT_EQ(Texts(dlg.lstMain),
+              (QStringList{"Arm Commander", "Core Kbot Lab", "Arm Solar Collector", "Core Ak"}));
+    EXPECT_EQ(dlg.RowUnits, (std::vector<std::int32_t>{0, commander, plant, energy, kbot}));
     dlg.show();
     dlg.lstMain->item(3)->setCheckState(Qt::Unchecked); // Core Ak
     dlg.cboType->setCurrentText("Kbots");

@@ -26,7 +26,7 @@ class PictureCacheTest : public ::testing::Test {
     RecordingMessages msgs;
 };
 
-TEST_F(PictureCacheTest, SecondLoadDoesNotDecodeAgain) {
+TEST_F(PictureCacheTest, SecondLoadDoesNotDecodeAgainUnlessTheFileChanged) {
     PictureCache cache;
     const std::string a = Write("a.pcx", 16);
     PcxResult first = cache.Load(a, msgs);
@@ -35,12 +35,6 @@ TEST_F(PictureCacheTest, SecondLoadDoesNotDecodeAgain) {
     EXPECT_EQ(first.image, second.image); // the very same picture
     EXPECT_EQ(cache.Decodes(), 1u);
     EXPECT_EQ(cache.Hits(), 1u);
-}
-
-TEST_F(PictureCacheTest, ChangedFileIsDecodedAgain) {
-    PictureCache cache;
-    const std::string a = Write("a.pcx", 16);
-    ASSERT_EQ(cache.Load(a, msgs).image->width, 16);
 
     Write("a.pcx", 8, true); // other size and contents
     PcxResult r = cache.Load(a, msgs);
