@@ -41,12 +41,9 @@ TEST(Catalogue, MembershipOfTheBoardAndTheMerge) {
 }
 
 TEST(Text, ProperCaseStartsWordsAfterEveryBlankKind) {
-    EXPECT_EQ(ProperCase("CORE"), "Core");
-    EXPECT_EQ(ProperCase("arm flash"), "Arm Flash");
     EXPECT_EQ(ProperCase("a\tb\nc\vd\fe\rf"), "A\tB\nC\vD\fE\rF");
     EXPECT_EQ(ProperCase(std::string("x\0y", 3)), std::string("X\0Y", 3));
     EXPECT_EQ(ProperCase("o'NEIL-SMITH 2nd"), "O'neil-smith 2nd");
-    EXPECT_EQ(ProperCase(""), "");
     EXPECT_EQ(ProperCase("ARMCOMMANDER@[`{Z\xC4\xE4 LONGNAME_WITH_99"),
               "Armcommander@[`{z\xC4\xE4 Longname_with_99");
 
