@@ -17,8 +17,8 @@ TEST(Catalogue, RecordArraysCreateEmptyElementsOnAccess) {
     EXPECT_EQ(defs.Units.UBound(), 3);
     defs.Units.Preserve(4);
     EXPECT_EQ(defs.Units[3].Name, "X");
-    defs.Units.Dim(2);
-    EXPECT_EQ(defs.Units[1].Name, "");
+    defs.Units.Dim(3); // clears what was there
+    EXPECT_EQ(defs.Units[3].Name, "");
 }
 
 TEST(Catalogue, BoardAndBuildSetAllListsAgree) {
