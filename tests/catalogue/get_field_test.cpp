@@ -5,13 +5,10 @@
 
 using namespace vantrel;
 
-TEST(GetField, FindsTheValueBetweenTheDelimitersUntrimmed) {
+TEST(GetField, ValuesOccurrencesAndMissingDelimiters) {
+    // The value between the delimiters, untrimmed.
     EXPECT_EQ(GetFieldInText("Side= ARM ;", "Side=", 1, "=", ";"), " ARM ");
-    EXPECT_EQ(GetFieldInText("UnitName=ARMCOM;", "UnitName=", 1, "=", ";"), "ARMCOM");
     EXPECT_EQ(GetFieldInText("Auth: Joe // rest", "Auth:", 1, ":", "//"), " Joe ");
-}
-
-TEST(GetField, OccurrencesAndTheRestartAfterAFailedSearch) {
     const std::string text = "UnitName=ARMCOM;\r\nName=Commander;\r\n";
     // The first "Name=" is the tail of "UnitName=".
     EXPECT_EQ(GetFieldInText(text, "Name=", 1, "=", ";"), "ARMCOM");
@@ -21,17 +18,13 @@ TEST(GetField, OccurrencesAndTheRestartAfterAFailedSearch) {
     EXPECT_EQ(GetFieldInText("Side=ARM;", "Side=", 3, "=", ";"), "ARM");
     // Occurrence 0 counts as 1.
     EXPECT_EQ(GetFieldInText("Side=ARM;", "Side=", 0, "=", ";"), "ARM");
-}
-
-TEST(GetField, MissingKeyIsEmptyMissingDelimiterFails) {
+    // A missing key is empty, a missing delimiter fails.
     EXPECT_EQ(GetFieldInText("Side=ARM;", "TEDClass=", 1, "=", ";"), "");
     EXPECT_EQ(GetFieldInText("Side=ARM", "Side=", 1, "=", ";"), std::nullopt);
     EXPECT_EQ(GetFieldInText("Auth: nobody", "Auth:", 1, ":", "//"), std::nullopt);
     // The key is matched case-sensitively, also inside longer keys.
     EXPECT_EQ(GetFieldInText("Objectname=X;", "Name=", 1, "=", ";"), "");
-}
-
-TEST(GetField, AFieldWithoutItsSemicolonRunsToTheNextOne) {
+    // A field without its semicolon runs to the next one.
     EXPECT_EQ(GetFieldInText("Side=ARM\r\nTEDClass=KBOT;", "Side=", 1, "=", ";"),
               "ARM\r\nTEDClass=KBOT");
 }

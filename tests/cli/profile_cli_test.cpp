@@ -99,7 +99,6 @@ TEST_F(ProfileCli, ErrorsAndExitStatuses) {
     EXPECT_EQ(Run("save " + Units() + out + " --tessaly").status, 2);
     EXPECT_EQ(Run("save " + Units() + out + " --open " + Q(dir / "none.txt")).status, 2);
     EXPECT_EQ(Run("save " + Q(dir / "NoUnits") + " " + out).status, 2);
-    EXPECT_EQ(Run("show " + Units() + out).status, 2);
     EXPECT_EQ(Run("show " + Units() + Q(dir.path())).status, 1);
     Result r = Run("save " + Units() + Q(dir / "missing/x.txt"));
     EXPECT_EQ(r.status, 1);
