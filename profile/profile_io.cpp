@@ -96,8 +96,7 @@ bool WriteAll(int fd, std::string_view data) {
     return true;
 }
 
-StagedFile::StagedFile(std::string target, std::initializer_list<std::string_view> pieces)
-    : target_(std::move(target)) {
+StagedFile::StagedFile(std::string target, std::string_view data) : target_(std::move(target)) {
     struct stat st {};
     mode_t mode = 0666;
     bool keepMode = false;
@@ -118,9 +117,7 @@ StagedFile::StagedFile(std::string target, std::initializer_list<std::string_vie
         WriteFailed(target_, Reason(err));
     }
     // The replacement keeps the permissions of the file it replaces.
-    bool ok = !keepMode || ::fchmod(out.fd, mode) == 0;
-    for (std::string_view piece : pieces)
-        ok = ok && WriteAll(out.fd, piece);
+    bool ok = (!keepMode || ::fchmod(out.fd, mode) == 0) && WriteAll(out.fd, data);
     int err = errno;
 #ifdef __linux__
     // Start writing the data out now. ext4 would otherwise start it inside

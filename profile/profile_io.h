@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -38,9 +37,7 @@ bool WriteAll(int fd, std::string_view data);
 // the new file survives; elsewhere the new file may come back empty.
 class StagedFile {
   public:
-    StagedFile(std::string target, std::string_view data) : StagedFile(std::move(target), {data}) {}
-    // The file holds the pieces one after the other.
-    StagedFile(std::string target, std::initializer_list<std::string_view> pieces);
+    StagedFile(std::string target, std::string_view data);
     ~StagedFile();
     StagedFile(const StagedFile&) = delete;
     StagedFile& operator=(const StagedFile&) = delete;

@@ -171,14 +171,14 @@ class ValueTexts {
 // A stored text is copied whole; each value has room for the longest text.
 static_assert(ValueTexts::TextMax <= NumberTextMax);
 
-// Writes lists of the body into a text. The buffer is reserved for the
-// lists to come and grown a section at a time, with 16 bytes to spare, as a
+// Writes the body's lists into a text. The buffer is reserved for the four
+// lists and grown a section at a time, with 16 bytes to spare, as a
 // short name is copied 16 bytes at once. The body is proper-cased; as every
 // piece of it (keyword, name, value, title) follows a line break or a space,
 // each piece is proper-cased on its own.
 class BodyWriter {
   public:
-    BodyWriter(const BodyParts& parts, std::string_view sep, std::string start, std::size_t lists)
+    BodyWriter(const BodyParts& parts, std::string_view sep, std::string start)
         : parts_(parts), sep_(sep), out_(std::move(start)) {
         // Numbers hold no letters but in an exponent ("1e+20", already lower
         // case) or as "inf" and "nan", which start the value; a separator may.
@@ -191,8 +191,8 @@ class BodyWriter {
             titles_[s] = ProperCase(Sections[s].title);
             titleBytes += titles_[s].size() + 8;
         }
-        out_.reserve(out_.size() + lists * (parts.pool.size() + perEntry_ * parts.entries.size() +
-                                            titleBytes + 64));
+        out_.reserve(out_.size() +
+                     4 * (parts.pool.size() + perEntry_ * parts.entries.size() + titleBytes + 64));
         p_ = out_.data() + out_.size();
     }
 
@@ -220,9 +220,10 @@ class BodyWriter {
             });
     }
 
-    std::string Take(std::string_view end = "") {
-        Room(end.size());
-        Put(end);
+    // The text, ended by its last, empty line.
+    std::string Take() {
+        Room(CRLF.size());
+        Put(CRLF);
         out_.resize(static_cast<std::size_t>(p_ - out_.data()));
         return std::move(out_);
     }
@@ -289,15 +290,16 @@ template <class Step>
 std::string ProfileTextWithSteps(const Definitions& defs, const ProfileHeader& header,
                                  std::string_view sep, Step step) {
     const BodyParts parts = GatherBody(defs);
-    BodyWriter body(parts, sep, HeaderText(header, defs.ParentAIs), 4);
+    BodyWriter body(parts, sep, HeaderText(header, defs.ParentAIs));
     body.Weights();
     step(20);
     for (const PlanSpec& plan : Plans) {
         body.Plan(plan, defs.Option(plan.percent));
         step(plan.progress);
     }
-    return body.Take(CRLF);
+    return body.Take();
 }
+
 } // namespace
 
 std::string ProfileDate(std::time_t when) {
