@@ -16,6 +16,9 @@ DEMO_DIR   ?= $(BUILD)/demo
 DEB_PACKAGES := g++ cmake ninja-build pkg-config qt6-base-dev libzip-dev zlib1g-dev \
                 libgtest-dev libgmock-dev libbenchmark-dev locales
 
+# A compiler cache speeds up rebuilds when one is installed (worktrees share it).
+LAUNCHER := $(shell command -v ccache >/dev/null 2>&1 && echo -DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
 .PHONY: all deps configure build run demo test sanitize bench fuzz install clean
@@ -34,7 +37,7 @@ deps:
 	fi
 
 $(BUILD)/build.ninja:
-	cmake -S . -B $(BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
+	cmake -S . -B $(BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo $(LAUNCHER)
 
 configure: deps $(BUILD)/build.ninja
 
@@ -58,7 +61,7 @@ test: build
 
 sanitize: deps
 	cmake -S . -B $(SAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DVANTREL_SANITIZE=ON \
-	  -DVANTREL_GUI=OFF -DVANTREL_BENCH=OFF
+	  -DVANTREL_GUI=OFF -DVANTREL_BENCH=OFF $(LAUNCHER)
 	cmake --build $(SAN_BUILD) -j $(JOBS) 
 	cd $(SAN_BUILD) && ctest --output-on-failure -j $(JOBS)
 
