@@ -31,9 +31,8 @@ frmHelp::frmHelp(QWidget* parent) : QDialog(parent) {
 
 void frmHelp::ShowContents(const QString& helpFile) {
     QFile file(helpFile);
-    const QByteArray text = !helpFile.isEmpty() && file.open(QIODevice::ReadOnly)
-                                ? file.readAll()
-                                : BuiltInHelp();
+    const QByteArray text =
+        !helpFile.isEmpty() && file.open(QIODevice::ReadOnly) ? file.readAll() : BuiltInHelp();
     txtHelp->setHtml(QString::fromUtf8(text));
     show();
     raise();

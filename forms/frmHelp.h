@@ -3,8 +3,8 @@
 // what the viewer shows when the file cannot be read.
 #pragma once
 
-#include <QDialog>
 #include <QByteArray>
+#include <QDialog>
 #include <QString>
 
 class QTextBrowser;

@@ -5,9 +5,9 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLayout>
-#include <QScreen>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScreen>
 
 namespace vantrel {
 

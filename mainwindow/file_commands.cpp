@@ -115,8 +115,8 @@ void FileCommands::OpenOrMerge(bool merge) {
 
 bool FileCommands::Save() {
     UseRememberedFolder();
-    FileDialogResult chosen = p_.dialogs.Save("Save", SaveFilter, initialFolder_,
-                                              ProposedFileName(p_.fields.AIName()));
+    FileDialogResult chosen =
+        p_.dialogs.Save("Save", SaveFilter, initialFolder_, ProposedFileName(p_.fields.AIName()));
     if (!chosen.accepted) return false;
 
     bool written =
@@ -170,7 +170,8 @@ std::string ProposedFileName(const std::string& aiName) {
 }
 
 bool LooksLikeAIProfile(std::string_view text) {
-    if (text.find("Name:") != std::string_view::npos || text.find("Auth:") != std::string_view::npos)
+    if (text.find("Name:") != std::string_view::npos ||
+        text.find("Auth:") != std::string_view::npos)
         return true;
     // An entry starts a line: "Weight Armcom 1.5", "Limit Armcom 2" or a Tessaly "Weight=1.5".
     for (std::size_t pos = 0; pos < text.size();) {
@@ -180,7 +181,8 @@ bool LooksLikeAIProfile(std::string_view text) {
         while (!line.empty() && (line.front() == ' ' || line.front() == '\t'))
             line.remove_prefix(1);
         for (std::string_view keyword : {std::string_view("WEIGHT"), std::string_view("LIMIT")}) {
-            if (line.size() > keyword.size() && EqualsNoCase(line.substr(0, keyword.size()), keyword)) {
+            if (line.size() > keyword.size() &&
+                EqualsNoCase(line.substr(0, keyword.size()), keyword)) {
                 const char next = line[keyword.size()];
                 if (next == ' ' || next == '\t' || next == '=') return true;
             }

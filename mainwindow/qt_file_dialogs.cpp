@@ -58,8 +58,9 @@ FileDialogResult QtFileDialogs::Save(const std::string& title, const std::string
     // A name typed without an extension gets the chosen filter's, before the
     // dialog asks about overwriting.
     dialog.setDefaultSuffix(FilterSuffix(QtNameFilters(filter).value(0)));
-    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
-                     [&dialog](const QString& chosen) { dialog.setDefaultSuffix(FilterSuffix(chosen)); });
+    QObject::connect(
+        &dialog, &QFileDialog::filterSelected, &dialog,
+        [&dialog](const QString& chosen) { dialog.setDefaultSuffix(FilterSuffix(chosen)); });
     return Run(dialog, filter);
 }
 

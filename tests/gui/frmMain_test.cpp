@@ -11,12 +11,12 @@
 #include <QAction>
 #include <QFile>
 #include <QFileDialog>
-#include <QTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QTextBrowser>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -161,7 +161,7 @@ TEST_F(MainWindowTest, NewResetsUnitsOnOkOnlyAndSettingsOnlyRenames) {
     };
     window->mnuFileNew->trigger();
     EXPECT_EQ(defs.Units[2].Weight, 2.5f);
-    EXPECT_EQ(s.AIName(), " x"); // New was cancelled: the name is as it was
+    EXPECT_EQ(s.AIName(), " x");     // New was cancelled: the name is as it was
     EXPECT_EQ(s.Author(), "Edited"); // kept for the next save
     EXPECT_EQ(window->lblAIName->text(), "New AI");
     EXPECT_TRUE(s.Tag.isEmpty());

@@ -1,8 +1,8 @@
 #include "catalogue/text.h"
 #include "mainwindow/file_commands.h"
 #include "mainwindow/help_file.h"
-#include "support/command_fakes.h"
 #include "startup/paths.h"
+#include "support/command_fakes.h"
 #include "support/test_support.h"
 
 #include <gtest/gtest.h>
@@ -279,7 +279,8 @@ TEST_F(FileCommandsTest, OpeningSomethingElseAsksFirst) {
     dialogs.opens = {Chosen(picture)};
     commands.Open();
     ASSERT_EQ(messages.shown.size(), 1u);
-    EXPECT_EQ(messages.shown[0].text, "'shot.png' does not look like an AI profile. Open it anyway?");
+    EXPECT_EQ(messages.shown[0].text,
+              "'shot.png' does not look like an AI profile. Open it anyway?");
     EXPECT_TRUE(profiles.calls.empty());
     EXPECT_FALSE(defs.Changed);
 
@@ -293,9 +294,12 @@ TEST_F(FileCommandsTest, OpeningSomethingElseAsksFirst) {
         const char* text;
         bool profile;
     } cases[] = {
-        {"Name: Rush AI\r\n", true},         {"\r\n  weight armcom 1.5\r\n", true},
-        {"[ARMCOM;]\r\nLimit=3\r\n", true}, {"MZ\x90\0\x03 WEIGHTLESS LIMITS", false},
-        {"", false},                          {"a weight 3\r\n", false},
+        {"Name: Rush AI\r\n", true},
+        {"\r\n  weight armcom 1.5\r\n", true},
+        {"[ARMCOM;]\r\nLimit=3\r\n", true},
+        {"MZ\x90\0\x03 WEIGHTLESS LIMITS", false},
+        {"", false},
+        {"a weight 3\r\n", false},
     };
     for (const Case& c : cases)
         EXPECT_EQ(LooksLikeAIProfile(c.text), c.profile) << c.text;
