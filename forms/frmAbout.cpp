@@ -1,6 +1,8 @@
 #include "forms/frmAbout.h"
 
+#include "forms/qt_form_parts.h"
 #include "forms/qt_icon.h"
+#include "forms/qt_text.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -21,7 +23,8 @@ QLabel* LinkLabel(const QString& text, const QString& target, QWidget* parent) {
 }
 } // namespace
 
-frmAbout::frmAbout(Shell& shell, QWidget* parent) : QDialog(parent), shell_(shell) {
+frmAbout::frmAbout(Shell& shell, const std::string& appDir, QWidget* parent)
+    : QDialog(parent), shell_(shell) {
     setObjectName("frmAbout");
     setWindowTitle("About Vantrel");
     setModal(true);
@@ -36,11 +39,12 @@ frmAbout::frmAbout(Shell& shell, QWidget* parent) : QDialog(parent), shell_(shel
                             .arg(VANTREL_VERSION_PATCH),
                         this);
     Label1->setObjectName("Label1");
-    Label3 = LinkLabel("The Vantrel developers", FeedbackLink, this);
+    Label3 = new QLabel("The Vantrel developers", this);
     Label3->setObjectName("Label3");
     Label4 = new QLabel("AI profiles for Total Annihilation, unit by unit.", this);
     Label4->setObjectName("Label4");
-    Label5 = LinkLabel(WebAddress, WebAddress, this);
+    Label5 = LinkLabel("Open the program folder", QtText(appDir), this);
+    Label5->setToolTip(QtText(appDir));
     Label5->setObjectName("Label5");
     cmdOK = new QPushButton("&OK", this);
     cmdOK->setObjectName("cmdOK");
@@ -60,10 +64,10 @@ frmAbout::frmAbout(Shell& shell, QWidget* parent) : QDialog(parent), shell_(shel
     grid->addWidget(Label5, 3, 1);
     grid->addWidget(cmdOK, 4, 1, Qt::AlignRight);
     grid->setHorizontalSpacing(16);
+    FixedAndCentred(this);
 
-    auto open = [this](const QString& link) { shell_.OpenDocument(link.toStdString()); };
-    connect(Label3, &QLabel::linkActivated, this, open);
-    connect(Label5, &QLabel::linkActivated, this, open);
+    connect(Label5, &QLabel::linkActivated, this,
+            [this](const QString& link) { shell_.OpenDocument(StdText(link)); });
     connect(cmdOK, &QPushButton::clicked, this, &QDialog::accept);
 }
 

@@ -1,28 +1,29 @@
-// The About box: version, two links, a line of our own and the icon.
+// The About box: version, authors, a line of our own, the icon and a link
+// that opens the program folder (the profiles' and units' home). Vantrel has
+// no web site or mail address, so the box offers none.
 #pragma once
 
 #include "startup/ports.h"
 
 #include <QDialog>
 
+#include <string>
+
 class QLabel;
 class QPushButton;
 
 namespace vantrel {
 
-inline constexpr const char* FeedbackLink = "mailto:feedback@vantrel.invalid?subject=Vantrel";
-inline constexpr const char* WebAddress = "https://vantrel.invalid/";
-
 class frmAbout : public QDialog {
     Q_OBJECT
   public:
-    explicit frmAbout(Shell& shell, QWidget* parent = nullptr);
+    frmAbout(Shell& shell, const std::string& appDir, QWidget* parent = nullptr);
 
     QLabel* Image1 = nullptr;
     QLabel* Label1 = nullptr; // "Version 1.1.0"
-    QLabel* Label3 = nullptr; // the authors; opens the feedback mail link
+    QLabel* Label3 = nullptr; // the authors
     QLabel* Label4 = nullptr;
-    QLabel* Label5 = nullptr; // the web address
+    QLabel* Label5 = nullptr; // the program folder; a click opens it
     QPushButton* cmdOK = nullptr;
 
   private:

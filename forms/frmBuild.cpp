@@ -41,7 +41,7 @@ frmBuild::frmBuild(Definitions& defs, QWidget* parent) : QDialog(parent), defs_(
     layout->addWidget(Label1);
     layout->addWidget(lstMain, 1);
     layout->addLayout(ButtonRow(cmdOK, cmdCancel));
-    resize(360, 460);
+    FixedAndCentred(this, QSize(360, 460));
 
     // Load: the categories in the dialog's order, "All" selected and listed.
     for (std::string_view caption : BuildSetCategoryOrder)

@@ -8,6 +8,11 @@
 
 namespace vantrel {
 
+QByteArray BuiltInHelp() {
+    QFile file(":/Vant1.hlp");
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 frmHelp::frmHelp(QWidget* parent) : QDialog(parent) {
     setObjectName("frmHelp");
     setWindowTitle("Vantrel Help");
@@ -26,13 +31,9 @@ frmHelp::frmHelp(QWidget* parent) : QDialog(parent) {
 
 void frmHelp::ShowContents(const QString& helpFile) {
     QFile file(helpFile);
-    if (helpFile.isEmpty() || !file.open(QIODevice::ReadOnly)) {
-        txtHelp->setPlainText(QString("The help file could not be opened: %1\n\nIt belongs in the "
-                                      "program folder as Vant1.hlp.")
-                                  .arg(helpFile.isEmpty() ? QString("Vant1.hlp") : helpFile));
-    } else {
-        txtHelp->setHtml(QString::fromUtf8(file.readAll()));
-    }
+    const QByteArray text =
+        !helpFile.isEmpty() && file.open(QIODevice::ReadOnly) ? file.readAll() : BuiltInHelp();
+    txtHelp->setHtml(QString::fromUtf8(text));
     show();
     raise();
     activateWindow();

@@ -26,7 +26,7 @@ frmMerge::frmMerge(Definitions& defs, Progress& progress, QWidget* parent)
     layout->addWidget(lblLoad);
     layout->addWidget(lstMain, 1);
     layout->addLayout(ButtonRow(cmdOK, cmdCancel));
-    resize(360, 420);
+    FixedAndCentred(this, QSize(360, 420));
 
     connect(cmdOK, &QPushButton::clicked, this, &frmMerge::OnOK);
     connect(cmdCancel, &QPushButton::clicked, this, &frmMerge::reject);

@@ -21,9 +21,14 @@ namespace vantrel {
 namespace {
 // The character a key press types, as the per-character filter sees it, or -1
 // for keys that type nothing and act as usual: Delete, the arrows, Home, End,
-// and Tab, Enter and Escape, which move the focus or belong to the dialog's
-// default and cancel buttons. Backspace types character 8 and is refused.
+// select all, copy, cut and undo, and Tab, Enter and Escape, which move the
+// focus or belong to the dialog's default and cancel buttons. Backspace types
+// character 8; paste types character 22 and is refused with the rest.
 int TypedCharacter(const QKeyEvent& key) {
+    if (key.matches(QKeySequence::SelectAll) || key.matches(QKeySequence::Copy) ||
+        key.matches(QKeySequence::Cut) || key.matches(QKeySequence::Undo) ||
+        key.matches(QKeySequence::Redo))
+        return -1;
     switch (key.key()) {
     case Qt::Key_Backspace:
         return 8;
@@ -124,6 +129,7 @@ frmOptions::frmOptions(Definitions& defs, SettingsStore& store, QWidget* parent)
     layout->addWidget(Frame2);
     layout->addWidget(Frame3);
     layout->addLayout(ButtonRow(cmdOK, cmdCancel));
+    FixedAndCentred(this);
 
     QWidget* order[] = {txtEasy,   txtMedium, txtHard,   txtWeightMax, txtLimitMax, cmdOK,
                         cmdCancel, chkLoad,   chkRandom, txtGameDir,   cmdBrowse};

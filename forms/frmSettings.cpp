@@ -1,5 +1,6 @@
 #include "forms/frmSettings.h"
 
+#include "forms/qt_form_parts.h"
 #include "forms/qt_text.h"
 #include "mainwindow/file_commands.h"
 
@@ -50,11 +51,19 @@ frmSettings::frmSettings(Definitions& defs, QWidget* parent) : QDialog(parent), 
     setTabOrder(txtAIname, txtAuthor);
     setTabOrder(txtAuthor, cmdOK);
     setTabOrder(cmdOK, cmdCancel);
+    FixedAndCentred(this);
 
     connect(txtAIname, &QLineEdit::textChanged, this,
             [this](const QString& text) { cmdOK->setEnabled(IsAcceptableAIName(StdText(text))); });
     connect(cmdOK, &QPushButton::clicked, this, &frmSettings::cmdOK_Click);
     connect(cmdCancel, &QPushButton::clicked, this, &frmSettings::cmdCancel_Click);
+}
+
+void frmSettings::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    // Typing replaces the name, whatever it is.
+    txtAIname->setFocus();
+    txtAIname->selectAll();
 }
 
 void frmSettings::cmdOK_Click() {
@@ -77,21 +86,21 @@ std::string frmSettings::AIName() {
     return StdText(txtAIname->text());
 }
 void frmSettings::SetAIName(const std::string& s) {
-    txtAIname->setText(QtText(s));
+    txtAIname->setText(QtText(WithoutControlCharacters(s)));
 }
 std::string frmSettings::Author() {
     return StdText(txtAuthor->text());
 }
 void frmSettings::SetAuthor(const std::string& s) {
-    txtAuthor->setText(QtText(s));
+    txtAuthor->setText(QtText(WithoutControlCharacters(s)));
 }
 
 std::string frmSettings::Banner() {
     return banner_ ? StdText(banner_->text()) : bannerText_;
 }
 void frmSettings::SetBanner(const std::string& s) {
-    bannerText_ = s;
-    if (banner_) banner_->setText(QtText(s));
+    bannerText_ = WithoutControlCharacters(s);
+    if (banner_) banner_->setText(QtText(bannerText_));
 }
 
 } // namespace vantrel

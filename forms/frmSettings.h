@@ -23,7 +23,8 @@ class frmSettings : public QDialog, public SettingsFields {
     // The main window's banner label (lblAIName) that OK renames.
     void SetBannerLabel(QLabel* banner) { banner_ = banner; }
 
-    // SettingsFields
+    // SettingsFields. Control characters from a file never reach the fields
+    // or the banner.
     std::string AIName() override;
     void SetAIName(const std::string& s) override;
     std::string Author() override;
@@ -47,6 +48,7 @@ class frmSettings : public QDialog, public SettingsFields {
 
   protected:
     void reject() override; // Escape and the window's close button: Cancel
+    void showEvent(QShowEvent* event) override;
 
   private:
     Definitions& defs_;

@@ -6,7 +6,7 @@
 namespace vantrel {
 
 bool OptionKeyAccepted(int keyAscii) {
-    return keyAscii >= '0' && keyAscii <= '9';
+    return (keyAscii >= '0' && keyAscii <= '9') || keyAscii == 8;
 }
 
 bool SwitchChecked(std::int32_t value) {

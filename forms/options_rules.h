@@ -20,8 +20,8 @@ inline constexpr int OptionTextMaxLength = 3;
 inline constexpr const char* GameDirKey = "GameDir";
 
 // The per-character filter of the number boxes: a typed character is taken
-// only when it is a digit 0..9; everything else (Backspace = 8 and Enter = 13
-// included) is refused.
+// when it is a digit 0..9 or Backspace (8), so that a value can be corrected;
+// everything else (Enter = 13, pasted text, letters, signs) is refused.
 bool OptionKeyAccepted(int keyAscii);
 
 // The check state shown for a stored switch ("Extract", "Random"): the

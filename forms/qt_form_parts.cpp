@@ -1,8 +1,13 @@
 #include "forms/qt_form_parts.h"
 
+#include <QDialog>
+#include <QEvent>
+#include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QLayout>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScreen>
 
 namespace vantrel {
 
@@ -35,6 +40,39 @@ QHBoxLayout* ButtonRow(QPushButton* ok, QPushButton* cancel) {
     row->addWidget(ok);
     row->addWidget(cancel);
     return row;
+}
+
+namespace {
+// Centres its dialog whenever the dialog is shown.
+class CentreOnShow : public QObject {
+  public:
+    using QObject::QObject;
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Show) CentreOnParent(static_cast<QWidget*>(watched));
+        return false;
+    }
+};
+} // namespace
+
+void FixedAndCentred(QDialog* dialog, QSize size) {
+    if (size.isValid())
+        dialog->setFixedSize(size);
+    else if (dialog->layout())
+        dialog->layout()->setSizeConstraint(QLayout::SetFixedSize);
+    dialog->setSizeGripEnabled(false);
+    dialog->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
+    dialog->setWindowFlag(Qt::MSWindowsFixedSizeDialogHint, true);
+    dialog->installEventFilter(new CentreOnShow(dialog));
+}
+
+void CentreOnParent(QWidget* widget) {
+    QRect area;
+    if (QWidget* parent = widget->parentWidget())
+        area = parent->window()->frameGeometry();
+    else if (QScreen* screen = QGuiApplication::primaryScreen())
+        area = screen->availableGeometry();
+    if (!area.isValid()) return;
+    widget->move(area.center() - QPoint(widget->width() / 2, widget->height() / 2));
 }
 
 } // namespace vantrel

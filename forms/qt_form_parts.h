@@ -2,10 +2,12 @@
 // single-byte strings and Qt, the check-box list and the OK/Cancel buttons.
 #pragma once
 
+#include <QSize>
 #include <QString>
 
 #include <string>
 
+class QDialog;
 class QHBoxLayout;
 class QListWidget;
 class QListWidgetItem;
@@ -30,5 +32,12 @@ QListWidgetItem* AddCheckRow(QListWidget* list, const std::string& text, bool ch
 void NewOkCancel(QWidget* parent, QPushButton*& ok, QPushButton*& cancel);
 // OK and Cancel side by side at the right.
 QHBoxLayout* ButtonRow(QPushButton* ok, QPushButton* cancel);
+
+// A dialog that cannot be resized or maximised: `size` when given, else the
+// size its layout asks for. Every time it is shown it is centred on the
+// window of its parent (on the screen when it has none).
+void FixedAndCentred(QDialog* dialog, QSize size = {});
+// Moves a top-level widget so that its centre is the centre of its parent's window.
+void CentreOnParent(QWidget* widget);
 
 } // namespace vantrel

@@ -1,6 +1,8 @@
 #include "mainwindow/file_commands.h"
 
 #include "catalogue/text.h"
+#include "profile/profile_io.h"
+#include "startup/paths.h"
 
 namespace vantrel {
 
@@ -17,24 +19,36 @@ ProfileContext FileCommands::Context() {
 
 bool FileCommands::SavePrompt() {
     if (!p_.defs.Changed) return true;
-    p_.defs.Changed = false;
     MsgAnswer answer = p_.messages.Show("Save Changes to " + p_.fields.Banner() + " now?", "Save",
                                         MsgButtons::YesNoCancel, MsgIcon::Question);
     if (answer == MsgAnswer::Cancel) return false;
-    if (answer == MsgAnswer::Yes) Save(); // the command goes on even if the save was cancelled
-    return true;
+    if (answer == MsgAnswer::Yes) return Save();
+    return true; // No: the caller goes on and decides what the changes become
 }
 
 void FileCommands::New() {
     if (!SavePrompt()) return;
+    const std::string oldName = p_.fields.AIName();
+    const std::string oldParents = p_.defs.ParentAIs;
     p_.defs.ParentAIs.clear();
     p_.fields.SetAIName("New");
-    window_.ShowSettings(true);
+    if (!window_.ShowSettings(true)) {
+        // Cancel: no new AI, so the name field goes back to the one in the banner.
+        p_.fields.SetAIName(oldName);
+        p_.defs.ParentAIs = oldParents;
+        return;
+    }
+    p_.defs.Changed = false; // a new AI has nothing to save yet
     window_.ReselectCurrentSide();
 }
 
 void FileCommands::UseRememberedFolder() {
     if (!remembered_.empty()) initialFolder_ = remembered_;
+}
+
+void FileCommands::RememberFolderOf(const std::string& path) {
+    remembered_ = FolderPart(path);
+    p_.settings.Set("LastDir", remembered_);
 }
 
 template <class Work> bool FileCommands::RunWithProgress(const std::string& title, Work work) {
@@ -54,14 +68,28 @@ template <class Work> bool FileCommands::RunWithProgress(const std::string& titl
     return true;
 }
 
+bool FileCommands::ConfirmProfile(const std::string& path, const std::string& title) {
+    FileText file = ReadProfileFile(path);
+    if (!file.ok() || LooksLikeAIProfile(file.data)) return true; // the reader reports failures
+    std::string name = path;
+    name = StripPath(name);
+    return p_.messages.Show("'" + name + "' does not look like an AI profile. Open it anyway?",
+                            title, MsgButtons::YesNo, MsgIcon::Question) == MsgAnswer::Yes;
+}
+
 void FileCommands::OpenOrMerge(bool merge) {
+    // Opening replaces the profile being edited; merging keeps it.
+    if (!merge && !SavePrompt()) return;
     UseRememberedFolder();
     FileDialogResult chosen = p_.dialogs.Open("Open", OpenFilter, initialFolder_);
     // The dialog's last folder is remembered even when it was cancelled.
     if (!chosen.folder.empty()) remembered_ = chosen.folder;
     if (!chosen.accepted) return;
+    const std::string title = merge ? "Merge" : "Open";
+    if (!ConfirmProfile(chosen.path, title)) return;
 
-    p_.defs.Changed = true;
+    // A merge leaves changes to save; an opened profile is what its file holds.
+    p_.defs.Changed = merge;
     const bool tessaly = chosen.filterIndex != 1; // the filter decides, not the extension
     bool read = RunWithProgress(merge ? "Merge" : "Vantrel", [&](ProfileContext& ctx) {
         if (tessaly)
@@ -74,29 +102,30 @@ void FileCommands::OpenOrMerge(bool merge) {
     if (!merge) {
         window_.ReselectCurrentSide();
         window_.SetInUse(true);
-        p_.settings.Set("LastDir", FolderPart(chosen.path));
+        RememberFolderOf(chosen.path);
         return;
     }
     p_.defs.DialogOK = false;
     window_.ShowMerge();
     window_.ReselectCurrentSide(); // whatever the dialog's answer
     window_.SetInUse(true);
-    p_.settings.Set("LastDir", FolderPart(chosen.path));
+    RememberFolderOf(chosen.path);
     if (p_.defs.DialogOK) p_.messages.Inform("Merge complete", "Merge", MsgIcon::Information);
 }
 
-void FileCommands::Save() {
+bool FileCommands::Save() {
     UseRememberedFolder();
     FileDialogResult chosen =
-        p_.dialogs.Save("Save", SaveFilter, initialFolder_, p_.fields.AIName());
-    if (!chosen.accepted) return;
+        p_.dialogs.Save("Save", SaveFilter, initialFolder_, ProposedFileName(p_.fields.AIName()));
+    if (!chosen.accepted) return false;
 
-    p_.defs.Changed = true;
     bool written =
         RunWithProgress("Save", [&](ProfileContext& ctx) { p_.profiles.Save(ctx, chosen.path); });
-    if (!written) return;
+    if (!written) return false;
     window_.SetInUse(true);
-    p_.settings.Set("LastDir", FolderPart(chosen.path));
+    RememberFolderOf(chosen.path);
+    p_.defs.Changed = false;
+    return true;
 }
 
 void FileCommands::External() {
@@ -105,7 +134,10 @@ void FileCommands::External() {
         RunWithProgress("Vantrel", [&](ProfileContext& ctx) { p_.profiles.Save(ctx, path); });
     window_.SetInUse(true);
     if (!written) return;
-    if (!p_.shell.OpenDocument(path)) p_.messages.Beep();
+    if (!p_.shell.OpenDocument(path))
+        p_.messages.Inform("No text viewer could be started for the profile. It was written to\n" +
+                               path,
+                           "Vantrel", MsgIcon::Information);
 }
 
 // ---------------------------------------------------------------------------
@@ -127,6 +159,48 @@ bool IsStandardSide(const std::string& currentSide) {
 std::string FolderPart(const std::string& path) {
     const std::size_t last = path.find_last_of("\\/");
     return last == std::string::npos ? std::string() : path.substr(0, last + 1);
+}
+
+std::string ProposedFileName(const std::string& aiName) {
+    const std::string ext = ProfileExtension;
+    if (aiName.size() >= ext.size() &&
+        EqualsNoCase(std::string_view(aiName).substr(aiName.size() - ext.size()), ext))
+        return aiName;
+    return aiName + ext;
+}
+
+bool LooksLikeAIProfile(std::string_view text) {
+    if (text.find("Name:") != std::string_view::npos ||
+        text.find("Auth:") != std::string_view::npos)
+        return true;
+    // An entry starts a line: "Weight Armcom 1.5", "Limit Armcom 2" or a Tessaly "Weight=1.5".
+    for (std::size_t pos = 0; pos < text.size();) {
+        std::size_t end = text.find('\n', pos);
+        if (end == std::string_view::npos) end = text.size();
+        std::string_view line = text.substr(pos, end - pos);
+        while (!line.empty() && (line.front() == ' ' || line.front() == '\t'))
+            line.remove_prefix(1);
+        for (std::string_view keyword : {std::string_view("WEIGHT"), std::string_view("LIMIT")}) {
+            if (line.size() > keyword.size() &&
+                EqualsNoCase(line.substr(0, keyword.size()), keyword)) {
+                const char next = line[keyword.size()];
+                if (next == ' ' || next == '\t' || next == '=') return true;
+            }
+        }
+        pos = end + 1;
+    }
+    return false;
+}
+
+std::string WithoutControlCharacters(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    for (char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 32 || (byte >= 127 && byte < 160)) continue;
+        out += c;
+    }
+    return out;
 }
 
 bool IsAcceptableAIName(const std::string& name) {

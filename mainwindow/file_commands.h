@@ -9,6 +9,7 @@
 #include "startup/ports.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vantrel {
@@ -16,6 +17,8 @@ namespace vantrel {
 inline constexpr const char* OpenFilter = "AI Text File|*.txt|Tessaly 1.x|*.tsy";
 inline constexpr const char* SaveFilter = "AI Text Files|*.txt";
 inline constexpr const char* ExternalFileName = "AI.txt";
+// The extension Save gives a name typed without one.
+inline constexpr const char* ProfileExtension = ".txt";
 
 // What an open or save dialog ended with.
 struct FileDialogResult {
@@ -32,7 +35,9 @@ class FileDialogs {
     // Only existing files can be chosen.
     virtual FileDialogResult Open(const std::string& title, const std::string& filter,
                                   const std::string& initialFolder) = 0;
-    // Asks before overwriting an existing file; adds no extension.
+    // Asks before overwriting an existing file. A name typed without an
+    // extension gets the selected filter's (".txt" for "*.txt") before that
+    // question is asked.
     virtual FileDialogResult Save(const std::string& title, const std::string& filter,
                                   const std::string& initialFolder,
                                   const std::string& proposedName) = 0;
@@ -60,7 +65,8 @@ class MainWindowHooks {
     // false: the window is out of use (disabled) while a file is read or written.
     virtual void SetInUse(bool inUse) = 0;
     // The Settings dialog, modal; `forNewAI` marks it for a new AI first (Tag "New").
-    virtual void ShowSettings(bool forNewAI) = 0;
+    // true when it was closed with OK.
+    virtual bool ShowSettings(bool forNewAI) = 0;
     // The Merge dialog, modal; it reports through DialogOK.
     virtual void ShowMerge() = 0;
 };
@@ -83,14 +89,17 @@ class FileCommands {
 
     // Form load: the dialogs start in LastDir.
     void Load();
-    // Returns false when the user cancelled (the calling command stops).
+    // Asks whether to save unsaved changes. Returns false when the calling
+    // command must stop: Cancel, or Yes followed by a cancelled or failed
+    // save; the changes then stay unsaved.
     bool SavePrompt();
     // true: the window may close.
     bool Closing() { return SavePrompt(); }
     void New();
     void Open() { OpenOrMerge(false); }
     void Merge() { OpenOrMerge(true); }
-    void Save();
+    // true when the profile was written; it then counts as saved.
+    bool Save();
     void External();
 
     const std::string& RememberedFolder() const { return remembered_; }
@@ -100,6 +109,12 @@ class FileCommands {
     void OpenOrMerge(bool merge);
     // Folder handling before a dialog: the remembered folder, when set, is where it opens.
     void UseRememberedFolder();
+    // After a file was read or written: its folder is the remembered folder of
+    // this run and the stored LastDir of the next.
+    void RememberFolderOf(const std::string& path);
+    // false when the chosen file does not look like a profile and the user
+    // does not want it opened.
+    bool ConfirmProfile(const std::string& path, const std::string& title);
     // Runs the reader or writer with the window out of use and frmLoad shown.
     // A ProfileError is shown (title `title`); returns false then.
     template <class Work> bool RunWithProgress(const std::string& title, Work work);
@@ -122,6 +137,15 @@ std::vector<std::string> FurtherSideCaptions(const Definitions& defs);
 bool IsStandardSide(const std::string& currentSide);
 // The folder part of a path, trailing separator kept ("" when there is none).
 std::string FolderPart(const std::string& path);
+// A file name is offered with the profile extension ("Rusher" -> "Rusher.txt").
+std::string ProposedFileName(const std::string& aiName);
+// A profile has a header ("Name:" or "Auth:") or at least one WEIGHT or LIMIT
+// entry (any letter case, own or Tessaly form). Anything else (a program, a
+// picture) is asked about before it is read.
+bool LooksLikeAIProfile(std::string_view text);
+// Text from a file as the Settings fields and the banner may show it: control
+// characters (also those of the Latin-1 upper half) are dropped.
+std::string WithoutControlCharacters(std::string_view text);
 // The Settings dialog's OK is enabled for a name that is not blank.
 bool IsAcceptableAIName(const std::string& name);
 // OK of the Settings dialog after File, New: every unit starts from nothing.

@@ -4,6 +4,7 @@
 #include "forms/frmAbout.h"
 #include "forms/frmHelp.h"
 #include "forms/frmSettings.h"
+#include "forms/qt_form_parts.h"
 #include "forms/qt_icon.h"
 #include "forms/qt_text.h"
 #include "mainwindow/help_file.h"
@@ -187,6 +188,9 @@ void frmMain::Load() {
     }
     defs_.CurrentSide = UCase(StdText(ItemCaption(mnuSideOptionA[1])));
     mnuSideOptionA[1]->setChecked(true);
+    // The window is placed before it is shown, so the Settings dialog that
+    // follows at once can be centred on it.
+    CentreOnParent(this);
     show();
     defs_.CurrentSideIndex = 1;
     ShowSettings(false);
@@ -268,9 +272,11 @@ void frmMain::SetInUse(bool inUse) {
     }
 }
 
-void frmMain::ShowSettings(bool forNewAI) {
+bool frmMain::ShowSettings(bool forNewAI) {
     if (forNewAI) settings_->Tag = "New";
+    settings_->setResult(QDialog::Rejected);
     runModal(*settings_);
+    return settings_->result() == QDialog::Accepted;
 }
 
 void frmMain::ShowMerge() {
@@ -298,13 +304,16 @@ void frmMain::mnuViewRandomize_Click() {
 }
 
 void frmMain::mnuHelpContents_Click() {
-    const std::string file = EnsureHelpFile(defs_.AppDir, HelpSourceCandidates(ExecutableDir()));
+    const QByteArray builtIn = BuiltInHelp();
+    const std::string file =
+        EnsureHelpFile(defs_.AppDir, std::string_view(builtIn.constData(),
+                                                      static_cast<std::size_t>(builtIn.size())));
     if (!help_) help_ = new frmHelp(this);
     help_->ShowContents(QtText(file));
 }
 
 void frmMain::mnuHelpAbout_Click() {
-    frmAbout about(ports_.shell, this);
+    frmAbout about(ports_.shell, defs_.AppDir, this);
     runModal(about);
 }
 

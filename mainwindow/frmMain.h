@@ -101,7 +101,7 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     // MainWindowHooks (the re-select step of Open, Merge, New, Options and Build Set)
     void ReselectCurrentSide() override;
     void SetInUse(bool inUse) override;
-    void ShowSettings(bool forNewAI) override;
+    bool ShowSettings(bool forNewAI) override;
     void ShowMerge() override;
 
   protected:

@@ -2,20 +2,17 @@
 #pragma once
 
 #include <string>
-#include <vector>
+#include <string_view>
 
 namespace vantrel {
 
 inline constexpr const char* HelpFileName = "Vant1.hlp";
 
-// Places where an installed or built copy of the help file may be found, for
-// an executable in `exeDir`: the install share folder, then the source tree's
-// data folder beside a build folder.
-std::vector<std::string> HelpSourceCandidates(const std::string& exeDir);
-
-// The help file of the program folder `appDir`. When it is missing there, the
-// first existing candidate is copied in; when that fails too, the candidate
-// itself is used. Returns "" when no help file exists anywhere.
-std::string EnsureHelpFile(const std::string& appDir, const std::vector<std::string>& candidates);
+// The help file of the program folder `appDir`. The program carries its help
+// text (`builtIn`) and writes it there when the file is missing, so help works
+// in every layout, a bare folder with the executable included; a copy that is
+// already there (perhaps edited) is kept. Returns "" when the file is missing
+// and cannot be written (a read-only folder): the caller then shows `builtIn`.
+std::string EnsureHelpFile(const std::string& appDir, std::string_view builtIn);
 
 } // namespace vantrel

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QRegularExpression>
 
 namespace vantrel {
 
@@ -13,6 +14,12 @@ QStringList QtNameFilters(const std::string& filter) {
     for (qsizetype i = 0; i + 1 < parts.size(); i += 2)
         filters << QString("%1 (%2)").arg(parts[i], QString(parts[i + 1]).replace(';', ' '));
     return filters;
+}
+
+QString FilterSuffix(const QString& nameFilter) {
+    static const QRegularExpression pattern(R"(\*\.(\w+))");
+    const QRegularExpressionMatch match = pattern.match(nameFilter);
+    return match.hasMatch() ? match.captured(1) : QString();
 }
 
 namespace {
@@ -48,6 +55,12 @@ FileDialogResult QtFileDialogs::Save(const std::string& title, const std::string
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setOption(QFileDialog::DontConfirmOverwrite, false);
     dialog.selectFile(QtText(proposedName));
+    // A name typed without an extension gets the chosen filter's, before the
+    // dialog asks about overwriting.
+    dialog.setDefaultSuffix(FilterSuffix(QtNameFilters(filter).value(0)));
+    QObject::connect(
+        &dialog, &QFileDialog::filterSelected, &dialog,
+        [&dialog](const QString& chosen) { dialog.setDefaultSuffix(FilterSuffix(chosen)); });
     return Run(dialog, filter);
 }
 

@@ -12,6 +12,8 @@ namespace vantrel {
 // "AI Text File|*.txt|Tessaly 1.x|*.tsy" as Qt name filters:
 // "AI Text File (*.txt)", "Tessaly 1.x (*.tsy)".
 QStringList QtNameFilters(const std::string& filter);
+// The extension a name filter gives: "txt" for "AI Text File (*.txt)", "" for none.
+QString FilterSuffix(const QString& nameFilter);
 
 class QtFileDialogs : public FileDialogs {
   public:

@@ -35,6 +35,38 @@ struct Fd {
     }
 };
 
+// The file a save to `path` replaces: a symbolic link is followed (through
+// further links) so that the file it points to is replaced and the link
+// stays. A link that points nowhere names the file to create.
+std::string ResolveLinks(const std::string& path) {
+    std::string current = path;
+    for (int hops = 0; hops < 40; ++hops) {
+        struct stat st {};
+        if (::lstat(current.c_str(), &st) != 0 || !S_ISLNK(st.st_mode)) return current;
+        std::string buffer(4096, '\0');
+        ssize_t n = ::readlink(current.c_str(), buffer.data(), buffer.size());
+        if (n <= 0) return current;
+        buffer.resize(static_cast<std::size_t>(n));
+        if (buffer.front() == '/') {
+            current = buffer;
+        } else {
+            std::size_t slash = current.rfind('/');
+            current = (slash == std::string::npos ? std::string() : current.substr(0, slash + 1)) +
+                      buffer;
+        }
+    }
+    return current; // a loop of links: the rename then fails with its own reason
+}
+
+// An existing file that its owner may not write is not replaced, even where
+// the folder would let us rename over it (and whoever runs us could).
+void RefuseReadOnly(const std::string& target, const std::string& shownName) {
+    struct stat st {};
+    if (::stat(target.c_str(), &st) != 0 || !S_ISREG(st.st_mode)) return;
+    if ((st.st_mode & 0222) == 0 || ::access(target.c_str(), W_OK) != 0)
+        WriteFailed(shownName, "the file is read-only");
+}
+
 std::string TempNameBeside(const std::string& target) {
     static std::atomic<unsigned> counter{0};
     std::size_t slash = target.rfind('/');
@@ -96,12 +128,14 @@ bool WriteAll(int fd, std::string_view data) {
     return true;
 }
 
-StagedFile::StagedFile(std::string target, std::string_view data) : target_(std::move(target)) {
+StagedFile::StagedFile(std::string target, std::string_view data)
+    : name_(std::move(target)), target_(ResolveLinks(name_)) {
     struct stat st {};
     mode_t mode = 0666;
     bool keepMode = false;
     if (::stat(target_.c_str(), &st) == 0) {
-        if (!S_ISREG(st.st_mode)) WriteFailed(target_, "it is not a regular file");
+        if (!S_ISREG(st.st_mode)) WriteFailed(name_, "it is not a regular file");
+        RefuseReadOnly(target_, name_);
         mode = st.st_mode & 07777;
         keepMode = true;
     }
@@ -114,7 +148,7 @@ StagedFile::StagedFile(std::string target, std::string_view data) : target_(std:
     if (out.fd < 0) {
         int err = errno;
         temp_.clear();
-        WriteFailed(target_, Reason(err));
+        WriteFailed(name_, Reason(err));
     }
     // The replacement keeps the permissions of the file it replaces.
     bool ok = (!keepMode || ::fchmod(out.fd, mode) == 0) && WriteAll(out.fd, data);
@@ -132,7 +166,7 @@ StagedFile::StagedFile(std::string target, std::string_view data) : target_(std:
     if (!ok) {
         ::unlink(temp_.c_str());
         temp_.clear();
-        WriteFailed(target_, Reason(err));
+        WriteFailed(name_, Reason(err));
     }
 }
 
@@ -142,11 +176,16 @@ StagedFile::~StagedFile() {
 
 void StagedFile::Commit() {
     if (committed_) return;
-    if (::rename(temp_.c_str(), target_.c_str()) != 0) WriteFailed(target_, Reason(errno));
+    RefuseReadOnly(target_, name_);
+    if (::rename(temp_.c_str(), target_.c_str()) != 0) WriteFailed(name_, Reason(errno));
     committed_ = true;
 }
 
 void CommitTogether(StagedFile& first, StagedFile& second) {
+    // Both targets are checked before either is replaced: a read-only one
+    // leaves the pair as it was.
+    RefuseReadOnly(first.Target(), first.Name());
+    RefuseReadOnly(second.Target(), second.Name());
     const std::string& target = first.Target();
     struct stat st {};
     const bool existed = ::lstat(target.c_str(), &st) == 0;

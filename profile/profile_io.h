@@ -43,15 +43,20 @@ class StagedFile {
     StagedFile& operator=(const StagedFile&) = delete;
 
     void Commit();
+    // The file that is replaced (links followed).
     const std::string& Target() const { return target_; }
+    // The path as given, which messages name.
+    const std::string& Name() const { return name_; }
 
   private:
+    std::string name_;
     std::string target_;
     std::string temp_;
     bool committed_ = false;
 };
 
-// Commits `first`, then `second`. When the second cannot be committed, the
+// Commits `first`, then `second`, after checking that neither target is
+// read-only (then neither is touched). When the second cannot be committed, the
 // first target is put back as it was (removed, when it did not exist) before
 // the error goes on, so the two stay a pair. Putting back needs a second
 // name for the old file: where the folder allows no hard links, the first

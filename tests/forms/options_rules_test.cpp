@@ -22,7 +22,8 @@ class OrderedStore : public MemorySettingsStore {
 TEST(OptionsRules, KeyFilterSwitchesAndNumbers) {
     for (char c = '0'; c <= '9'; ++c)
         EXPECT_TRUE(OptionKeyAccepted(c)) << c;
-    for (int c : std::initializer_list<int>{'.', '-', '+', ' ', 'a', '/', ':', 8, 13, 0, 0x663})
+    EXPECT_TRUE(OptionKeyAccepted(8)); // Backspace corrects a value
+    for (int c : std::initializer_list<int>{'.', '-', '+', ' ', 'a', '/', ':', 13, 22, 0, 0x663})
         EXPECT_FALSE(OptionKeyAccepted(c)) << c;
     EXPECT_TRUE(SwitchChecked(-1));
     EXPECT_TRUE(SwitchChecked(1));

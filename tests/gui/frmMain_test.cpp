@@ -9,11 +9,14 @@
 #include "support/test_support.h"
 
 #include <QAction>
+#include <QFile>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QTextBrowser>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -109,6 +112,13 @@ TEST_F(MainWindowTest, ClosingGoesThroughTheSavePrompt) {
     EXPECT_FALSE(window->close());
     EXPECT_TRUE(window->isVisible());
 
+    // Yes, then Cancel in the save dialog: the program stays, the work unsaved.
+    messages.answers = {MsgAnswer::Yes};
+    window->mnuFileExit->trigger();
+    EXPECT_EQ(dialogs.saveCalls.size(), 1u);
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_TRUE(defs.Changed);
+
     defs.Changed = true;
     messages.answers = {MsgAnswer::Yes};
     dialogs.saves = {FileDialogResult{true, appDir + "Mine.txt", 1, appDir}};
@@ -151,7 +161,7 @@ TEST_F(MainWindowTest, NewResetsUnitsOnOkOnlyAndSettingsOnlyRenames) {
     };
     window->mnuFileNew->trigger();
     EXPECT_EQ(defs.Units[2].Weight, 2.5f);
-    EXPECT_EQ(s.AIName(), "New");
+    EXPECT_EQ(s.AIName(), " x");     // New was cancelled: the name is as it was
     EXPECT_EQ(s.Author(), "Edited"); // kept for the next save
     EXPECT_EQ(window->lblAIName->text(), "New AI");
     EXPECT_TRUE(s.Tag.isEmpty());
@@ -171,26 +181,63 @@ TEST_F(MainWindowTest, NewResetsUnitsOnOkOnlyAndSettingsOnlyRenames) {
     EXPECT_EQ(defs.Units[2].Weight, 1.5f);
 }
 
-TEST_F(MainWindowTest, AboutLinksGoToTheShell) {
+// The About box links only to what exists: the program folder.
+TEST_F(MainWindowTest, AboutLinksOnlyToTheProgramFolder) {
     Load();
-    script = [](QDialog& d) {
+    script = [this](QDialog& d) {
         auto& about = static_cast<frmAbout&>(d);
         EXPECT_FALSE(about.Image1->pixmap().isNull());
-        emit about.Label3->linkActivated(FeedbackLink);
-        emit about.Label5->linkActivated(WebAddress);
+        EXPECT_FALSE(about.Label3->text().contains("href"));
+        EXPECT_TRUE(about.Label5->text().contains(QString::fromStdString(appDir)));
+        emit about.Label5->linkActivated(QString::fromStdString(appDir));
     };
     window->mnuHelpAbout->trigger();
     EXPECT_EQ(modals, QStringList({"frmAbout"}));
-    EXPECT_EQ(shell.opened, (std::vector<std::string>{FeedbackLink, WebAddress}));
+    EXPECT_EQ(shell.opened, std::vector<std::string>{appDir});
 }
 
-TEST_F(MainWindowTest, HelpContentsShowsTheHelpFileFromTheProgramFolder) {
+// A bare program folder (the executable copied beside Units/) gets the help
+// the program carries.
+TEST_F(MainWindowTest, HelpContentsWorksInABareProgramFolder) {
     Load();
-    std::ofstream(appDir + "Vant1.hlp") << "<h1>Our help</h1><p>File menu</p>";
     window->mnuHelpContents->trigger();
     ASSERT_NE(window->HelpViewer(), nullptr);
     EXPECT_TRUE(window->HelpViewer()->isVisible());
-    EXPECT_TRUE(window->HelpViewer()->txtHelp->toPlainText().contains("File menu"));
+    EXPECT_TRUE(window->HelpViewer()->txtHelp->toPlainText().contains("The File menu"));
+    EXPECT_TRUE(QFile::exists(QString::fromStdString(appDir + "Vant1.hlp")));
+}
+
+// Settings: fixed size, the name selected so that typing replaces it, and no
+// control characters from a file in the fields or the banner.
+TEST_F(MainWindowTest, SettingsSelectsTheNameAndKeepsControlCharactersOut) {
+    Load();
+    frmSettings& s = window->Settings();
+    s.SetAIName("Ru\x01sh\x1b");
+    s.SetBanner("Ru\x01sh AI\r\n");
+    EXPECT_EQ(s.txtAIname->text(), "Rush");
+    EXPECT_EQ(window->lblAIName->text(), "Rush AI");
+    s.show();
+    EXPECT_EQ(s.minimumSize(), s.maximumSize());
+    EXPECT_EQ(s.txtAIname->selectedText(), "Rush");
+    s.hide();
+}
+
+// The desktop's save dialog: a full path typed without an extension gets
+// ".txt", and that folder is where the next dialog opens.
+TEST_F(MainWindowTest, SaveDialogAddsTxtToATypedPath) {
+    test::TempDir elsewhere;
+    const QString typed = QString::fromStdString(elsewhere.path() + "/Rusher");
+    QtFileDialogs desktop;
+    QTimer::singleShot(0, [typed] {
+        auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(typed);
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+    FileDialogResult chosen = desktop.Save("Save", SaveFilter, appDir, "Mine.txt");
+    ASSERT_TRUE(chosen.accepted);
+    EXPECT_EQ(chosen.path, elsewhere.path() + "/Rusher.txt");
+    EXPECT_EQ(FolderPart(chosen.path), elsewhere.path() + "/");
 }
 
 TEST(FileDialogFilters, PipeListBecomesQtNameFilters) {

@@ -61,12 +61,18 @@ TEST_F(OptionsDialogTest, BoxesTakeThreeDigitsOnlyAndCancelLeavesOptionsAndStore
     EXPECT_EQ(box->text(), "125");
     box->setCursorPosition(3);
     TypeText(box, ".-a ");
-    PressKey(box, Qt::Key_Backspace, "\b");
     PressKey(box, Qt::Key_V, QString(QChar(22)), Qt::ControlModifier); // paste is a character too
     EXPECT_EQ(box->text(), "125");
+    PressKey(box, Qt::Key_Backspace, "\b");
+    EXPECT_EQ(box->text(), "12");
     box->setCursorPosition(0);
     PressKey(box, Qt::Key_Delete, QString(QChar(127)));
-    EXPECT_EQ(box->text(), "25");
+    EXPECT_EQ(box->text(), "2");
+    // A full box is replaced by selecting it all and typing.
+    box->setText("125");
+    PressKey(box, Qt::Key_A, QString(QChar(1)), Qt::ControlModifier);
+    TypeText(box, "40");
+    EXPECT_EQ(box->text(), "40");
 
     dlg.txtEasy->setText("9");
     dlg.chkRandom->setChecked(true);

@@ -1,6 +1,7 @@
 #include "catalogue/text.h"
 #include "mainwindow/file_commands.h"
 #include "mainwindow/help_file.h"
+#include "startup/paths.h"
 #include "support/command_fakes.h"
 #include "support/test_support.h"
 
@@ -8,6 +9,8 @@
 
 #include <algorithm>
 #include <fstream>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace vantrel {
 namespace {
@@ -22,13 +25,15 @@ class RecordingWindow : public MainWindowHooks {
     std::vector<std::string> events;
     bool inUse = true;
     bool mergeAnswersOK = false;
+    bool settingsAnswersOK = true;
     void ReselectCurrentSide() override { events.push_back("reselect"); }
     void SetInUse(bool use) override {
         inUse = use;
         events.push_back(use ? "in use" : "out of use");
     }
-    void ShowSettings(bool forNewAI) override {
+    bool ShowSettings(bool forNewAI) override {
         events.push_back(forNewAI ? "settings new" : "settings");
+        return settingsAnswersOK;
     }
     void ShowMerge() override {
         events.push_back(progress_.visible ? "merge over progress" : "merge");
@@ -42,6 +47,10 @@ class RecordingWindow : public MainWindowHooks {
 
 std::string ReadFile(const std::string& path) {
     return ReadWholeFile(path).value_or("");
+}
+
+std::string StripPathOf(std::string path) {
+    return StripPath(path);
 }
 
 class FileCommandsTest : public ::testing::Test {
@@ -82,9 +91,10 @@ TEST_F(FileCommandsTest, SavePromptAsksOnceAndCancelStopsTheCaller) {
     EXPECT_EQ(messages.shown[0].text, "Save Changes to New AI now?");
     EXPECT_EQ(messages.shown[0].buttons, MsgButtons::YesNoCancel);
 
-    // The prompt cleared Changed, so a second close goes without asking.
+    // Cancel leaves the changes unsaved, so a second close asks again.
+    messages.answers = {MsgAnswer::No};
     EXPECT_TRUE(commands.Closing());
-    EXPECT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown.size(), 2u);
 
     // New stops at Cancel too.
     defs.Changed = true;
@@ -95,17 +105,55 @@ TEST_F(FileCommandsTest, SavePromptAsksOnceAndCancelStopsTheCaller) {
     EXPECT_TRUE(window.events.empty());
 }
 
-TEST_F(FileCommandsTest, NewGoesOnAfterYesEvenWhenSaveIsCancelled) {
+// Yes followed by Cancel in the save dialog, or by a failed save, cancels
+// the command: nothing is reset, the changes stay unsaved. The same holds for
+// Open over changes and for closing.
+TEST_F(FileCommandsTest, CancelledOrFailedSaveInsideThePromptCancelsTheCommand) {
     defs.Changed = true;
     defs.ParentAIs = "Old;Parents";
     fields.SetAIName("Mine");
     messages.answers = {MsgAnswer::Yes};
     commands.New(); // the save dialog is cancelled (nothing scripted)
     EXPECT_EQ(dialogs.saveCalls.size(), 1u);
-    EXPECT_TRUE(profiles.calls.empty());
-    EXPECT_EQ(defs.ParentAIs, "");
-    EXPECT_EQ(fields.AIName(), "New");
-    EXPECT_EQ(window.events, (std::vector<std::string>{"settings new", "reselect"}));
+    EXPECT_EQ(defs.ParentAIs, "Old;Parents");
+    EXPECT_EQ(fields.AIName(), "Mine");
+    EXPECT_TRUE(window.events.empty());
+    EXPECT_TRUE(defs.Changed);
+
+    messages.answers = {MsgAnswer::Yes};
+    commands.Open();
+    EXPECT_TRUE(dialogs.openCalls.empty());
+
+    profiles.failure = "disk full";
+    messages.answers = {MsgAnswer::Yes};
+    dialogs.saves = {Chosen(defs.AppDir + "Mine.txt")};
+    EXPECT_FALSE(commands.Closing());
+    EXPECT_TRUE(defs.Changed);
+
+    // A successful save counts as saved: closing then asks nothing.
+    profiles.failure.clear();
+    messages.answers = {MsgAnswer::Yes};
+    dialogs.saves = {Chosen(defs.AppDir + "Mine.txt")};
+    EXPECT_TRUE(commands.Closing());
+    EXPECT_FALSE(defs.Changed);
+    const std::size_t asked = messages.shown.size();
+    EXPECT_TRUE(commands.Closing());
+    EXPECT_EQ(messages.shown.size(), asked);
+}
+
+// New then Cancel in Settings: the name field goes back to the AI that the
+// banner still shows, so Save proposes that name and not "New".
+TEST_F(FileCommandsTest, NewThenCancelKeepsNameAndBannerInStep) {
+    fields.SetAIName("Mine");
+    fields.SetBanner("Mine AI");
+    defs.ParentAIs = "Old, ";
+    window.settingsAnswersOK = false;
+    commands.New();
+    EXPECT_EQ(fields.AIName(), "Mine");
+    EXPECT_EQ(defs.ParentAIs, "Old, ");
+    EXPECT_EQ(window.events, (std::vector<std::string>{"settings new"}));
+    commands.Save();
+    EXPECT_EQ(dialogs.saveCalls[0].proposedName, "Mine.txt");
 }
 
 TEST_F(FileCommandsTest, OpenChoosesTheReaderByFilterNotByExtension) {
@@ -118,7 +166,7 @@ TEST_F(FileCommandsTest, OpenChoosesTheReaderByFilterNotByExtension) {
     EXPECT_EQ(profiles.calls[0].op, "tessaly");
     EXPECT_EQ(profiles.calls[0].path, "/data/ais/Rush.txt");
     EXPECT_FALSE(profiles.calls[0].merge);
-    EXPECT_TRUE(defs.Changed);
+    EXPECT_FALSE(defs.Changed); // the profile is what its file holds: the next Open asks nothing
     EXPECT_EQ(settings.Get("LastDir", ""), "/data/ais/");
     EXPECT_EQ(progress.shows, 1);
     EXPECT_EQ(progress.closes, 1);
@@ -166,19 +214,96 @@ TEST_F(FileCommandsTest, MergeThenCancelRebuildsStoresLastDirWithoutMergeComplet
     EXPECT_EQ(messages.shown[0].text, "Merge complete");
 }
 
-TEST_F(FileCommandsTest, SaveProposesTheSettingsNameAndSetsChanged) {
+TEST_F(FileCommandsTest, SaveProposesNameDotTxtAndMovesTheRememberedFolder) {
     fields.SetAIName("Krogoth Rush");
-    const std::string target = defs.AppDir + "Krogoth Rush";
-    dialogs.saves = {Chosen(target)};
-    commands.Save();
+    defs.Changed = true;
+    // A full path typed into the dialog: the folder it names counts at once.
+    test::TempDir elsewhere;
+    const std::string target = elsewhere.path() + "/Krogoth Rush.txt";
+    dialogs.saves = {FileDialogResult{true, target, 1, "/profiles/"}};
+    EXPECT_TRUE(commands.Save());
     ASSERT_EQ(dialogs.saveCalls.size(), 1u);
-    EXPECT_EQ(dialogs.saveCalls[0].proposedName, "Krogoth Rush");
+    EXPECT_EQ(dialogs.saveCalls[0].proposedName, "Krogoth Rush.txt");
     EXPECT_EQ(dialogs.saveCalls[0].filter, "AI Text Files|*.txt");
     ASSERT_EQ(profiles.calls.size(), 1u);
-    EXPECT_EQ(profiles.calls[0].path, target); // used as typed, no extension added
-    EXPECT_TRUE(defs.Changed);                 // a close straight after saving still asks
-    EXPECT_EQ(settings.Get("LastDir", ""), defs.AppDir);
+    EXPECT_EQ(profiles.calls[0].path, target);
+    EXPECT_FALSE(defs.Changed);
+    EXPECT_EQ(settings.Get("LastDir", ""), elsewhere.path() + "/");
+    EXPECT_EQ(commands.RememberedFolder(), elsewhere.path() + "/");
     EXPECT_TRUE(window.inUse);
+
+    dialogs.opens = {FileDialogResult{true, "/typed/x/One.txt", 1, "/profiles/"}};
+    commands.Open();
+    EXPECT_EQ(dialogs.openCalls[0].initialFolder, elsewhere.path() + "/");
+    EXPECT_EQ(commands.RememberedFolder(), "/typed/x/");
+    EXPECT_EQ(ProposedFileName("Rush.TXT"), "Rush.TXT");
+}
+
+// A read-only profile or build-set file is refused, naming the file, and
+// neither file changes; a link is followed and stays a link.
+TEST_F(FileCommandsTest, ReadOnlyTargetsAreRefusedAndLinksFollowed) {
+    const std::string txt = defs.AppDir + "Old.txt", set = defs.AppDir + "Old.set";
+    std::ofstream(txt) << "old profile";
+    std::ofstream(set) << "old set";
+    for (const std::string& readOnly : {txt, set}) {
+        ASSERT_EQ(::chmod(readOnly.c_str(), 0444), 0);
+        dialogs.saves = {Chosen(txt)};
+        EXPECT_FALSE(commands.Save());
+        ASSERT_FALSE(messages.shown.empty());
+        EXPECT_NE(messages.shown.back().text.find(StripPathOf(readOnly)), std::string::npos);
+        EXPECT_NE(messages.shown.back().text.find("read-only"), std::string::npos);
+        EXPECT_EQ(ReadFile(txt), "old profile");
+        EXPECT_EQ(ReadFile(set), "old set");
+        ASSERT_EQ(::chmod(readOnly.c_str(), 0644), 0);
+    }
+
+    test::TempDir real;
+    const std::string link = defs.AppDir + "Linked.txt", pointee = real.path() + "/Real.txt";
+    std::ofstream(pointee) << "old";
+    ASSERT_EQ(::symlink(pointee.c_str(), link.c_str()), 0);
+    fields.SetAIName("Through");
+    dialogs.saves = {Chosen(link)};
+    EXPECT_TRUE(commands.Save());
+    struct stat st {};
+    ASSERT_EQ(::lstat(link.c_str(), &st), 0);
+    EXPECT_TRUE(S_ISLNK(st.st_mode));
+    EXPECT_EQ(ReadFile(pointee), "[AI] Through\r\n");
+}
+
+// A file that is neither a header nor a single entry is asked about before
+// any reader runs; No leaves everything as it was.
+TEST_F(FileCommandsTest, OpeningSomethingElseAsksFirst) {
+    const std::string picture = defs.AppDir + "shot.png";
+    std::ofstream(picture, std::ios::binary) << std::string("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16);
+    messages.answers = {MsgAnswer::No};
+    dialogs.opens = {Chosen(picture)};
+    commands.Open();
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].text,
+              "'shot.png' does not look like an AI profile. Open it anyway?");
+    EXPECT_TRUE(profiles.calls.empty());
+    EXPECT_FALSE(defs.Changed);
+
+    messages.answers = {MsgAnswer::Yes};
+    dialogs.opens = {Chosen(picture)};
+    commands.Merge();
+    EXPECT_EQ(messages.shown[1].title, "Merge");
+    EXPECT_EQ(profiles.calls.size(), 1u);
+
+    struct Case {
+        const char* text;
+        bool profile;
+    } cases[] = {
+        {"Name: Rush AI\r\n", true},
+        {"\r\n  weight armcom 1.5\r\n", true},
+        {"[ARMCOM;]\r\nLimit=3\r\n", true},
+        {"MZ\x90\0\x03 WEIGHTLESS LIMITS", false},
+        {"", false},
+        {"a weight 3\r\n", false},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(LooksLikeAIProfile(c.text), c.profile) << c.text;
+    EXPECT_EQ(WithoutControlCharacters("Ru\x01sh\t\x7f\x85 \xe9"), "Rush \xe9");
 }
 
 TEST_F(FileCommandsTest, FailedReadOrWriteIsShownAndTheWindowIsBackInUse) {
@@ -211,15 +336,16 @@ TEST_F(FileCommandsTest, ExternalWritesAiTxtInTheProgramFolderAndOpensIt) {
     EXPECT_EQ(messages.beeps, 0);
     EXPECT_FALSE(progress.visible);
 
+    // Without a viewer the message says where the file is.
     shell.openResult = false;
     commands.External();
-    EXPECT_EQ(messages.beeps, 1);
-    EXPECT_TRUE(messages.shown.empty());
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_NE(messages.shown[0].text.find(path), std::string::npos);
 
     profiles.failure = "read-only";
     commands.External();
     EXPECT_EQ(shell.opened.size(), 2u); // nothing opened after a failed write
-    ASSERT_EQ(messages.shown.size(), 1u);
+    ASSERT_EQ(messages.shown.size(), 2u);
     EXPECT_TRUE(window.inUse);
 }
 
@@ -252,18 +378,16 @@ TEST(PathRules, FolderPartKeepsTheSeparator) {
     EXPECT_EQ(FolderPart("bare.txt"), "");
 }
 
-TEST(HelpFile, CopiedIntoTheProgramFolderWhenMissing) {
-    const test::TempDir appDir, shareDir, noneDir;
+TEST(HelpFile, WrittenIntoTheProgramFolderWhenMissing) {
+    const test::TempDir appDir;
     const std::string app = appDir.path() + "/";
-    const std::string share = shareDir.path() + "/";
-    std::ofstream(share + "Vant1.hlp") << "<h1>help</h1>";
-    EXPECT_EQ(EnsureHelpFile(app, {share + "missing.hlp", share + "Vant1.hlp"}), app + "Vant1.hlp");
+    EXPECT_EQ(EnsureHelpFile(app, "<h1>help</h1>"), app + "Vant1.hlp");
     EXPECT_EQ(ReadFile(app + "Vant1.hlp"), "<h1>help</h1>");
     // An existing copy is kept as it is.
     std::ofstream(app + "Vant1.hlp") << "edited";
-    EXPECT_EQ(EnsureHelpFile(app, {share + "Vant1.hlp"}), app + "Vant1.hlp");
+    EXPECT_EQ(EnsureHelpFile(app, "<h1>help</h1>"), app + "Vant1.hlp");
     EXPECT_EQ(ReadFile(app + "Vant1.hlp"), "edited");
-    EXPECT_EQ(EnsureHelpFile(noneDir.path() + "/", {share + "nope"}), "");
+    EXPECT_EQ(EnsureHelpFile(app + "missing/", "<h1>help</h1>"), "");
 }
 
 } // namespace

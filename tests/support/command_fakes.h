@@ -3,11 +3,11 @@
 #pragma once
 
 #include "mainwindow/file_commands.h"
+#include "profile/profile_io.h"
 #include "startup/ports.h"
 #include "support/test_support.h"
 
 #include <deque>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -50,7 +50,8 @@ struct ProfileCall {
 };
 
 // Records calls; `failure` makes every call throw ProfileError. A save writes
-// the AI's name into the file so that tests can see what was written.
+// the AI's name into the file and its build-set file beside it, committed as
+// a pair the way the profile writer does, so that tests see what was written.
 class FakeProfileIO : public ProfileIO {
   public:
     std::vector<ProfileCall> calls;
@@ -58,7 +59,9 @@ class FakeProfileIO : public ProfileIO {
 
     void Save(ProfileContext& ctx, const std::string& path) override {
         Record("save", path, false);
-        std::ofstream(path, std::ios::binary) << "[AI] " << ctx.fields.AIName() << "\r\n";
+        StagedFile set(BuildSetPath(path), "[BUILD SET]\r\n");
+        StagedFile profile(path, "[AI] " + ctx.fields.AIName() + "\r\n");
+        CommitTogether(profile, set);
     }
     void Read(ProfileContext&, const std::string& path, bool merge) override {
         Record("read", path, merge);
