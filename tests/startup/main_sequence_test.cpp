@@ -44,7 +44,7 @@ class RecordingZips : public ZipSteps {
     explicit RecordingZips(Log& log) : log_(log) {}
     void CreateUnzip(const Definitions&, Progress&) override { log_.push_back("zip create"); }
     void CountZipFiles(const Definitions&, Progress&) override { log_.push_back("zip count"); }
-    void UnpackZips(const Definitions&, Progress&) override { log_.push_back("zip unpack"); }
+    void UnpackZips(Definitions&, Progress&) override { log_.push_back("zip unpack"); }
 
   private:
     Log& log_;
