@@ -3,8 +3,10 @@
 #include "startup/hpi_library.h"
 #include "startup/main_sequence.h"
 #include "startup/paths.h"
+#include "startup/zip_steps.h"
 #include "support/hpi_writer.h"
 #include "support/scratch_folder.h"
+#include "support/zip_maker.h"
 
 #include <gtest/gtest.h>
 
@@ -154,6 +156,37 @@ TEST_F(StartUp, CountThenExtractEveryArchiveFamilyIntoUnits) {
                    "swx.fbi", "swx.pcx"}));
     EXPECT_EQ(ReadWholeFile(Unit("corcom.fbi")), "new corcom"); // the later pass replaces
     EXPECT_EQ(FolderContent(tmp / "app"), Log{"Units"});
+}
+
+TEST_F(StartUp, UnitsIsOneNameSpaceWithoutLetterCase) {
+    ASSERT_TRUE(MakeDirectory(UnitsDir(defs.AppDir)));
+    // Unpacked from a package at an earlier start.
+    test::WriteText(Unit("armfido.fbi"), "from the pack");
+    ASSERT_TRUE(testing::WriteZip(JoinPath(defs.AppDir, "fido.zip"),
+                                  {{"units/armfido.fbi", "from the pack"},
+                                   {"unitpics/ArmCom.pcx", "pack picture"},
+                                   {"unitpics/armfido.pcx", "fido picture"}}));
+    HpiWriter first;
+    first.AddFile("units/ARMCOM.FBI", "old armcom", hpi::Lz77);
+    first.AddFile("unitpics/ARMCOM.PCX", "game picture", hpi::Zlib);
+    Write("TOTALA1.HPI", first);
+    HpiWriter later;
+    later.AddFile("units/armcom.fbi", "new armcom", hpi::Zlib);
+    later.AddFile("units/ARMFIDO.FBI", "from the game", hpi::Stored);
+    Write("TOTALA2.HPI", later);
+    LibzipSteps libzip;
+    StartupPorts real{progress, messages, settings, shell, random, lib, libzip};
+
+    RunExtraction(defs, real);
+
+    // One file per name, in the spelling that was there first; an archive
+    // replaces the content, a package never does.
+    EXPECT_EQ(FolderContent(UnitsDir(defs.AppDir)),
+              (Log{"ARMCOM.FBI", "ARMCOM.PCX", "armfido.fbi", "armfido.pcx"}));
+    EXPECT_EQ(ReadWholeFile(Unit("ARMCOM.FBI")), "new armcom");
+    EXPECT_EQ(ReadWholeFile(Unit("armfido.fbi")), "from the game");
+    EXPECT_EQ(ReadWholeFile(Unit("ARMCOM.PCX")), "game picture");
+    EXPECT_EQ(defs.UnitFiles.Find("ArmFido.PCX"), Unit("armfido.pcx")); // noted as unpacked
 }
 
 TEST_F(StartUp, MainExtractsOnlyWhenTheOptionIsOn) {
