@@ -73,6 +73,17 @@ class StartUp : public ::testing::Test {
     void Write(const std::string& name, const HpiWriter& writer) {
         ASSERT_TRUE(demo::WriteFile(JoinPath(game, name), writer.Build().bytes));
     }
+    struct Entry {
+        const char* path;
+        const char* data;
+        std::uint8_t method;
+    };
+    void Write(const std::string& name, std::initializer_list<Entry> entries) {
+        HpiWriter writer;
+        for (const Entry& e : entries)
+            writer.AddFile(e.path, e.data, e.method);
+        Write(name, writer);
+    }
     std::string Unit(const std::string& name) const {
         return JoinPath(UnitsDir(defs.AppDir), name);
     }
@@ -112,16 +123,10 @@ TEST_F(StartUp, CountThenExtractEveryArchiveFamilyIntoUnits) {
     for (const char* bad : {"../evil.fbi", "a\\b.fbi", "C:x.fbi", "/abs.fbi"})
         ccx.AddEntry("units", bad, "bad", hpi::Stored);
     Write("b.ccx", ccx);
-    HpiWriter gp3;
-    gp3.AddFile("units/gp3unit.fbi", "gp3", hpi::Zlib);
-    Write("x.gp3", gp3);
-    HpiWriter gp;
-    gp.AddFile("units/gpunit.fbi", "gp", hpi::Zlib);
-    Write("x.gp", gp);
-    HpiWriter swx;
-    swx.AddFile("Units/swx.fbi", "swx", hpi::Stored);
-    swx.AddFile("UnitPics/swx.pcx", "swxpcx", hpi::Lz77);
-    Write("y.swx", swx);
+    Write("x.gp3", {{"units/gp3unit.fbi", "gp3", hpi::Zlib}});
+    Write("x.gp", {{"units/gpunit.fbi", "gp", hpi::Zlib}});
+    Write("y.swx", {{"Units/swx.fbi", "swx", hpi::Stored},
+                    {"UnitPics/swx.pcx", "swxpcx", hpi::Lz77}});
     ASSERT_TRUE(demo::WriteFile(JoinPath(game, "broken.hpi"), "HAPI\x01"));
     ASSERT_TRUE(MakeDirectory(JoinPath(game, "folder.hpi")));
     ASSERT_TRUE(MakeDirectory(UnitsDir(defs.AppDir)));
@@ -166,14 +171,10 @@ TEST_F(StartUp, UnitsIsOneNameSpaceWithoutLetterCase) {
                                   {{"units/armfido.fbi", "from the pack"},
                                    {"unitpics/ArmCom.pcx", "pack picture"},
                                    {"unitpics/armfido.pcx", "fido picture"}}));
-    HpiWriter first;
-    first.AddFile("units/ARMCOM.FBI", "old armcom", hpi::Lz77);
-    first.AddFile("unitpics/ARMCOM.PCX", "game picture", hpi::Zlib);
-    Write("TOTALA1.HPI", first);
-    HpiWriter later;
-    later.AddFile("units/armcom.fbi", "new armcom", hpi::Zlib);
-    later.AddFile("units/ARMFIDO.FBI", "from the game", hpi::Stored);
-    Write("TOTALA2.HPI", later);
+    Write("TOTALA1.HPI", {{"units/ARMCOM.FBI", "old armcom", hpi::Lz77},
+                          {"unitpics/ARMCOM.PCX", "game picture", hpi::Zlib}});
+    Write("TOTALA2.HPI", {{"units/armcom.fbi", "new armcom", hpi::Zlib},
+                          {"units/ARMFIDO.FBI", "from the game", hpi::Stored}});
     LibzipSteps libzip;
     StartupPorts real{progress, messages, settings, shell, random, lib, libzip};
 
