@@ -33,7 +33,17 @@ bool InCategory(std::string_view tedClass, std::string_view keywords) {
 }
 
 bool InCategoryForMerge(const vtUnit& unit, std::string_view keywords, std::string_view side) {
-    return ContainsText(UCase(keywords), UCase(unit.TEDClass)) && UCase(unit.Side) == UCase(side);
+    return ContainsText(UCase(keywords), UCase(unit.TEDClass)) && SameSide(unit.Side, side);
+}
+
+bool SameSide(std::string_view a, std::string_view b) {
+    return EqualsNoCase(a, b);
+}
+
+void AddSide(RecordArray<vtRaces>& races, std::string_view side) {
+    for (int r = 1; r <= races.UBound(); ++r)
+        if (SameSide(races[r].Name, side)) return;
+    races[races.UBound() + 1].Name = std::string(side);
 }
 
 } // namespace vantrel

@@ -4,6 +4,8 @@
 // nothing here touches files or the screen.
 #pragma once
 
+#include "catalogue/units_folder.h"
+
 #include <array>
 #include <cstdint>
 #include <memory>
@@ -89,6 +91,9 @@ struct Definitions {
     bool Changed = false;
     std::string LoadedAIName;
     std::string ParentAIs;
+    // The files of the Units folder by name without letter case: read with
+    // the catalogue and told about every file extraction writes.
+    UnitsFolder UnitFiles;
     // The unit names indexed for reading profiles: made when first needed
     // and again whenever the names have changed (IndexOfUnits).
     mutable std::shared_ptr<const UnitIndex> UnitNameIndex;
@@ -96,6 +101,13 @@ struct Definitions {
     std::int32_t Option(OptionIndex i) const { return OptionValues[static_cast<std::size_t>(i)]; }
     bool OptionOn(OptionIndex i) const { return Option(i) != 0; }
 };
+
+// Side names are compared without ASCII letter case everywhere: "Arm",
+// "arm" and "ARM" are one side.
+bool SameSide(std::string_view a, std::string_view b);
+// Adds `side` to the side list unless a side of that name (any case) is
+// there already: one entry per side, in the spelling seen first.
+void AddSide(RecordArray<vtRaces>& races, std::string_view side);
 
 // ---------------------------------------------------------------------------
 // Categories
@@ -123,7 +135,7 @@ std::string_view CategoryKeywords(std::string_view caption);
 // Board and build-set membership: TEDClass occurs in the keyword list,
 // case-sensitively. An empty TEDClass belongs everywhere.
 bool InCategory(std::string_view tedClass, std::string_view keywords);
-// Merge membership: the same test upper-cased, and the side must match too.
+// Merge membership: the same test upper-cased, and the side must be the same.
 bool InCategoryForMerge(const vtUnit& unit, std::string_view keywords, std::string_view side);
 
 } // namespace vantrel

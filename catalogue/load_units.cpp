@@ -3,6 +3,7 @@
 #include "catalogue/text.h"
 #include "startup/paths.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace vantrel {
@@ -35,21 +36,89 @@ std::optional<std::string> GetField(const std::string& FileName, std::string_vie
     return GetFieldInText(*text, Key, Occurrence, StartDelim, EndDelim);
 }
 
+namespace {
+
+struct UnitField {
+    std::string_view key; // as the exact reading searches it, "=" included
+    std::uint8_t occurrence;
+    std::string vtUnit::*member;
+};
+const UnitField UnitFields[] = {
+    {"Description=", 1, &vtUnit::Description},
+    {"Name=", 2, &vtUnit::Name},
+    {"Side=", 1, &vtUnit::Side},
+    {"TEDClass=", 1, &vtUnit::TEDClass},
+    {"UnitName=", 1, &vtUnit::UnitName},
+};
+
+// Position just after the "[UNITINFO]" header (any case), npos without one.
+std::size_t AfterUnitInfoHeader(std::string_view text) {
+    constexpr std::string_view header = "[UNITINFO]";
+    for (std::size_t at = text.find('['); at != std::string_view::npos;
+         at = text.find('[', at + 1))
+        if (EqualsNoCase(text.substr(at, header.size()), header)) return at + header.size();
+    return std::string_view::npos;
+}
+
+// Calls take(key, value) for each statement of the unit's own block as the
+// game reads it: a key is the word at the start of a statement (after "{",
+// ";" or a line break, blanks skipped) up to its "="; the value runs to the
+// next ";" or the line's end; both lose surrounding blanks. Comments and the
+// statements of blocks nested inside are passed over.
+template <class Take> void ForEachUnitInfoStatement(std::string_view text, Take&& take) {
+    std::size_t i = AfterUnitInfoHeader(text);
+    if (i == std::string_view::npos || (i = text.find('{', i)) == std::string_view::npos) return;
+    ++i;
+    int depth = 1;
+    while (i < text.size()) {
+        const char c = text[i];
+        if (IsBlankChar(c) || c == ';') {
+            ++i;
+        } else if (c == '{' || c == '}') {
+            depth += c == '{' ? 1 : -1;
+            if (depth == 0) return;
+            ++i;
+        } else if (text.substr(i, 2) == "//") {
+            i = text.find('\n', i);
+        } else if (text.substr(i, 2) == "/*") {
+            i = text.find("*/", i + 2);
+            if (i != std::string_view::npos) i += 2;
+        } else {
+            // A statement: its key runs to "=", its value to ";" or the line's end.
+            const std::size_t eq = text.find_first_of("=;\n{}", i);
+            if (eq == std::string_view::npos) return;
+            if (text[eq] != '=') {
+                i = text[eq] == ';' || text[eq] == '\n' ? eq + 1 : eq;
+                continue;
+            }
+            const std::size_t end = std::min(text.find_first_of(";\n", eq + 1), text.size());
+            if (depth == 1)
+                take(TrimBlanks(text.substr(i, eq - i)),
+                     TrimBlanks(text.substr(eq + 1, end - eq - 1)));
+            i = end + 1;
+        }
+    }
+}
+
+} // namespace
+
 void ReadUnitFields(std::string_view text, vtUnit& unit) {
-    struct Field {
-        std::string_view key;
-        std::uint8_t occurrence;
-        std::string vtUnit::*member;
-    };
-    static const Field fields[] = {
-        {"Description=", 1, &vtUnit::Description},
-        {"Name=", 2, &vtUnit::Name},
-        {"Side=", 1, &vtUnit::Side},
-        {"TEDClass=", 1, &vtUnit::TEDClass},
-        {"UnitName=", 1, &vtUnit::UnitName},
-    };
-    for (const Field& f : fields)
+    bool anyEmpty = false;
+    for (const UnitField& f : UnitFields) {
         if (auto v = GetFieldInText(text, f.key, f.occurrence, "=", ";")) unit.*f.member = *v;
+        anyEmpty = anyEmpty || (unit.*f.member).empty();
+    }
+    if (!anyEmpty) return;
+    // A field the exact reading leaves empty is read again as the game reads
+    // it (keys of the unit's own block, any case): the first statement wins.
+    vtUnit found;
+    ForEachUnitInfoStatement(text, [&](std::string_view key, std::string_view value) {
+        for (const UnitField& f : UnitFields)
+            if (EqualsNoCase(key, f.key.substr(0, f.key.size() - 1)) && (found.*f.member).empty())
+                found.*f.member = std::string(value);
+    });
+    for (const UnitField& f : UnitFields)
+        if ((unit.*f.member).empty()) unit.*f.member = std::move(found.*f.member);
 }
 
 float RoundToHundredths(double value) {
@@ -65,10 +134,11 @@ void ApplyStartupRandom(vtUnit& unit, std::int32_t weightMax, RandomSource& rand
 
 void LoadUnitsFromFolder(Definitions& defs, const std::string& unitsDir, RandomSource* random,
                          Progress* progress) {
-    std::vector<std::string> files = ListFiles(unitsDir, "*.fbi");
+    defs.UnitFiles = UnitsFolder(unitsDir);
+    // One unit per name: a name the folder holds in two spellings is one file.
+    std::vector<std::string> files = defs.UnitFiles.Names("*.fbi");
     defs.Units.Dim(static_cast<int>(files.size()));
     defs.Races.Dim(0);
-    int m = 0;
     int n = 0;
     for (const std::string& file : files) {
         ++n;
@@ -84,13 +154,7 @@ void LoadUnitsFromFolder(Definitions& defs, const std::string& unitsDir, RandomS
             progress->AddValue(2);
             progress->Repaint();
         }
-        bool known = false;
-        for (int r = 1; r <= m && !known; ++r)
-            known = defs.Races[r].Name == unit.Side;
-        if (!known) {
-            ++m;
-            defs.Races[m].Name = unit.Side;
-        }
+        AddSide(defs.Races, unit.Side);
     }
     defs.SavedUnits.Dim(defs.Units.UBound());
 }

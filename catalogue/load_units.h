@@ -24,7 +24,11 @@ std::optional<std::string> GetField(const std::string& FileName, std::string_vie
                                     std::string_view EndDelim);
 
 // Fills one record from a unit file's text: the five fields in the loader's
-// order; a field whose read fails keeps its previous value.
+// order, each searched with its exact key ("Name=" at its second
+// occurrence); a field whose read fails keeps its previous value. A field
+// still empty after that is read as the game reads it: the first statement
+// of the [UNITINFO] block whose key is the field's name in any case
+// ("side=ARM;" gives "ARM"; "Objectname=" is no "Name=").
 void ReadUnitFields(std::string_view text, vtUnit& unit);
 
 // Weight and Limit drawn for the "Random" start-up option.
@@ -48,7 +52,8 @@ struct LoadContext {
 };
 
 // Loads every *.fbi of the Units folder (AppDir + "Units") into Units, Races
-// and SavedUnits.
+// and SavedUnits, one unit per file name without regard to letter case, and
+// indexes the folder's files in UnitFiles.
 LoadOutcome LoadUnits(Definitions& defs, LoadContext& ctx);
 
 // The same loading without the progress form and the no-units branch.

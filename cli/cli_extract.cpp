@@ -42,10 +42,10 @@ int RunExtract(const std::vector<std::string>& args) {
                   "Runs the extraction of start-up: counts the entries of the \"units\" and\n"
                   "\"unitpics\" folders of every archive in GAME_DIR (*.hpi, *.ccx, *.gp?,\n"
                   "*.swx), then copies the unit files (.fbi) and pictures (.pcx) into\n"
-                  "APP_DIR/Units, replacing files already there; then unpacks the zip\n"
-                  "packages of APP_DIR (*.zip) into APP_DIR/Units, keeping files already\n"
-                  "there. Prints each status text the progress form would show, one per\n"
-                  "line, and at the end\n"
+                  "APP_DIR/Units, replacing files already there in any letter case (their\n"
+                  "spelling stays); then unpacks the zip packages of APP_DIR (*.zip) into\n"
+                  "APP_DIR/Units, keeping files already there. Prints each status text the\n"
+                  "progress form would show, one per line, and at the end\n"
                   "progress<TAB>value<TAB>maximum. Stored options are not touched."))
         return ExitOk;
     if (args.size() != 2) return UsageError(Usage, "expected a game folder and a program folder");

@@ -10,8 +10,10 @@ const char* Usage = "units UNITS_DIR";
 
 int RunUnits(const std::vector<std::string>& args) {
     if (WantsHelp(args, Usage,
-                  "Loads every *.fbi file of UNITS_DIR as the program does at start-up and\n"
-                  "prints one line per unit in index order, fields separated by TAB:\n"
+                  "Loads every *.fbi file of UNITS_DIR as the program does at start-up (one\n"
+                  "unit per file name in any letter case; a field the exact keys leave empty\n"
+                  "read as the game reads it) and prints one line per unit in index order,\n"
+                  "fields separated by TAB:\n"
                   "index, Side, Name, UnitName, TEDClass, Description, Weight, Limit, Include.\n"
                   "TAB, CR, LF and backslash in values are written as \\t, \\r, \\n, \\\\."))
         return ExitOk;

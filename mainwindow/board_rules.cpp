@@ -199,7 +199,7 @@ BoardBuild BuildBoard(Definitions& defs, std::string_view menuCaption, Messages&
                 break;
             }
             int index = EntryUnitIndex(entry.text);
-            if (defs.Units[index].Side == defs.CurrentSide) {
+            if (SameSide(defs.Units[index].Side, defs.CurrentSide)) {
                 build.unitIndices.push_back(index);
                 defs.BoardTop += BoardDesign::BuildRowPitch;
                 FillUnit(defs, index, priority, numbers);

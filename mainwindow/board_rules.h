@@ -140,7 +140,7 @@ struct BoardBuild {
 };
 
 // Asks the "&All" question, shows the progress form, collects and sorts the
-// candidates, and takes every candidate of defs.CurrentSide (exact case) in
+// candidates, and takes every candidate of defs.CurrentSide (any case) in
 // list order, filling its unit as a new card's sliders would (Changed set
 // when a slider moves). BoardTop grows by one build row per card. Stopping
 // early closes the progress form and shows the "not enough resources"

@@ -152,8 +152,7 @@ std::vector<std::string> FurtherSideCaptions(const Definitions& defs) {
 }
 
 bool IsStandardSide(const std::string& currentSide) {
-    const std::string side = UCase(currentSide);
-    return side == "ARM" || side == "CORE";
+    return SameSide(currentSide, "ARM") || SameSide(currentSide, "CORE");
 }
 
 std::string FolderPart(const std::string& path) {

@@ -51,8 +51,7 @@ frmMain::frmMain(Definitions& defs, MainWindowPorts ports, QWidget* parent)
     board->SetBanner(picBorder);
     // Unit pictures come from the Units folder through the decoder's cache.
     board->pictureLoader = [this](const std::string& fileName) {
-        return ToQPixmap(
-            pictures_.Load(JoinPath(UnitsDir(defs_.AppDir), fileName), ports_.messages));
+        return ToQPixmap(pictures_.LoadUnitPicture(defs_.UnitFiles, fileName, ports_.messages));
     };
     setCentralWidget(central);
 

@@ -60,6 +60,18 @@ PcxResult PictureCache::Load(const std::string& fileName, Messages& messages) {
     return result;
 }
 
+PcxResult PictureCache::LoadUnitPicture(const UnitsFolder& units, std::string_view fileName,
+                                        Messages& messages) {
+    const std::string path = units.Find(fileName);
+    if (path.empty()) {
+        PcxResult none;
+        none.failure = PcxFailure::Unreadable;
+        none.reason = "no " + std::string(fileName) + " in " + units.Dir();
+        return none;
+    }
+    return Load(path, messages);
+}
+
 void PictureCache::Evict() {
     while (!order_.empty() && (bytes_ > maxBytes_ || order_.size() > maxEntries_)) {
         const Entry& last = order_.back();

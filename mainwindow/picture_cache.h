@@ -6,6 +6,7 @@
 // entries go first.
 #pragma once
 
+#include "catalogue/units_folder.h"
 #include "mainwindow/pcx.h"
 
 #include <cstdint>
@@ -26,6 +27,11 @@ class PictureCache {
     // LoadPCX through the cache. A file without its palette marker shows the
     // message on every call, cached or not, just as LoadPCX does.
     PcxResult Load(const std::string& fileName, Messages& messages);
+    // A unit's picture by its name in the Units folder ("ARMCOM.pcx", as the
+    // board asks for it), found through the folder's index whatever the case
+    // of the name on disk. Unreadable when the folder has no such file.
+    PcxResult LoadUnitPicture(const UnitsFolder& units, std::string_view fileName,
+                              Messages& messages);
 
     void Clear();
     std::size_t Entries() const { return order_.size(); }

@@ -149,13 +149,12 @@ void CountArchiveFiles(const Definitions& defs, ArchiveLibrary& lib, Progress& p
     }
 }
 
-void ExtractArchiveFiles(const Definitions& defs, ArchiveLibrary& lib, Progress& progress,
+void ExtractArchiveFiles(Definitions& defs, ArchiveLibrary& lib, Progress& progress,
                          const std::string& folder, const std::string& pattern,
                          const std::string& extension, const std::string& status) {
     progress.Show();
     progress.SetStatus(status);
     progress.Repaint();
-    const std::string unitsDir = UnitsDir(defs.AppDir);
     for (const std::string& archive : ListFiles(defs.GameDir, pattern)) {
         progress.Repaint();
         progress.SetStatus(status);
@@ -171,8 +170,10 @@ void ExtractArchiveFiles(const Definitions& defs, ArchiveLibrary& lib, Progress&
         for (const std::string& raw : entries) {
             std::string name = TrimNull(raw);
             if (!ContainsText(LCase(name), extension)) continue;
-            if (IsSafeBareName(name))
-                lib.HPIExtractFile(handle, folder + "\\" + name, JoinPath(unitsDir, name));
+            // A name already in Units in another case is written over, not beside.
+            if (IsSafeBareName(name) &&
+                lib.HPIExtractFile(handle, folder + "\\" + name, defs.UnitFiles.PathFor(name)))
+                defs.UnitFiles.Add(name);
             progress.AddValue(1);
         }
         lib.HPIClose(handle);

@@ -82,8 +82,11 @@ inline constexpr const char* ArchivePatterns[] = {"*.hpi", "*.ccx", "*.gp?", "*.
 void CountArchiveFiles(const Definitions& defs, ArchiveLibrary& lib, Progress& progress,
                        const std::string& folder, const std::string& pattern);
 // Extracts the entries of `folder` whose lower-cased names contain
-// `extension` from every matching archive into the Units folder.
-void ExtractArchiveFiles(const Definitions& defs, ArchiveLibrary& lib, Progress& progress,
+// `extension` from every matching archive into the Units folder, which
+// defs.UnitFiles must index (RunExtraction reads it first): a name there in
+// another case is replaced under its spelling on disk, and every file
+// written is noted in the index.
+void ExtractArchiveFiles(Definitions& defs, ArchiveLibrary& lib, Progress& progress,
                          const std::string& folder, const std::string& pattern,
                          const std::string& extension, const std::string& status);
 

@@ -137,27 +137,22 @@ bool ExtractEntry(zip_t* za, zip_uint64_t index, zip_uint64_t size, const std::s
     return ok && total == size && temp.MoveTo(target);
 }
 
-// Upper-cased names of the files in each destination folder, so that a file
-// is never added beside one whose name differs only in case.
+// The files of each destination folder by name without letter case, so that
+// a file is never added beside one whose name differs only in case. The
+// caller's index stands for its folder; other folders are read when first met.
 class ExistingNames {
   public:
-    bool Has(const std::string& folder, const std::string& name) {
-        return NamesOf(folder).count(UCase(name)) != 0;
-    }
-    void Add(const std::string& folder, const std::string& name) {
-        NamesOf(folder).insert(UCase(name));
+    explicit ExistingNames(UnitsFolder* shared) : shared_(shared) {}
+    UnitsFolder& Of(const std::string& folder) {
+        if (shared_ && shared_->Dir() == folder) return *shared_;
+        auto it = others_.find(folder);
+        if (it == others_.end()) it = others_.emplace(folder, UnitsFolder(folder)).first;
+        return it->second;
     }
 
   private:
-    std::set<std::string>& NamesOf(const std::string& folder) {
-        auto it = names_.find(folder);
-        if (it != names_.end()) return it->second;
-        std::set<std::string>& names = names_[folder];
-        for (const std::string& file : ListFiles(folder, "*"))
-            names.insert(UCase(file));
-        return names;
-    }
-    std::map<std::string, std::set<std::string>> names_;
+    UnitsFolder* shared_;
+    std::map<std::string, UnitsFolder> others_;
 };
 
 } // namespace
@@ -250,7 +245,7 @@ bool cUnzip::UnzipRun() {
 
     const std::string root = unzipFolder_.empty() ? std::string(".") : unzipFolder_;
     MakeDirectory(root);
-    ExistingNames existing;
+    ExistingNames existing(existing_);
     std::uint64_t written = 0;
     std::vector<char> buffer(64 * 1024);
 
@@ -285,7 +280,7 @@ bool cUnzip::UnzipRun() {
                 MakeDirectory(folder);
             }
         const std::string target = JoinPath(folder, bare);
-        if (existing.Has(folder, bare)) {
+        if (!existing.Of(folder).Find(bare).empty()) {
             Say("  skipping: " + target + "  (file exists)");
             continue;
         }
@@ -293,7 +288,7 @@ bool cUnzip::UnzipRun() {
             Say("  error: " + name + "  (not extracted)");
             continue;
         }
-        existing.Add(folder, bare);
+        existing.Of(folder).Add(bare);
         written += st.size;
         Say("  inflating: " + target);
     }

@@ -3,6 +3,8 @@
 // Progress event, one message per entry.
 #pragma once
 
+#include "catalogue/units_folder.h"
+
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -49,6 +51,10 @@ class cUnzip {
     // file lands directly in UnzipFolder under its bare name.
     bool UseFolderNames() const { return useFolderNames_; }
     void UseFolderNames(bool value) { useFolderNames_ = value; }
+    // An index of UnzipFolder: the "already there" test asks it and every
+    // file written is noted in it. Without one (or for another folder), a run
+    // reads the folder itself.
+    void ExistingFiles(UnitsFolder* index) { existing_ = index; }
 
     // Reads the package's entry list (folders are not listed); every listed
     // entry is selected. Returns 0, or the library's error code when the
@@ -76,6 +82,7 @@ class cUnzip {
     std::string zipFile_;
     std::string unzipFolder_;
     bool useFolderNames_ = false;
+    UnitsFolder* existing_ = nullptr;
     std::vector<Entry> entries_;
 };
 

@@ -12,6 +12,8 @@ void RunExtraction(Definitions& defs, StartupPorts& ports) {
     static const char* extensions[] = {".fbi", ".pcx"};
     // With no game folder the archive passes are skipped; the zip steps still run.
     const bool haveGame = IsDirectory(defs.GameDir);
+    // Both steps find the files already there through one index of the folder.
+    defs.UnitFiles = UnitsFolder(UnitsDir(defs.AppDir));
     if (haveGame)
         for (const char* folder : folders)
             for (const char* pattern : ArchivePatterns)

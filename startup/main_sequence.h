@@ -17,7 +17,9 @@ class ZipSteps {
     // Creates the unzip object kept by the progress form.
     virtual void CreateUnzip(const Definitions&, Progress&) {}
     virtual void CountZipFiles(const Definitions&, Progress&) {}
-    virtual void UnpackZips(const Definitions&, Progress&) {}
+    // Unpacks into the Units folder indexed in defs.UnitFiles, noting there
+    // every file written.
+    virtual void UnpackZips(Definitions&, Progress&) {}
 };
 
 struct StartupPorts {

@@ -44,7 +44,7 @@ void LibzipSteps::CountZipFiles(const Definitions& defs, Progress& progress) {
     }
 }
 
-void LibzipSteps::UnpackZips(const Definitions& defs, Progress& progress) {
+void LibzipSteps::UnpackZips(Definitions& defs, Progress& progress) {
     try {
         cUnzip& unzip = Attach(progress);
         progress.Show();
@@ -52,6 +52,7 @@ void LibzipSteps::UnpackZips(const Definitions& defs, Progress& progress) {
         for (const std::string& zip : ListFiles(defs.AppDir, ZipPattern)) {
             zipName_ = zip;
             unzip.UnzipFolder(UnitsDir(defs.AppDir));
+            unzip.ExistingFiles(&defs.UnitFiles);
             unzip.UseFolderNames(false);
             unzip.ZipFile(JoinPath(defs.AppDir, zip)); // empties the list: every entry
             unzip.Unzip();

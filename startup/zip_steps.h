@@ -22,7 +22,7 @@ class LibzipSteps : public ZipSteps {
   public:
     void CreateUnzip(const Definitions& defs, Progress& progress) override;
     void CountZipFiles(const Definitions& defs, Progress& progress) override;
-    void UnpackZips(const Definitions& defs, Progress& progress) override;
+    void UnpackZips(Definitions& defs, Progress& progress) override;
 
     // The unzip object kept for the progress form (null before CreateUnzip).
     cUnzip* Unzip() const { return m_cUnzip.get(); }

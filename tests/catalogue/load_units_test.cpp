@@ -22,16 +22,18 @@ std::string Unit(const std::string& unitName, const std::string& name, const std
 
 TEST(LoadUnits, OrderSidesAndFields) {
     test::TempDir dir;
-    test::WriteText(dir / "b.fbi", Unit("CORAK", "A.K.", "CORE"));
+    test::WriteText(dir / "b.fbi", Unit("CORAK", "A.K. left over", "CORE"));
+    test::WriteText(dir / "B.FBI", Unit("CORAK", "A.K.", "CORE")); // the same name: one unit
     test::WriteText(dir / "A.FBI", Unit("ARMPW", "Peewee", "ARM"));
     test::WriteText(dir / "c.Fbi", Unit("GOKX", "Gok Thing", "GOK", ""));
+    test::WriteText(dir / "d.fbi", Unit("GOKY", "Gok Other", "Gok")); // the same side
     test::WriteText(dir / "aa.fbi", Unit("ARMPW", "Peewee Copy", "ARM")); // same UnitName
     test::WriteText(dir / "notes.txt", "Side=ZZZ;");
     Definitions defs;
     LoadUnitsFromFolder(defs, dir.path(), nullptr, nullptr);
 
-    ASSERT_EQ(defs.Units.UBound(), 4);
-    // Names sorted with letters compared as upper case: A.FBI, aa.fbi, b.fbi, c.Fbi.
+    ASSERT_EQ(defs.Units.UBound(), 5);
+    // Names sorted with letters compared as upper case: A.FBI, aa.fbi, B.FBI, c.Fbi, d.fbi.
     EXPECT_EQ(defs.Units[1].Name, "Peewee");
     EXPECT_EQ(defs.Units[2].Name, "Peewee Copy");
     EXPECT_EQ(defs.Units[3].UnitName, "CORAK");
@@ -42,7 +44,43 @@ TEST(LoadUnits, OrderSidesAndFields) {
     EXPECT_EQ(defs.Races[1].Name, "ARM");
     EXPECT_EQ(defs.Races[2].Name, "CORE");
     EXPECT_EQ(defs.Races[3].Name, "GOK");
-    EXPECT_EQ(defs.SavedUnits.UBound(), 4);
+    EXPECT_EQ(defs.SavedUnits.UBound(), 5);
+    EXPECT_EQ(defs.UnitFiles.Find("NOTES.TXT"), dir / "notes.txt");
+}
+
+TEST(LoadUnits, EmptyFieldsAreReadAgainAsTheGameReadsThem) {
+    struct Row {
+        const char* text;
+        const char* name;
+        const char* side;
+        const char* unitName;
+    };
+    const Row rows[] = {
+        // Keys in lower case, as thirty units of a real pack write them; an
+        // "Objectname=" or "ObjectName=" before the name is never taken for it.
+        {"[UNITINFO]\r\n{\r\n\tunitname=armshltx;\r\n\tversion=1;\r\n\tside=ARM;\r\n"
+         "\tObjectname=armshltx;\r\n\tname=Skybus Factory;\r\n}\r\n",
+         "Skybus Factory", "ARM", "armshltx"},
+        {"[UnitInfo]\n{\n unitname=ARMFIDO;\n ObjectName=ARMFIDO.3do;\n name = Fido ;\n}\n",
+         "Fido", "", "ARMFIDO"},
+        // Found by the exact reading: kept as it stands, blanks and all.
+        {"[UNITINFO]{UnitName=A;ObjectName=obj;Side= ARM;name=Ignored;}", "obj", " ARM", "A"},
+        // A key inside a value, a comment, a key after the block: none is a key.
+        {"[UNITINFO]\n{\nunitname=B;\nname=side=X;\n// side=CORE;\n}\n"
+         "[OTHER]\n{\nside=GOK;\n}\n",
+         "side=X", "", "B"},
+        // A nested block's keys are not the unit's.
+        {"[UNITINFO]\n{\nunitname=C;\n[SOUND]\n{\nside=CORE;\n}\nSIDE=Arm;\n}", "", "Arm", "C"},
+        {"unitname=D;side=ARM;", "", "", ""}, // no [UNITINFO] block at all
+    };
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.text);
+        vtUnit unit;
+        ReadUnitFields(r.text, unit);
+        EXPECT_EQ(unit.Name, r.name);
+        EXPECT_EQ(unit.Side, r.side);
+        EXPECT_EQ(unit.UnitName, r.unitName);
+    }
 }
 
 TEST(LoadUnits, OddFilesGiveEmptyRecordsAndNeverStopTheLoad) {

@@ -44,6 +44,7 @@ TEST(Merge, CheckedTraitsTakeOnlyWeightAndLimit) {
     const int armKbot = AddUnit(defs, "ARM", "Peewee", "KBOT", 1, 2);
     const int coreTank = AddUnit(defs, "CORE", "Raider", "TANK", 1, 2);
     const int gok = AddUnit(defs, "GOK", "Grunt", "KBOT", 1, 2);
+    const int gokLower = AddUnit(defs, "gok", "Runt", "KBOT", 1, 2); // the same side
     const int big = AddUnit(defs, "Big Side", "Walker", "KBOT", 1, 2);
     SetSavedValues(defs, 7.5f, 30);
     defs.SavedUnits[coreKbots[0]].Include = false;
@@ -58,7 +59,7 @@ TEST(Merge, CheckedTraitsTakeOnlyWeightAndLimit) {
     progress.SetValue(123); // left over from an earlier use of the form
     MergeTraits(defs, rows, progress);
 
-    for (int i : {coreKbots[0], coreKbots[1], coreKbots[2], gok}) {
+    for (int i : {coreKbots[0], coreKbots[1], coreKbots[2], gok, gokLower}) {
         EXPECT_FLOAT_EQ(defs.Units[i].Weight, 7.5f) << i;
         EXPECT_FLOAT_EQ(defs.Units[i].Limit, 30) << i;
     }

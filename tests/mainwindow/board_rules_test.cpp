@@ -81,18 +81,18 @@ TEST(BoardRules, MembershipIsASubstringOfTheKeywordList) {
     (void)lower;
 }
 
-TEST_F(BuildFixture, OnlyTheCurrentSideInExactCaseGetsCards) {
+TEST_F(BuildFixture, OnlyTheCurrentSideInAnyCaseGetsCards) {
     defs.CurrentSide = "ARM";
     int a = AddUnit(defs, "Flash", "ARM", "TANK", 2.5f, 4);
-    AddUnit(defs, "Lower", "arm", "TANK", 1, 1);
+    int lower = AddUnit(defs, "Lower", "arm", "TANK", 1, 1);
     AddUnit(defs, "Other", "CORE", "TANK", 1, 1);
-    int b = AddUnit(defs, "Bulldog", "ARM", "TANK");
+    int b = AddUnit(defs, "Bulldog", "Arm", "TANK");
     AddUnit(defs, "Peewee", "ARM", "KBOT");
     BoardBuild build = Build("&Vehicles");
-    EXPECT_EQ(build.unitIndices, (std::vector<int>{b, a}));
+    EXPECT_EQ(build.unitIndices, (std::vector<int>{b, a, lower}));
     EXPECT_FALSE(build.declined);
     EXPECT_FALSE(build.stoppedEarly);
-    EXPECT_EQ(defs.BoardTop, 2 * 1365);
+    EXPECT_EQ(defs.BoardTop, 3 * 1365);
     EXPECT_TRUE(defs.Changed);
     EXPECT_TRUE(messages.shown.empty());
     EXPECT_EQ(progress.statuses.back(), "Getting units...");

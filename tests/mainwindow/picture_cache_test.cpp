@@ -66,6 +66,18 @@ TEST_F(PictureCacheTest, FailuresBehaveAsWithoutTheCache) {
     EXPECT_TRUE(cache.Load(later, msgs));
 }
 
+TEST_F(PictureCacheTest, UnitPicturesAreFoundInAnySpelling) {
+    // As the game's archives and a unit pack write them.
+    for (const char* file : {"ARMAAS.PCX", "armcsy.pcx", "armfido.pcx", "CorAk.Pcx"})
+        Write(file, 4);
+    const UnitsFolder units(dir.path());
+    PictureCache cache;
+    for (const char* unitName : {"ARMAAS", "ARMCSY", "ARMFIDO", "corak"})
+        EXPECT_TRUE(cache.LoadUnitPicture(units, std::string(unitName) + ".pcx", msgs)) << unitName;
+    EXPECT_EQ(cache.LoadUnitPicture(units, "ARMNONE.pcx", msgs).failure, PcxFailure::Unreadable);
+    EXPECT_TRUE(msgs.shown.empty());
+}
+
 TEST_F(PictureCacheTest, LeastRecentlyUsedGoFirst) {
     PictureCache byCount(PictureCache::DefaultMaxBytes, 2);
     const std::string a = Write("a.pcx", 4), b = Write("b.pcx", 4), c = Write("c.pcx", 4);

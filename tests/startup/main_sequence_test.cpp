@@ -3,8 +3,10 @@
 #include "startup/hpi_library.h"
 #include "startup/main_sequence.h"
 #include "startup/paths.h"
+#include "startup/zip_steps.h"
 #include "support/hpi_writer.h"
 #include "support/scratch_folder.h"
+#include "support/zip_maker.h"
 
 #include <gtest/gtest.h>
 
@@ -44,7 +46,7 @@ class RecordingZips : public ZipSteps {
     explicit RecordingZips(Log& log) : log_(log) {}
     void CreateUnzip(const Definitions&, Progress&) override { log_.push_back("zip create"); }
     void CountZipFiles(const Definitions&, Progress&) override { log_.push_back("zip count"); }
-    void UnpackZips(const Definitions&, Progress&) override { log_.push_back("zip unpack"); }
+    void UnpackZips(Definitions&, Progress&) override { log_.push_back("zip unpack"); }
 
   private:
     Log& log_;
@@ -70,6 +72,17 @@ class StartUp : public ::testing::Test {
     }
     void Write(const std::string& name, const HpiWriter& writer) {
         ASSERT_TRUE(demo::WriteFile(JoinPath(game, name), writer.Build().bytes));
+    }
+    struct Entry {
+        const char* path;
+        const char* data;
+        std::uint8_t method;
+    };
+    void Write(const std::string& name, std::initializer_list<Entry> entries) {
+        HpiWriter writer;
+        for (const Entry& e : entries)
+            writer.AddFile(e.path, e.data, e.method);
+        Write(name, writer);
     }
     std::string Unit(const std::string& name) const {
         return JoinPath(UnitsDir(defs.AppDir), name);
@@ -110,16 +123,10 @@ TEST_F(StartUp, CountThenExtractEveryArchiveFamilyIntoUnits) {
     for (const char* bad : {"../evil.fbi", "a\\b.fbi", "C:x.fbi", "/abs.fbi"})
         ccx.AddEntry("units", bad, "bad", hpi::Stored);
     Write("b.ccx", ccx);
-    HpiWriter gp3;
-    gp3.AddFile("units/gp3unit.fbi", "gp3", hpi::Zlib);
-    Write("x.gp3", gp3);
-    HpiWriter gp;
-    gp.AddFile("units/gpunit.fbi", "gp", hpi::Zlib);
-    Write("x.gp", gp);
-    HpiWriter swx;
-    swx.AddFile("Units/swx.fbi", "swx", hpi::Stored);
-    swx.AddFile("UnitPics/swx.pcx", "swxpcx", hpi::Lz77);
-    Write("y.swx", swx);
+    Write("x.gp3", {{"units/gp3unit.fbi", "gp3", hpi::Zlib}});
+    Write("x.gp", {{"units/gpunit.fbi", "gp", hpi::Zlib}});
+    Write("y.swx", {{"Units/swx.fbi", "swx", hpi::Stored},
+                    {"UnitPics/swx.pcx", "swxpcx", hpi::Lz77}});
     ASSERT_TRUE(demo::WriteFile(JoinPath(game, "broken.hpi"), "HAPI\x01"));
     ASSERT_TRUE(MakeDirectory(JoinPath(game, "folder.hpi")));
     ASSERT_TRUE(MakeDirectory(UnitsDir(defs.AppDir)));
@@ -154,6 +161,33 @@ TEST_F(StartUp, CountThenExtractEveryArchiveFamilyIntoUnits) {
                    "swx.fbi", "swx.pcx"}));
     EXPECT_EQ(ReadWholeFile(Unit("corcom.fbi")), "new corcom"); // the later pass replaces
     EXPECT_EQ(FolderContent(tmp / "app"), Log{"Units"});
+}
+
+TEST_F(StartUp, UnitsIsOneNameSpaceWithoutLetterCase) {
+    ASSERT_TRUE(MakeDirectory(UnitsDir(defs.AppDir)));
+    // Unpacked from a package at an earlier start.
+    test::WriteText(Unit("armfido.fbi"), "from the pack");
+    ASSERT_TRUE(testing::WriteZip(JoinPath(defs.AppDir, "fido.zip"),
+                                  {{"units/armfido.fbi", "from the pack"},
+                                   {"unitpics/ArmCom.pcx", "pack picture"},
+                                   {"unitpics/armfido.pcx", "fido picture"}}));
+    Write("TOTALA1.HPI", {{"units/ARMCOM.FBI", "old armcom", hpi::Lz77},
+                          {"unitpics/ARMCOM.PCX", "game picture", hpi::Zlib}});
+    Write("TOTALA2.HPI", {{"units/armcom.fbi", "new armcom", hpi::Zlib},
+                          {"units/ARMFIDO.FBI", "from the game", hpi::Stored}});
+    LibzipSteps libzip;
+    StartupPorts real{progress, messages, settings, shell, random, lib, libzip};
+
+    RunExtraction(defs, real);
+
+    // One file per name, in the spelling that was there first; an archive
+    // replaces the content, a package never does.
+    EXPECT_EQ(FolderContent(UnitsDir(defs.AppDir)),
+              (Log{"ARMCOM.FBI", "ARMCOM.PCX", "armfido.fbi", "armfido.pcx"}));
+    EXPECT_EQ(ReadWholeFile(Unit("ARMCOM.FBI")), "new armcom");
+    EXPECT_EQ(ReadWholeFile(Unit("armfido.fbi")), "from the game");
+    EXPECT_EQ(ReadWholeFile(Unit("ARMCOM.PCX")), "game picture");
+    EXPECT_EQ(defs.UnitFiles.Find("ArmFido.PCX"), Unit("armfido.pcx")); // noted as unpacked
 }
 
 TEST_F(StartUp, MainExtractsOnlyWhenTheOptionIsOn) {

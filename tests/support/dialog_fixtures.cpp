@@ -14,9 +14,7 @@ int AddUnit(Definitions& defs, const std::string& side, const std::string& name,
     unit.Limit = limit;
     unit.Build = true;
     unit.Include = true;
-    for (int r = 1; r <= defs.Races.UBound(); ++r)
-        if (defs.Races[r].Name == side) return index;
-    defs.Races[defs.Races.UBound() + 1].Name = side;
+    AddSide(defs.Races, side);
     return index;
 }
 
