@@ -58,12 +58,12 @@ void FindFirstEntries(std::string_view upper,
 
     std::size_t hard = upper.find("PLAN HARD");
     if (hard == npos) hard = 0;
-    std::size_t lineEnd = 0;
+    std::size_t lineEnd = 0; // the first CR LF at or after the last entry
     for (std::size_t p = 0; p < upper.size(); ++p) {
         if (upper[p] != 'W' && upper[p] != 'L') continue;
         const bool weight = upper.substr(p, WeightKey.size()) == WeightKey;
         if (!weight && upper.substr(p, LimitKey.size()) != LimitKey) continue;
-        if (p >= lineEnd) { // no keyword starts on a CR, so p never equals a line end found
+        if (p >= lineEnd) { // past the line end found last (never on it: that is a CR)
             lineEnd = upper.find("\r\n", p);
             if (lineEnd == npos) lineEnd = upper.size();
         }

@@ -54,8 +54,8 @@ TEST_F(Reader, SavedProfileOpensAgainWithItsBuildSet) {
     EXPECT_EQ(rig.fields.Author(), "N/A");
 }
 
-// The name index is kept between reads: renaming, adding or reordering
-// units must not leave a read looking up the old names.
+// Each read looks up the names the catalogue holds then: renaming, adding
+// or reordering units between reads changes what is found.
 TEST_F(Reader, ReadsFollowTheCatalogueAsItChanges) {
     Write("p.txt", "Weight ARMCK 2\nWeight ARMLLT 3\nWeight CORAK 4\nplan hard\n"
                    "Limit ARMCK 5\nLimit ARMLLT 6\nLimit CORAK 7\n");
