@@ -86,8 +86,11 @@ std::string ProfileTextWithSteps(const Definitions& defs, const ProfileHeader& h
         for (std::size_t s = 0; s < SectionCount; ++s) {
             body.append(body.empty() ? CRLF : "\r\n\r\n").append(Sections[s].title).append(CRLF);
             for (const vtUnit* u : sections[s])
-                body.append(CRLF).append(keyword).append(u->UnitName).append(" ").append(
-                    valueText(*u));
+                body.append(CRLF)
+                    .append(keyword)
+                    .append(u->UnitName)
+                    .append(" ")
+                    .append(valueText(*u));
         }
     };
 

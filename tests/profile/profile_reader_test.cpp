@@ -282,7 +282,8 @@ TEST_F(Reader, BadBytesNeverBreakTheReaders) {
 TEST_F(Reader, ProfileTextsInMemory) {
     Units({{"ARMCOM", "COMMANDER"}, {"ARMCK", "CNSTR"}});
     const std::string set = Crlf("[ARMCOM]\nSet=Don't Build;\n");
-    ReadAI(rig.ctx, ProfileText{"ai/Arch.txt", Crlf("Weight ARMCK 3\nplan hard\nLimit ARMCK 4\n"), set},
+    ReadAI(rig.ctx,
+           ProfileText{"ai/Arch.txt", Crlf("Weight ARMCK 3\nplan hard\nLimit ARMCK 4\n"), set},
            false);
     EXPECT_FALSE(U(1).Include);
     EXPECT_EQ(U(2).Weight, 3.0f);
@@ -299,7 +300,8 @@ TEST_F(Reader, ProfileTextsInMemory) {
 float SearchedValue(const std::string& upper, std::size_t pos, std::size_t keyLength) {
     if (pos == std::string::npos) return 0.0f;
     std::size_t end = std::min(upper.find("\r\n", pos), upper.size());
-    std::string value = end - pos > keyLength ? upper.substr(pos + keyLength, end - pos - keyLength) : "";
+    std::string value =
+        end - pos > keyLength ? upper.substr(pos + keyLength, end - pos - keyLength) : "";
     return ProfileNumber(TrimSpaces(value), DecimalSeparator());
 }
 float SearchedWeight(const std::string& name, const std::string& upper) {
@@ -331,10 +333,11 @@ void ExpectSameAsSearch(test::ProfileRig& rig, const std::string& text,
         const float w = std::min(SearchedWeight(names[i], upper), max);
         const float l = std::min(SearchedLimit(names[i], upper), max);
         const vtUnit& got = rig.defs.SavedUnits[static_cast<int>(i + 1)];
-        ASSERT_EQ(std::memcmp(&w, &got.Weight, sizeof w), 0) << "weight of '" << names[i]
-                                                              << "' in\n" << text;
-        ASSERT_EQ(std::memcmp(&l, &got.Limit, sizeof l), 0) << "limit of '" << names[i]
-                                                             << "' in\n" << text;
+        ASSERT_EQ(std::memcmp(&w, &got.Weight, sizeof w), 0)
+            << "weight of '" << names[i] << "' in\n"
+            << text;
+        ASSERT_EQ(std::memcmp(&l, &got.Limit, sizeof l), 0) << "limit of '" << names[i] << "' in\n"
+                                                            << text;
     }
 }
 
@@ -363,13 +366,35 @@ TEST_F(Reader, PrefixesCaseAndTheHardPlanStart) {
 // that are prefixes of each other, mixed case, keys split across lines,
 // "plan hard" in odd places, values that are not numbers.
 TEST_F(Reader, AgreesWithTheSearchesOnGeneratedTexts) {
-    static const char* textPieces[] = {
-        "WEIGHT ", "Weight ", "LIMIT ", "limit ", "PLAN HARD", "plan hard", "Plan Hard\r\n",
-        "A",       "B",       "a",      "AB",     " ",         "  ",        "\r\n",
-        "\n",      "\r",      "1",      "2.5",    "X 3",       ";",         "-4",
-        "1.2.3",   ",5",      "1e999",  "Name: ", "LONGUNITNAMEOVER16", "longunitnameover16"};
-    static const char* namePieces[] = {"A", "B", "a", "AB", " ", "\r\n", "1", "_",
-                                       "LONGUNITNAMEOVER16"};
+    static const char* textPieces[] = {"WEIGHT ",
+                                       "Weight ",
+                                       "LIMIT ",
+                                       "limit ",
+                                       "PLAN HARD",
+                                       "plan hard",
+                                       "Plan Hard\r\n",
+                                       "A",
+                                       "B",
+                                       "a",
+                                       "AB",
+                                       " ",
+                                       "  ",
+                                       "\r\n",
+                                       "\n",
+                                       "\r",
+                                       "1",
+                                       "2.5",
+                                       "X 3",
+                                       ";",
+                                       "-4",
+                                       "1.2.3",
+                                       ",5",
+                                       "1e999",
+                                       "Name: ",
+                                       "LONGUNITNAMEOVER16",
+                                       "longunitnameover16"};
+    static const char* namePieces[] = {
+        "A", "B", "a", "AB", " ", "\r\n", "1", "_", "LONGUNITNAMEOVER16"};
     std::mt19937 rng(20261119);
     for (int file = 0; file < 400; ++file) {
         std::string text;
@@ -393,8 +418,9 @@ TEST_F(Reader, PlansThatAlmostRepeatTheWeightList) {
     for (int file = 0; file < 200; ++file) {
         std::vector<std::string> names;
         for (int n = 1 + static_cast<int>(rng() % 40); n > 0; --n) {
-            std::string name = rng() % 4 == 0 && !names.empty() ? names[rng() % names.size()]
-                                                               : std::string(rng() % 2 ? "ARM" : "COR");
+            std::string name = rng() % 4 == 0 && !names.empty()
+                                   ? names[rng() % names.size()]
+                                   : std::string(rng() % 2 ? "ARM" : "COR");
             name += std::to_string(rng() % 30);
             if (rng() % 8 == 0) name += "LONGERTHANSIXTEENBYTES";
             if (rng() % 6 == 0) name = LCase(name);
@@ -405,13 +431,25 @@ TEST_F(Reader, PlansThatAlmostRepeatTheWeightList) {
             for (std::size_t k = 0; k < names.size(); ++k) {
                 std::string name = names[k];
                 switch (perturb ? rng() % 12 : 11) {
-                case 0: continue; // left out
-                case 1: name = names[(k + 1) % names.size()]; break;
-                case 2: name += "X"; break;
-                case 3: name = LCase(name); break;
-                case 4: name = UCase(name); break;
-                case 5: out += std::string(key) + name + " 1\r\n"; break; // repeated
-                default: break;
+                case 0:
+                    continue; // left out
+                case 1:
+                    name = names[(k + 1) % names.size()];
+                    break;
+                case 2:
+                    name += "X";
+                    break;
+                case 3:
+                    name = LCase(name);
+                    break;
+                case 4:
+                    name = UCase(name);
+                    break;
+                case 5:
+                    out += std::string(key) + name + " 1\r\n";
+                    break; // repeated
+                default:
+                    break;
                 }
                 out += std::string(key) + name + " " + std::to_string(rng() % 100) + "\r\n";
             }
