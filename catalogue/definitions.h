@@ -8,14 +8,11 @@
 
 #include <array>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace vantrel {
-
-class UnitIndex; // profile/unit_index.h
 
 // One unit definition file. A plain record: values are stored as given.
 struct vtUnit {
@@ -94,9 +91,6 @@ struct Definitions {
     // The files of the Units folder by name without letter case: read with
     // the catalogue and told about every file extraction writes.
     UnitsFolder UnitFiles;
-    // The unit names indexed for reading profiles: made when first needed
-    // and again whenever the names have changed (IndexOfUnits).
-    mutable std::shared_ptr<const UnitIndex> UnitNameIndex;
 
     std::int32_t Option(OptionIndex i) const { return OptionValues[static_cast<std::size_t>(i)]; }
     bool OptionOn(OptionIndex i) const { return Option(i) != 0; }

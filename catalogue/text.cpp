@@ -1,8 +1,6 @@
 #include "catalogue/text.h"
 
 #include <charconv>
-#include <cstdint>
-#include <cstring>
 #include <fstream>
 #include <sys/stat.h>
 
@@ -32,25 +30,10 @@ std::string LCase(std::string_view s) {
 }
 
 void ProperCaseInPlace(char* begin, char* end) {
-    constexpr std::uint64_t Ones = 0x0101010101010101u, High = Ones * 0x80;
     bool start = true;
-    for (char* c = begin; c != end;) {
-        // Inside a word, eight printable ASCII bytes (none starts a word) are
-        // lower-cased at once: each of 'A'..'Z' gets 0x20 added.
-        if (!start && end - c >= 8) {
-            std::uint64_t w;
-            std::memcpy(&w, c, 8);
-            if ((w & High) == 0 && ((w + Ones * 0x5F) & High) == High) {
-                const std::uint64_t upper = (w + Ones * 0x3F) & ~(w + Ones * 0x25) & High;
-                w |= upper >> 2;
-                std::memcpy(c, &w, 8);
-                c += 8;
-                continue;
-            }
-        }
+    for (char* c = begin; c != end; ++c) {
         *c = start ? UpperChar(*c) : Lower(*c);
         start = StartsWord(*c);
-        ++c;
     }
 }
 

@@ -1,7 +1,6 @@
 #include "profile/ini_file.h"
 
 #include "catalogue/text.h"
-#include "profile/name_table.h"
 #include "profile/profile.h"
 #include "profile/profile_io.h"
 
@@ -145,64 +144,6 @@ std::optional<std::string> IniIndex::Find(std::string_view section, std::string_
     }
     if (!found) return std::nullopt;
     return std::string(Unquoted(found->value));
-}
-
-
-std::vector<std::optional<std::string_view>>
-FindInSections(std::string_view text, const NameTable& upperNames, std::string_view key) {
-    std::vector<std::optional<std::string_view>> bySlot(upperNames.Count());
-    std::vector<char> seen(upperNames.Count(), 0);
-    key = TrimView(key);
-    std::size_t current = NameTable::None; // a section asked for, in its first appearance
-    std::size_t last = NameTable::None;    // the last section asked for
-    std::string upper;
-    // Files written for a catalogue list its names in order: the name after
-    // the last one found is compared first, and only another is looked up.
-    auto isNext = [&](std::string_view name) {
-        if (last + 1 >= upperNames.Count()) return false;
-        std::string_view next = upperNames.Text(last + 1);
-        if (next.size() != name.size()) return false;
-        for (std::size_t k = 0; k < name.size(); ++k)
-            if (UpperChar(name[k]) != next[k]) return false;
-        return true;
-    };
-    ForEachLine(text, [&](std::string_view line) {
-        if (auto name = SectionName(line)) {
-            if (isNext(*name)) {
-                current = last + 1;
-            } else {
-                upper.assign(*name);
-                for (char& c : upper)
-                    c = UpperChar(c);
-                current = upperNames.Find(upper);
-            }
-            if (current != NameTable::None) last = current;
-            // Only the first section of a name counts.
-            if (current != NameTable::None && seen[current]) current = NameTable::None;
-            if (current != NameTable::None) seen[current] = 1;
-            return;
-        }
-        if (current == NameTable::None || bySlot[current]) return;
-        auto [k, value] = SplitKeyLine(line);
-        if (EqualsNoCase(k, key)) bySlot[current] = Unquoted(value);
-    });
-    return bySlot;
-}
-
-std::vector<std::optional<std::string_view>>
-FindInSections(std::string_view text, const std::vector<std::string>& sections,
-               std::string_view key) {
-    NameTable table(sections.size());
-    std::vector<std::size_t> slotOf;
-    slotOf.reserve(sections.size());
-    for (const std::string& section : sections)
-        slotOf.push_back(table.Add(UCase(TrimView(section))));
-    auto bySlot = FindInSections(text, table, key);
-    std::vector<std::optional<std::string_view>> out;
-    out.reserve(sections.size());
-    for (std::size_t slot : slotOf)
-        out.push_back(bySlot[slot]);
-    return out;
 }
 
 std::string ReadIniValue(const std::string& section, const std::string& key,

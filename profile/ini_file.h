@@ -11,8 +11,6 @@
 
 namespace vantrel {
 
-class NameTable;
-
 // The longest value the INI service hands back (its buffer holds 255 characters).
 inline constexpr std::size_t IniValueMax = 254;
 
@@ -70,17 +68,5 @@ class IniIndex {
     std::vector<std::size_t> table_; // open addressing: section index + 1, 0 when free
     std::size_t mask_ = 0;
 };
-
-// For each of `sections`, what IniIndex(text).Find(section, key) would give,
-// without quotes and cut to IniValueMax characters; found in one pass over
-// the text that looks only at the sections asked for. The views point into
-// `text`.
-std::vector<std::optional<std::string_view>>
-FindInSections(std::string_view text, const std::vector<std::string>& sections,
-               std::string_view key);
-// The same for the sections named in `upperNames` (upper-cased, without
-// blanks at either end): the value for each of its slots.
-std::vector<std::optional<std::string_view>>
-FindInSections(std::string_view text, const NameTable& upperNames, std::string_view key);
 
 } // namespace vantrel

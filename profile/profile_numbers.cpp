@@ -5,8 +5,6 @@
 #include <charconv>
 #include <clocale>
 #include <cmath>
-#include <cstdint>
-#include <cstring>
 
 namespace vantrel {
 
@@ -16,113 +14,21 @@ bool IsDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-// The text from to_chars at [begin, end) with "." made `sep`; "-0" reads as
-// 0 in a profile, so it is written as 0. Returns the new end.
-char* Localise(char* begin, char* end, std::string_view sep) {
-    if (end - begin == 2 && begin[0] == '-' && begin[1] == '0') {
-        begin[0] = '0';
-        return begin + 1;
-    }
-    char* dot = std::find(begin, end, '.');
-    if (dot == end) return end;
-    const auto tail = static_cast<std::size_t>(end - dot - 1);
-    std::memmove(dot + sep.size(), dot + 1, tail);
-    std::memcpy(dot, sep.data(), sep.size());
-    return dot + sep.size() + tail;
+// A value in general form with `digits` significant digits, "." made `sep`;
+// "-0" reads as 0 in a profile, so it is written as 0.
+template <class T> std::string GeneralText(T value, int digits, std::string_view sep) {
+    char buf[64];
+    auto res = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::general, digits);
+    std::string text(buf, res.ptr);
+    if (text == "-0") return "0";
+    if (std::size_t dot = text.find('.'); dot != std::string::npos) text.replace(dot, 1, sep);
+    return text;
 }
 
 std::size_t SkipDigits(std::string_view s, std::size_t i) {
     while (i < s.size() && IsDigit(s[i]))
         ++i;
     return i;
-}
-
-// Whole values below 10^digits print the same in general form as integers,
-// which is much quicker to produce.
-template <class T> bool IsWholeBelow(T value, T limit) {
-    return value > -limit && value < limit && value == std::trunc(value);
-}
-template <class T> char* WriteWhole(char* out, T value) {
-    if (value == 0) {
-        *out = '0';
-        return out + 1;
-    }
-    return std::to_chars(out, out + 24, static_cast<long long>(value)).ptr;
-}
-
-// A weight that is not whole, with 7 significant digits in fixed notation,
-// as the general form writes it when the value is at least 1e-4 (smaller
-// ones need an exponent); nullptr for those. The value times a power of ten
-// of at most 10^10 is exact in a double (24 bits times 5^10 fits in 53),
-// so rounding it to a whole number rounds the decimal as to_chars does,
-// ties to even.
-char* WriteFixedWeight(char* out, float weight, std::string_view sep) {
-    static constexpr double Powers[] = {1e-4, 1e-3, 1e-2, 1e-1, 1e0, 1e1, 1e2, 1e3,
-                                        1e4,  1e5,  1e6,  1e7,  1e8, 1e9, 1e10};
-    const double a = std::fabs(static_cast<double>(weight));
-    if (!(a >= 1e-4) || !(a < 1e7)) return nullptr;
-    int e = -4; // the decimal exponent of the leading digit
-    while (e < 6 && a >= Powers[e + 5])
-        ++e;
-    auto digits = static_cast<std::uint64_t>(std::nearbyint(a * Powers[4 + 6 - e]));
-    if (digits == 10000000) { // rounded up to the next power of ten
-        digits = 1000000;
-        ++e;
-    }
-    char d[7];
-    for (int k = 6; k >= 0; --k, digits /= 10)
-        d[k] = static_cast<char>('0' + digits % 10);
-    int fracEnd = 7; // significant digits after trailing zeros are cut
-    const int intDigits = e >= 0 ? e + 1 : 0;
-    while (fracEnd > intDigits && d[fracEnd - 1] == '0')
-        --fracEnd;
-    if (weight < 0) *out++ = '-';
-    if (e >= 0) {
-        std::memcpy(out, d, static_cast<std::size_t>(intDigits));
-        out += intDigits;
-    } else {
-        *out++ = '0';
-    }
-    if (fracEnd > intDigits) {
-        std::memcpy(out, sep.data(), sep.size());
-        out += sep.size();
-        for (int z = e + 1; z < 0; ++z)
-            *out++ = '0';
-        std::memcpy(out, d + intDigits, static_cast<std::size_t>(fracEnd - intDigits));
-        out += fracEnd - intDigits;
-    }
-    return out;
-}
-
-// The common case of a value text: an optional "-", then at most 15 digits
-// with at most one one-character separator among or after them. Its value is
-// the digits as a whole number divided by a power of ten; both are exact
-// doubles, so the one division rounds correctly, as from_chars would.
-bool PlainDecimal(std::string_view text, std::string_view sep, double& out) {
-    static constexpr double Powers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                        1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-    if (sep.size() != 1 || text.empty() || text.size() > 17) return false;
-    std::size_t i = text[0] == '-' ? 1 : 0;
-    std::uint64_t digits = 0;
-    int count = 0;
-    int fraction = -1; // digits after the separator; -1 before it
-    for (; i < text.size(); ++i) {
-        char c = text[i];
-        if (IsDigit(c)) {
-            digits = digits * 10 + static_cast<std::uint64_t>(c - '0');
-            ++count;
-            if (fraction >= 0) ++fraction;
-        } else if (c == sep[0] && fraction < 0) {
-            fraction = 0;
-        } else {
-            return false;
-        }
-    }
-    if (count == 0 || count > 15) return false;
-    double value = static_cast<double>(digits);
-    if (fraction > 0) value /= Powers[fraction];
-    out = text[0] == '-' ? -value : value;
-    return true;
 }
 
 } // namespace
@@ -133,29 +39,12 @@ std::string DecimalSeparator() {
     return conv->decimal_point;
 }
 
-char* WriteWeight(char* out, float weight, std::string_view sep) {
-    if (IsWholeBelow(weight, 1e7f)) return WriteWhole(out, weight);
-    if (char* end = WriteFixedWeight(out, weight, sep)) return end;
-    auto res = std::to_chars(out, out + 32, weight, std::chars_format::general, 7);
-    return Localise(out, res.ptr, sep);
-}
-
-char* WriteGeneral15(char* out, double value, std::string_view sep) {
-    if (IsWholeBelow(value, 1e15)) return WriteWhole(out, value);
-    auto res = std::to_chars(out, out + 32, value, std::chars_format::general, 15);
-    return Localise(out, res.ptr, sep);
-}
-
 std::string WeightText(float weight, std::string_view sep) {
-    std::string text(NumberTextMax + sep.size(), '\0');
-    text.resize(static_cast<std::size_t>(WriteWeight(text.data(), weight, sep) - text.data()));
-    return text;
+    return GeneralText(weight, 7, sep);
 }
 
 std::string General15Text(double value, std::string_view sep) {
-    std::string text(NumberTextMax + sep.size(), '\0');
-    text.resize(static_cast<std::size_t>(WriteGeneral15(text.data(), value, sep) - text.data()));
-    return text;
+    return GeneralText(value, 15, sep);
 }
 
 double PlanLimit(int percent, float limit) {
@@ -172,7 +61,6 @@ std::string HardLimitText(int percent, float limit, std::string_view sep) {
 
 std::optional<double> ParseRegionalNumber(std::string_view text, std::string_view sep) {
     if (sep.empty()) sep = ".";
-    if (double plain; PlainDecimal(text, sep, plain)) return plain;
     // Check the form first, noting where its parts are.
     std::size_t i = 0;
     const bool plus = !text.empty() && text[0] == '+';
@@ -237,8 +125,6 @@ std::string KeepDigits(std::string_view value) {
 }
 
 float ProfileNumber(std::string_view text, std::string_view sep) {
-    if (double plain; PlainDecimal(text, sep.empty() ? "." : sep, plain))
-        return static_cast<float>(plain);
     if (auto v = ParseRegionalNumber(text, sep)) return static_cast<float>(*v);
     std::string digits = KeepDigits(text);
     double value = 0;

@@ -12,9 +12,6 @@ namespace vantrel {
 // through localeconv()); "." in the C and English locales.
 std::string DecimalSeparator();
 
-// The most characters a weight or limit text takes, besides its separator.
-inline constexpr std::size_t NumberTextMax = 32;
-
 // A weight: the 32-bit value with at most 7 significant digits, no trailing
 // zeros, no separator when whole (2, 1.5, 0.75).
 std::string WeightText(float weight, std::string_view sep);
@@ -22,10 +19,6 @@ std::string WeightText(float weight, std::string_view sep);
 // zeros, no separator when whole. Values that need an exponent are written as
 // 1.5e+20.
 std::string General15Text(double value, std::string_view sep);
-// The same texts written at `out`, which has room for NumberTextMax
-// characters plus the separator; they return the end of the text.
-char* WriteWeight(char* out, float weight, std::string_view sep);
-char* WriteGeneral15(char* out, double value, std::string_view sep);
 // The limit of a plan: x = (percent / 100) * limit in double precision. The
 // easy and medium plans write x rounded down, the hard plan writes x as it is.
 double PlanLimit(int percent, float limit);

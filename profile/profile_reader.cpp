@@ -1,19 +1,26 @@
-#include "profile/profile_reader.h"
-
+// The two profile readers and the build-set reader.
+//
+// Our own format is not parsed: for each unit the upper-cased text is
+// searched for "WEIGHT " + name and "LIMIT " + name. The weight comes from
+// the first weight entry; the limit from the first limit entry at or after
+// the first "PLAN HARD" (wherever that stands, a header included), else,
+// for a name without lower-case letters, from the first one anywhere. Names
+// match a prefix: ARMCOM also finds "LIMIT ARMCOMX 3", whose value text
+// "X 3" gives 3. Rather than one search per unit, one pass over the text
+// visits every entry and looks the text after its keyword up among the
+// catalogue's names, once per distinct name length, so that a name finds
+// exactly the entries that a search for it would.
 #include "catalogue/load_units.h"
 #include "catalogue/text.h"
 #include "profile/ini_file.h"
 #include "profile/profile.h"
 #include "profile/profile_io.h"
-#include "profile/profile_lookup.h"
 #include "profile/profile_numbers.h"
-#include "profile/side_work.h"
-#include "profile/unit_index.h"
 #include "startup/paths.h"
 
 #include <algorithm>
 #include <cmath>
-#include <optional>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -21,105 +28,123 @@ namespace vantrel {
 
 namespace {
 
+constexpr std::size_t npos = std::string_view::npos;
+constexpr std::string_view WeightKey = "WEIGHT ", LimitKey = "LIMIT ";
+
+// An entry: where its keyword starts, and the first CR LF at or after that
+// (the text's end when none follows).
+struct Entry {
+    std::size_t at = npos;
+    std::size_t lineEnd = npos;
+};
+
+// The first entries of one upper-cased name.
+struct FirstEntries {
+    Entry weight;
+    Entry limitFromHard; // at or after the first "PLAN HARD"
+    Entry limit;         // anywhere
+};
+
+// Visits every "WEIGHT " and "LIMIT " in the upper-cased text in order and
+// notes, for each name the text after the keyword starts with, the entry if
+// it is the first of its kind for that name.
+void FindFirstEntries(std::string_view upper,
+                      std::unordered_map<std::string_view, FirstEntries>& names) {
+    std::vector<std::size_t> lengths;
+    for (const auto& [name, entries] : names)
+        lengths.push_back(name.size());
+    std::sort(lengths.begin(), lengths.end());
+    lengths.erase(std::unique(lengths.begin(), lengths.end()), lengths.end());
+
+    std::size_t hard = upper.find("PLAN HARD");
+    if (hard == npos) hard = 0;
+    std::size_t lineEnd = 0; // the first CR LF at or after the last entry
+    for (std::size_t p = 0; p < upper.size(); ++p) {
+        if (upper[p] != 'W' && upper[p] != 'L') continue;
+        const bool weight = upper.substr(p, WeightKey.size()) == WeightKey;
+        if (!weight && upper.substr(p, LimitKey.size()) != LimitKey) continue;
+        if (p >= lineEnd) { // past the line end found last (never on it: that is a CR)
+            lineEnd = upper.find("\r\n", p);
+            if (lineEnd == npos) lineEnd = upper.size();
+        }
+        const Entry entry{p, lineEnd};
+        const std::size_t nameAt = p + (weight ? WeightKey.size() : LimitKey.size());
+        for (std::size_t length : lengths) {
+            if (length > upper.size() - nameAt) break;
+            auto it = names.find(upper.substr(nameAt, length));
+            if (it == names.end()) continue;
+            FirstEntries& first = it->second;
+            if (weight) {
+                if (first.weight.at == npos) first.weight = entry;
+            } else {
+                if (first.limit.at == npos) first.limit = entry;
+                if (p >= hard && first.limitFromHard.at == npos) first.limitFromHard = entry;
+            }
+        }
+    }
+}
+
+// The number an entry gives: the rest of its line after the keyword and
+// name, trimmed of spaces (empty when the line ends inside the key), read
+// as ProfileNumber reads it. No entry gives 0.
+float EntryValue(std::string_view upper, const Entry& entry, std::size_t keyLength,
+                 std::string_view sep) {
+    if (entry.at == npos) return 0.0f;
+    std::string_view value;
+    if (entry.lineEnd - entry.at > keyLength)
+        value = upper.substr(entry.at + keyLength, entry.lineEnd - entry.at - keyLength);
+    while (!value.empty() && value.front() == ' ')
+        value.remove_prefix(1);
+    while (!value.empty() && value.back() == ' ')
+        value.remove_suffix(1);
+    return ProfileNumber(value, sep);
+}
+
+bool HasLowerCase(std::string_view name) {
+    return std::any_of(name.begin(), name.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+}
+
+// How a header field's value is cleaned up.
+enum class HeaderForm {
+    FirstLine, // the part before the first CR LF, trimmed of spaces (opening our own format)
+    Joined,    // every CR LF removed, trimmed of spaces (merging, Tessaly files)
+};
+
+// The "Auth:" or "Name:" field of a profile text. The value runs from the
+// key's colon to the next "//"; without a "//" after the key, to the end of
+// the key's line. Empty when the key (matched exactly) is missing.
+std::string HeaderField(std::string_view text, std::string_view key, HeaderForm form) {
+    std::string raw;
+    if (auto field = GetFieldInText(text, key, 1, ":", "//")) {
+        raw = *field;
+    } else if (std::size_t p = text.find(key); p != npos) {
+        std::size_t start = p + key.size();
+        std::size_t end = text.find("\r\n", start);
+        raw = std::string(text.substr(start, end == npos ? end : end - start));
+    }
+    if (form == HeaderForm::FirstLine) return TrimSpaces(raw.substr(0, raw.find("\r\n")));
+    return TrimSpaces(ReplaceAll(raw, "\r\n", ""));
+}
+
+// The file name without folder and without its last four characters ("" when shorter).
+std::string FileNameDefault(const std::string& path) {
+    std::string copy = path;
+    std::string name = StripPath(copy);
+    return name.size() >= 4 ? name.substr(0, name.size() - 4) : std::string();
+}
+
+// Status line and bar as both readers start.
+void BeginRead(ProfileContext& ctx, const std::string& name) {
+    std::string fileName = name;
+    ctx.progress.SetStatus("Processing... '" + StripPath(fileName) + "'");
+    ctx.progress.SetValue(0);
+    ctx.progress.Repaint();
+}
+
 std::string TextOrThrow(const std::string& path) {
     FileText file = ReadProfileFile(path);
     if (!file.ok()) throw ProfileError("Cannot read '" + path + "': " + file.error + ".");
     return std::move(file.data);
-}
-
-void StoreClamped(vtUnit& unit, float weight, float limit, const Definitions& defs) {
-    unit.Weight = weight;
-    unit.Limit = limit;
-    auto weightMax = static_cast<float>(defs.Option(optWeightMax));
-    auto limitMax = static_cast<float>(defs.Option(optLimitMax));
-    if (unit.Weight > weightMax) unit.Weight = weightMax;
-    if (unit.Limit > limitMax) unit.Limit = limitMax;
-}
-
-// The units after which the progress is shown: those where
-// floor(i / n * 100), computed in doubles, is 20, 50, 90 or 100. That value
-// never falls as i grows, so each is a run of units, found by bisection.
-class ProgressSteps {
-  public:
-    explicit ProgressSteps(int n) : n_(n) {
-        for (int percent : {20, 50, 90, 100})
-            runs_.push_back({First(percent), First(percent + 1)});
-    }
-    // Asked for i = 1, 2, ... in turn.
-    bool At(int i) {
-        while (run_ < runs_.size() && i >= runs_[run_].second)
-            ++run_;
-        return run_ < runs_.size() && i >= runs_[run_].first;
-    }
-
-  private:
-    int Percent(int i) const {
-        return static_cast<int>(std::floor(static_cast<double>(i) / n_ * 100.0));
-    }
-    // The first unit at or past `percent` (n + 1 when none).
-    int First(int percent) const {
-        int lo = 1, hi = n_ + 1;
-        while (lo < hi) {
-            int mid = lo + (hi - lo) / 2;
-            if (Percent(mid) >= percent)
-                hi = mid;
-            else
-                lo = mid + 1;
-        }
-        return lo;
-    }
-    int n_;
-    std::vector<std::pair<int, int>> runs_;
-    std::size_t run_ = 0;
-};
-
-// Merging reads into a copy of the catalogue. Assigned whole, the old copy's
-// strings are reused.
-void CopyForMerge(Definitions& defs) {
-    defs.SavedUnits = defs.Units;
-    defs.SavedUnits[0] = vtUnit{};
-}
-
-// The frame both readers share; a merge has copied the catalogue first.
-// `valuesOf(i)` gives unit i's weight and limit.
-template <class ValuesOf>
-void ReadInto(ProfileContext& ctx, const std::string& path, const std::string& text, bool merge,
-              bool ownFormat, ValuesOf valuesOf) {
-    Definitions& defs = ctx.defs;
-    const int n = defs.Units.UBound();
-    ctx.progress.SetMaximum(n);
-    RecordArray<vtUnit>& target = merge ? defs.SavedUnits : defs.Units;
-    ProgressSteps steps(n);
-    for (int i = 1; i <= n; ++i) {
-        auto [weight, limit] = valuesOf(i);
-        StoreClamped(target[i], weight, limit, defs);
-        if (steps.At(i)) {
-            ctx.progress.SetValue(i);
-            ctx.progress.Repaint();
-        }
-    }
-
-    HeaderForm form = ownFormat && !merge ? HeaderForm::FirstLine : HeaderForm::Joined;
-    defs.LoadedAIName = HeaderField(text, "Name:", form);
-    if (TrimSpaces(defs.LoadedAIName).empty()) defs.LoadedAIName = FileNameDefault(path);
-    if (merge) return;
-
-    std::string author = HeaderField(text, "Auth:", form);
-    if (TrimSpaces(author).empty()) author = "N/A";
-    ctx.fields.SetAIName(SettingsNameOf(defs.LoadedAIName));
-    ctx.fields.SetBanner(ctx.fields.AIName() + " AI");
-    ctx.fields.SetAuthor(author);
-}
-
-// Status line and the file read common to both readers. The callers apply
-// the build set only once the profile itself has been read, so an unreadable
-// file changes nothing.
-std::string BeginRead(ProfileContext& ctx, const std::string& path) {
-    std::string fileName = path;
-    ctx.progress.SetStatus("Processing... '" + StripPath(fileName) + "'");
-    ctx.progress.SetValue(0);
-    ctx.progress.Repaint();
-    return TextOrThrow(path);
 }
 
 // The text of a profile's build-set file, when it has one. An unreadable file
@@ -130,46 +155,108 @@ std::optional<std::string> BuildSetFileText(const std::string& profilePath) {
     return ReadProfileFile(setPath).data;
 }
 
-// Include per unit from its "Set" value, `valueOf(i)` for unit i.
-template <class ValueOf> void ApplyBuildSet(Definitions& defs, ValueOf valueOf) {
+// The profile at `path` as the in-memory readers take it; the build set is
+// read only when opening. Throws ProfileError when the profile is unreadable.
+ProfileText ProfileFile(const std::string& path, bool merge) {
+    ProfileText profile{path, TextOrThrow(path), std::nullopt};
+    if (!merge) profile.buildSet = BuildSetFileText(path);
+    return profile;
+}
+
+void ApplyBuildSet(Definitions& defs, std::string text) {
+    IniIndex ini(std::move(text));
     for (int i = 1; i <= defs.Units.UBound(); ++i) {
-        const std::optional<std::string_view>& value = valueOf(i);
+        std::optional<std::string> value = ini.Find(defs.Units[i].UnitName, "Set");
         defs.Units[i].Include = !(value && EqualsNoCase(*value, "DON'T BUILD;"));
     }
 }
 
-std::vector<std::string> UnitNames(const Definitions& defs) {
-    std::vector<std::string> names;
+// Opening applies the build set, when there is one; merging reads into a
+// copy of the catalogue (assigned whole, the old copy's strings are reused).
+void Prepare(Definitions& defs, const ProfileText& profile, bool merge) {
+    if (merge) {
+        defs.SavedUnits = defs.Units;
+        defs.SavedUnits[0] = vtUnit{};
+    } else if (profile.buildSet) {
+        ApplyBuildSet(defs, *profile.buildSet);
+    }
+}
+
+// Stores every unit's values, `valuesOf(i)` for unit i, with the clamps
+// and progress points both readers share; then takes the header fields.
+template <class ValuesOf>
+void Store(ProfileContext& ctx, const ProfileText& profile, bool merge, HeaderForm form,
+           ValuesOf valuesOf) {
+    Definitions& defs = ctx.defs;
+    const int n = defs.Units.UBound();
+    ctx.progress.SetMaximum(n);
+    RecordArray<vtUnit>& target = merge ? defs.SavedUnits : defs.Units;
+    const auto weightMax = static_cast<float>(defs.Option(optWeightMax));
+    const auto limitMax = static_cast<float>(defs.Option(optLimitMax));
+    for (int i = 1; i <= n; ++i) {
+        auto [weight, limit] = valuesOf(i);
+        target[i].Weight = weight > weightMax ? weightMax : weight;
+        target[i].Limit = limit > limitMax ? limitMax : limit;
+        const auto percent = static_cast<int>(std::floor(static_cast<double>(i) / n * 100.0));
+        if (percent == 20 || percent == 50 || percent == 90 || percent == 100) {
+            ctx.progress.SetValue(i);
+            ctx.progress.Repaint();
+        }
+    }
+
+    defs.LoadedAIName = HeaderField(profile.text, "Name:", form);
+    if (TrimSpaces(defs.LoadedAIName).empty()) defs.LoadedAIName = FileNameDefault(profile.name);
+    if (merge) return;
+
+    std::string author = HeaderField(profile.text, "Auth:", form);
+    if (TrimSpaces(author).empty()) author = "N/A";
+    ctx.fields.SetAIName(TrimSpaces(ReplaceAll(defs.LoadedAIName, "AI", "")));
+    ctx.fields.SetBanner(ctx.fields.AIName() + " AI");
+    ctx.fields.SetAuthor(author);
+}
+
+void ReadOwnFormat(ProfileContext& ctx, const ProfileText& profile, bool merge) {
+    Definitions& defs = ctx.defs;
+    Prepare(defs, profile, merge);
+    const std::string upper = UCase(profile.text);
+    std::vector<std::string> names; // upper-cased, per unit
     names.reserve(static_cast<std::size_t>(defs.Units.UBound()));
     for (int i = 1; i <= defs.Units.UBound(); ++i)
-        names.push_back(defs.Units[i].UnitName);
-    return names;
+        names.push_back(UCase(defs.Units[i].UnitName));
+    std::unordered_map<std::string_view, FirstEntries> first;
+    for (const std::string& name : names)
+        first.try_emplace(name);
+    FindFirstEntries(upper, first);
+
+    const std::string sep = DecimalSeparator();
+    const HeaderForm form = merge ? HeaderForm::Joined : HeaderForm::FirstLine;
+    Store(ctx, profile, merge, form, [&](int i) {
+        const std::string& name = names[static_cast<std::size_t>(i - 1)];
+        const FirstEntries& found = first.at(name);
+        // The search from the start of the text compares the name as it
+        // stands with the upper-cased text: a name with lower-case letters
+        // is never found by it.
+        const Entry& limit = found.limitFromHard.at != npos || HasLowerCase(defs.Units[i].UnitName)
+                                 ? found.limitFromHard
+                                 : found.limit;
+        return std::pair{EntryValue(upper, found.weight, WeightKey.size() + name.size(), sep),
+                         EntryValue(upper, limit, LimitKey.size() + name.size(), sep)};
+    });
+}
+
+void ReadTessalyFormat(ProfileContext& ctx, const ProfileText& profile, bool merge) {
+    Prepare(ctx.defs, profile, merge);
+    IniIndex ini(profile.text);
+    const std::string sep = DecimalSeparator();
+    // A value that is not a number reads like one in our own format: its digits.
+    Store(ctx, profile, merge, HeaderForm::Joined, [&](int i) {
+        std::string section = UCase(ctx.defs.Units[i].UnitName + ";");
+        return std::pair{ProfileNumber(ini.Get(section, "Weight", "0"), sep),
+                         ProfileNumber(ini.Get(section, "Limit", "0"), sep)};
+    });
 }
 
 } // namespace
-
-std::string HeaderField(std::string_view text, std::string_view key, HeaderForm form) {
-    std::string raw;
-    if (auto field = GetFieldInText(text, key, 1, ":", "//")) {
-        raw = *field;
-    } else if (std::size_t p = text.find(key); p != std::string_view::npos) {
-        std::size_t start = p + key.size();
-        std::size_t end = text.find("\r\n", start);
-        raw = std::string(text.substr(start, end == std::string_view::npos ? end : end - start));
-    }
-    if (form == HeaderForm::FirstLine) return TrimSpaces(raw.substr(0, raw.find("\r\n")));
-    return TrimSpaces(ReplaceAll(raw, "\r\n", ""));
-}
-
-std::string FileNameDefault(const std::string& path) {
-    std::string copy = path;
-    std::string name = StripPath(copy);
-    return name.size() >= 4 ? name.substr(0, name.size() - 4) : std::string();
-}
-
-std::string SettingsNameOf(std::string_view aiName) {
-    return TrimSpaces(ReplaceAll(aiName, "AI", ""));
-}
 
 std::string BuildSetPath(const std::string& profilePath) {
     return (profilePath.size() >= 4 ? profilePath.substr(0, profilePath.size() - 4)
@@ -178,57 +265,29 @@ std::string BuildSetPath(const std::string& profilePath) {
 }
 
 void ReadBuildSet(Definitions& defs, const std::string& profilePath) {
-    std::optional<std::string> text = BuildSetFileText(profilePath);
-    if (!text) return;
-    auto values = FindInSections(*text, UnitNames(defs), "Set");
-    ApplyBuildSet(defs, [&](int i) { return values[static_cast<std::size_t>(i - 1)]; });
+    if (std::optional<std::string> text = BuildSetFileText(profilePath))
+        ApplyBuildSet(defs, std::move(*text));
 }
 
+// The path readers read the files first, so an unreadable profile changes nothing.
 void ReadAI(ProfileContext& ctx, const std::string& path, bool merge) {
-    std::string text = BeginRead(ctx, path);
-    const UnitIndex& index = IndexOfUnits(ctx.defs);
-    const std::string sep = DecimalSeparator();
-    // While the profile is searched, the helper thread copies the catalogue
-    // (merge) or applies the build set (open). The search reads only the
-    // text and the index, the other work only the catalogue and the build set.
-    // Should the search fail, the side work's destructor waits for it.
-    SideWork aside([&] {
-        Definitions& defs = ctx.defs;
-        if (merge) {
-            CopyForMerge(defs);
-        } else if (index.AnyEndBlanks()) {
-            // Section names never have blanks at an end; such a catalogue
-            // name is looked up the long way.
-            ReadBuildSet(defs, path);
-        } else if (std::optional<std::string> setText = BuildSetFileText(path)) {
-            auto bySlot = FindInSections(*setText, index.Table(), "Set");
-            ApplyBuildSet(defs, [&](int i) {
-                return bySlot[index.Slot(static_cast<std::size_t>(i - 1))];
-            });
-        }
-    });
-    const ProfileLookup lookup(text, index, sep);
-    aside.Wait();
-    ReadInto(ctx, path, text, merge, true, [&](int i) {
-        auto k = static_cast<std::size_t>(i - 1);
-        return std::pair{lookup.Weight(k), lookup.Limit(k)};
-    });
+    BeginRead(ctx, path);
+    ReadOwnFormat(ctx, ProfileFile(path, merge), merge);
 }
 
 void ReadTessalyAI(ProfileContext& ctx, const std::string& path, bool merge) {
-    std::string text = BeginRead(ctx, path);
-    if (merge)
-        CopyForMerge(ctx.defs);
-    else
-        ReadBuildSet(ctx.defs, path);
-    IniIndex ini(text);
-    const std::string sep = DecimalSeparator();
-    // A value that is not a number reads like one in our own format: its digits.
-    ReadInto(ctx, path, text, merge, false, [&](int i) {
-        std::string section = UCase(ctx.defs.Units[i].UnitName + ";");
-        return std::pair{ProfileNumber(ini.Get(section, "Weight", "0"), sep),
-                         ProfileNumber(ini.Get(section, "Limit", "0"), sep)};
-    });
+    BeginRead(ctx, path);
+    ReadTessalyFormat(ctx, ProfileFile(path, merge), merge);
+}
+
+void ReadAI(ProfileContext& ctx, const ProfileText& profile, bool merge) {
+    BeginRead(ctx, profile.name);
+    ReadOwnFormat(ctx, profile, merge);
+}
+
+void ReadTessalyAI(ProfileContext& ctx, const ProfileText& profile, bool merge) {
+    BeginRead(ctx, profile.name);
+    ReadTessalyFormat(ctx, profile, merge);
 }
 
 } // namespace vantrel

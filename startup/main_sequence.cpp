@@ -1,7 +1,5 @@
 #include "startup/main_sequence.h"
 
-#include "profile/unit_index.h"
-
 #include "startup/options.h"
 #include "startup/paths.h"
 
@@ -44,11 +42,7 @@ LoadOutcome Main(Definitions& defs, StartupPorts& ports, const std::string& prog
     if (defs.OptionOn(optExtract)) RunExtraction(defs, ports);
 
     LoadContext ctx{ports.progress, ports.messages, ports.settings, ports.shell, ports.random};
-    const LoadOutcome outcome = LoadUnits(defs, ctx);
-    // The unit-name index that opening and merging profiles use is made
-    // with the catalogue, so the first profile opened does not wait for it.
-    IndexOfUnits(defs);
-    return outcome;
+    return LoadUnits(defs, ctx);
 }
 
 } // namespace vantrel

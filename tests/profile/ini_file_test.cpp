@@ -3,7 +3,6 @@
 #include "support/profile_support.h"
 
 #include <gtest/gtest.h>
-#include <random>
 
 namespace vantrel {
 namespace {
@@ -54,32 +53,6 @@ TEST(IniIndex, LongValuesAndOddBytes) {
     EXPECT_EQ(IniIndex("").Get("S", "K", "0"), "0");
     EXPECT_EQ(IniIndex("[").Get("[", "K", "0"), "0");
     EXPECT_EQ(IniIndex("[]\nK=1").Get("", "K", "0"), "1");
-}
-
-// The one-pass search for chosen sections must agree with the index.
-TEST(FindInSections, AgreesWithTheIndexOnGeneratedTexts) {
-    static const char* pieces[] = {"[",  "]",  "[a]", "[A]",   "[b]", "[ a ]", "Set", "set ",
-                                   "=",  " ",  "\t",  "\r\n", "\n",  "x",     "\"",  "'",
-                                   ";",  "ab", "[ab", "Set=1", "A",   "b]"};
-    static const char* names[] = {"a", "A", " a", "b", "ab", "", "a]", "[a", " b\t", "c"};
-    std::mt19937 rng(11);
-    for (int file = 0; file < 500; ++file) {
-        std::string text;
-        for (int k = static_cast<int>(rng() % 120); k > 0; --k)
-            text += pieces[rng() % std::size(pieces)];
-        std::vector<std::string> asked;
-        for (int k = static_cast<int>(rng() % 8); k > 0; --k)
-            asked.push_back(names[rng() % std::size(names)]);
-        IniIndex index(text);
-        auto found = FindInSections(text, asked, " set");
-        ASSERT_EQ(found.size(), asked.size());
-        for (std::size_t i = 0; i < asked.size(); ++i) {
-            auto expected = index.Find(asked[i], " set");
-            ASSERT_EQ(found[i].has_value(), expected.has_value()) << "'" << asked[i] << "' in\n"
-                                                                  << text;
-            if (expected) ASSERT_EQ(std::string(*found[i]), *expected) << text;
-        }
-    }
 }
 
 TEST(ReadIniValue, ReadsFilesAndFallsBack) {

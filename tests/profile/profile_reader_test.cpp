@@ -1,8 +1,12 @@
+#include "catalogue/text.h"
 #include "profile/profile.h"
-#include "profile/profile_reader.h"
+#include "profile/profile_numbers.h"
 #include "support/profile_support.h"
 
+#include <climits>
+#include <cstring>
 #include <gtest/gtest.h>
+#include <random>
 
 namespace vantrel {
 namespace {
@@ -50,8 +54,8 @@ TEST_F(Reader, SavedProfileOpensAgainWithItsBuildSet) {
     EXPECT_EQ(rig.fields.Author(), "N/A");
 }
 
-// The name index is kept between reads: renaming, adding or reordering
-// units must not leave a read looking up the old names.
+// Each read looks up the names the catalogue holds then: renaming, adding
+// or reordering units between reads changes what is found.
 TEST_F(Reader, ReadsFollowTheCatalogueAsItChanges) {
     Write("p.txt", "Weight ARMCK 2\nWeight ARMLLT 3\nWeight CORAK 4\nplan hard\n"
                    "Limit ARMCK 5\nLimit ARMLLT 6\nLimit CORAK 7\n");
@@ -142,13 +146,16 @@ TEST_F(Reader, HeaderFieldsAndNames) {
     ReadAI(rig.ctx, path, true);
     EXPECT_EQ(rig.defs.LoadedAIName, "MAIN AI");
     EXPECT_EQ(rig.fields.Author(), "N/A"); // merging leaves the fields alone
-    EXPECT_EQ(HeaderField(test::ReadBytes(path), "Auth:", HeaderForm::Joined), "Ann Next");
+    ReadTessalyAI(rig.ctx, path, false);
+    EXPECT_EQ(rig.fields.Author(), "Ann Next");
     ReadAI(rig.ctx, path, false);
     EXPECT_EQ(rig.fields.Author(), "Ann");
     EXPECT_EQ(rig.fields.AIName(), "MN");
     EXPECT_EQ(rig.fields.Banner(), "MN AI");
-    EXPECT_EQ(HeaderField("auth: x\r\nAuth:", "Auth:", HeaderForm::FirstLine), "");
-    EXPECT_EQ(HeaderField("Name:a//b", "Name:", HeaderForm::FirstLine), "a");
+    ReadAI(rig.ctx, ProfileText{"x.txt", "auth: x\r\nAuth:", std::nullopt}, false);
+    EXPECT_EQ(rig.fields.Author(), "N/A"); // the key matches in its own case only
+    ReadAI(rig.ctx, ProfileText{"x.txt", "Name:a//b", std::nullopt}, false);
+    EXPECT_EQ(rig.defs.LoadedAIName, "a");
 
     // No "Name:" and an empty author: the file-name default and "N/A".
     ReadAI(rig.ctx, Write("Rusher.txt", "Auth:   \nWeight X 1\n"), false);
@@ -157,7 +164,8 @@ TEST_F(Reader, HeaderFieldsAndNames) {
     EXPECT_EQ(rig.fields.Author(), "N/A");
     ReadAI(rig.ctx, Write("ab", ""), true);
     EXPECT_EQ(rig.defs.LoadedAIName, "");
-    EXPECT_EQ(FileNameDefault("C:\\Profiles\\Rusher.txt"), "Rusher");
+    ReadAI(rig.ctx, ProfileText{"C:\\Profiles\\Rusher.txt", "", std::nullopt}, true);
+    EXPECT_EQ(rig.defs.LoadedAIName, "Rusher");
 }
 
 TEST_F(Reader, MergeFillsSavedUnitsOnly) {
@@ -268,6 +276,191 @@ TEST_F(Reader, BadBytesNeverBreakTheReaders) {
     ReadAI(rig.ctx, dir / "big.txt", false);
     EXPECT_EQ(U(1).Weight, 10.0f);
     EXPECT_EQ(U(1).Limit, 50.0f);
+}
+
+// A profile held in memory reads as its file would, build set included.
+TEST_F(Reader, ProfileTextsInMemory) {
+    Units({{"ARMCOM", "COMMANDER"}, {"ARMCK", "CNSTR"}});
+    const std::string set = Crlf("[ARMCOM]\nSet=Don't Build;\n");
+    ReadAI(rig.ctx,
+           ProfileText{"ai/Arch.txt", Crlf("Weight ARMCK 3\nplan hard\nLimit ARMCK 4\n"), set},
+           false);
+    EXPECT_FALSE(U(1).Include);
+    EXPECT_EQ(U(2).Weight, 3.0f);
+    EXPECT_EQ(U(2).Limit, 4.0f);
+    EXPECT_EQ(rig.defs.LoadedAIName, "Arch");
+    EXPECT_EQ(rig.progress.Status(), "Processing... 'Arch.txt'");
+    ReadTessalyAI(rig.ctx, ProfileText{"t.tsy", Crlf("[ARMCOM;]\nWeight=2\n"), std::nullopt}, true);
+    EXPECT_EQ(S(1).Weight, 2.0f);
+    EXPECT_FALSE(U(1).Include);
+}
+
+// The look-up rules as the format states them: one search of the
+// upper-cased text per unit.
+float SearchedValue(const std::string& upper, std::size_t pos, std::size_t keyLength) {
+    if (pos == std::string::npos) return 0.0f;
+    std::size_t end = std::min(upper.find("\r\n", pos), upper.size());
+    std::string value =
+        end - pos > keyLength ? upper.substr(pos + keyLength, end - pos - keyLength) : "";
+    return ProfileNumber(TrimSpaces(value), DecimalSeparator());
+}
+float SearchedWeight(const std::string& name, const std::string& upper) {
+    std::string key = "WEIGHT " + UCase(name);
+    return SearchedValue(upper, upper.find(key), key.size());
+}
+float SearchedLimit(const std::string& name, const std::string& upper) {
+    std::size_t hard = upper.find("PLAN HARD");
+    std::string key = "LIMIT " + UCase(name);
+    std::size_t pos = upper.find(key, hard == std::string::npos ? 0 : hard);
+    if (pos == std::string::npos) pos = upper.find("LIMIT " + name); // exactly, from the start
+    return SearchedValue(upper, pos, key.size());
+}
+
+// Merges `text` for a catalogue of `names` and compares every unit's values,
+// bit for bit, with the searches above.
+void ExpectSameAsSearch(test::ProfileRig& rig, const std::string& text,
+                        const std::vector<std::string>& names) {
+    std::vector<test::UnitSpec> units;
+    for (const std::string& name : names)
+        units.push_back({name, "KBOT"});
+    test::FillCatalogue(rig.defs, units);
+    rig.defs.OptionValues[optWeightMax] = INT_MAX;
+    rig.defs.OptionValues[optLimitMax] = INT_MAX;
+    ReadAI(rig.ctx, ProfileText{"g.txt", text, std::nullopt}, true);
+    const std::string upper = UCase(text);
+    const auto max = static_cast<float>(INT_MAX);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const float w = std::min(SearchedWeight(names[i], upper), max);
+        const float l = std::min(SearchedLimit(names[i], upper), max);
+        const vtUnit& got = rig.defs.SavedUnits[static_cast<int>(i + 1)];
+        ASSERT_EQ(std::memcmp(&w, &got.Weight, sizeof w), 0)
+            << "weight of '" << names[i] << "' in\n"
+            << text;
+        ASSERT_EQ(std::memcmp(&l, &got.Limit, sizeof l), 0) << "limit of '" << names[i] << "' in\n"
+                                                            << text;
+    }
+}
+
+TEST_F(Reader, PrefixesCaseAndTheHardPlanStart) {
+    const std::string text = "Weight Armcomx 4\r\nWeight Armcom 2\r\n"
+                             "plan easy\r\nLimit Armcom 1\r\nLimit Armllt 7\r\n"
+                             "Plan Hard\r\nLimit Armcomx 3\r\nLimit Armcom 2\r\n";
+    ExpectSameAsSearch(rig, text, {"ARMCOM", "ARMCOMX", "armcom", "ARMLLT", "Armllt", "NONE"});
+    EXPECT_EQ(S(1).Weight, 4.0f); // value text "X 4": its digits
+    EXPECT_EQ(S(3).Limit, 3.0f);  // the search from the hard plan on ignores case
+    EXPECT_EQ(S(4).Limit, 7.0f);  // only before the hard plan: found from the start ...
+    EXPECT_EQ(S(5).Limit, 0.0f);  // ... but never for a name with lower-case letters
+    // Value texts that differ only in spaces, a NUL or a separator.
+    std::string values = "Plan Hard\r\n";
+    std::vector<std::string> names;
+    for (std::string v : {"1.5", " 1.5", "1.5 ", "12345678.25", "1234567.125", "7;", "-0", "",
+                          "1.2.3", ",5", "1e999", "X 3"}) {
+        names.push_back("U" + std::to_string(names.size()));
+        values += "Weight " + names.back() + " " + v + "\r\nLimit " + names.back() + " " + v +
+                  std::string("\0\r\n", 3);
+    }
+    ExpectSameAsSearch(rig, values, names);
+}
+
+// Random profile-like texts built from pieces that collide on purpose: names
+// that are prefixes of each other, mixed case, keys split across lines,
+// "plan hard" in odd places, values that are not numbers.
+TEST_F(Reader, AgreesWithTheSearchesOnGeneratedTexts) {
+    static const char* textPieces[] = {"WEIGHT ",
+                                       "Weight ",
+                                       "LIMIT ",
+                                       "limit ",
+                                       "PLAN HARD",
+                                       "plan hard",
+                                       "Plan Hard\r\n",
+                                       "A",
+                                       "B",
+                                       "a",
+                                       "AB",
+                                       " ",
+                                       "  ",
+                                       "\r\n",
+                                       "\n",
+                                       "\r",
+                                       "1",
+                                       "2.5",
+                                       "X 3",
+                                       ";",
+                                       "-4",
+                                       "1.2.3",
+                                       ",5",
+                                       "1e999",
+                                       "Name: ",
+                                       "LONGUNITNAMEOVER16",
+                                       "longunitnameover16"};
+    static const char* namePieces[] = {
+        "A", "B", "a", "AB", " ", "\r\n", "1", "_", "LONGUNITNAMEOVER16"};
+    std::mt19937 rng(20261119);
+    for (int file = 0; file < 400; ++file) {
+        std::string text;
+        for (int k = static_cast<int>(rng() % 300); k > 0; --k) {
+            std::size_t piece = rng() % (std::size(textPieces) + 1);
+            text += piece == std::size(textPieces) ? std::string(1, '\0') : textPieces[piece];
+        }
+        std::vector<std::string> names(rng() % 30);
+        for (std::string& name : names)
+            for (int k = static_cast<int>(rng() % 5); k > 0; --k)
+                name += namePieces[rng() % std::size(namePieces)];
+        ExpectSameAsSearch(rig, text, names);
+    }
+}
+
+// Saved profiles list the same names in every plan; lists that mostly repeat
+// but not quite (names left out, swapped, repeated, lengthened, in another
+// case, cut off by the end of the text) give the searches' answers too.
+TEST_F(Reader, PlansThatAlmostRepeatTheWeightList) {
+    std::mt19937 rng(20261123);
+    for (int file = 0; file < 200; ++file) {
+        std::vector<std::string> names;
+        for (int n = 1 + static_cast<int>(rng() % 40); n > 0; --n) {
+            std::string name = rng() % 4 == 0 && !names.empty()
+                                   ? names[rng() % names.size()]
+                                   : std::string(rng() % 2 ? "ARM" : "COR");
+            name += std::to_string(rng() % 30);
+            if (rng() % 8 == 0) name += "LONGERTHANSIXTEENBYTES";
+            if (rng() % 6 == 0) name = LCase(name);
+            names.push_back(name);
+        }
+        auto list = [&](const char* key, bool perturb) {
+            std::string out;
+            for (std::size_t k = 0; k < names.size(); ++k) {
+                std::string name = names[k];
+                switch (perturb ? rng() % 12 : 11) {
+                case 0:
+                    continue; // left out
+                case 1:
+                    name = names[(k + 1) % names.size()];
+                    break;
+                case 2:
+                    name += "X";
+                    break;
+                case 3:
+                    name = LCase(name);
+                    break;
+                case 4:
+                    name = UCase(name);
+                    break;
+                case 5:
+                    out += std::string(key) + name + " 1\r\n";
+                    break; // repeated
+                default:
+                    break;
+                }
+                out += std::string(key) + name + " " + std::to_string(rng() % 100) + "\r\n";
+            }
+            return out;
+        };
+        std::string text = "Name: t\r\n" + list("Weight ", false);
+        for (const char* plan : {"plan easy\r\n", "plan medium\r\n", "plan hard\r\n"})
+            text += plan + list("Limit ", true);
+        if (rng() % 3 == 0) text.resize(text.size() - 3 - rng() % 4); // ends inside a name
+        ExpectSameAsSearch(rig, text, names);
+    }
 }
 
 } // namespace

@@ -10,8 +10,6 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <random>
-#include <sstream>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -91,10 +89,10 @@ TEST(SaveAI, WritesTheWorkedExampleByteForByte) {
     EXPECT_FALSE(rig.defs.Units[3].Include);
 }
 
-TEST(ProfileText, EmptyCatalogueGivesTheSkeletonAndParentsLine) {
+TEST(ProfileFileText, EmptyCatalogueGivesTheSkeletonAndParentsLine) {
     Definitions defs;
     defs.ParentAIs = "Alpha AI, Beta AI, ";
-    std::string text = ProfileText(defs, {"01-02-2026", "me", "X AI"}, ".");
+    std::string text = ProfileFileText(defs, {"01-02-2026", "me", "X AI"}, ".");
     EXPECT_NE(text.find("\r\nUsed: Vantrel Build 1.1.0\r\n Parent AIs: Alpha AI, Beta AI\r\n -"),
               std::string::npos);
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 134);
@@ -102,13 +100,13 @@ TEST(ProfileText, EmptyCatalogueGivesTheSkeletonAndParentsLine) {
     EXPECT_EQ(text.substr(text.size() - 25), "/ Specialized Units /\r\n\r\n");
 
     defs.ParentAIs.clear();
-    text = ProfileText(defs, {"01-02-2026", "me", "X AI"}, ".");
+    text = ProfileFileText(defs, {"01-02-2026", "me", "X AI"}, ".");
     EXPECT_EQ(text.find("Parent"), std::string::npos);
     EXPECT_NE(text.find("1.1.0\r\n -"), std::string::npos);
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 133);
 }
 
-TEST(ProfileText, SectionsCaseAndExclusions) {
+TEST(ProfileFileText, SectionsCaseAndExclusions) {
     Definitions defs;
     test::FillCatalogue(defs, {{"ARM_FIDO", "WATER", true, 1, 1},
                                {"2ND", "SHIP", true, 2, 2},
@@ -117,7 +115,7 @@ TEST(ProfileText, SectionsCaseAndExclusions) {
                                {"OTHER", "BOAT", true, 5, 5},
                                {"SOL", "METAL", true, 6, 6},
                                {"WIND", "ENERGY", true, 7, 7}});
-    std::string text = ProfileText(defs, {"01-02-2026", "MiXeD Author", "ALL CAPS AI"}, ".");
+    std::string text = ProfileFileText(defs, {"01-02-2026", "MiXeD Author", "ALL CAPS AI"}, ".");
     EXPECT_NE(text.find("Auth: MiXeD Author\r\nName: ALL CAPS AI\r\n"), std::string::npos);
     EXPECT_NE(text.find("/ Ships, Sub, And Water-units /\r\n\r\nWeight Arm_fido 1\r\n"
                         "Weight 2nd 2\r\n\r\n/ Defense /"),
@@ -130,46 +128,6 @@ TEST(ProfileText, SectionsCaseAndExclusions) {
     EXPECT_NE(BuildSetText(defs, "A AI").find("[LOWER]\r\nSet=Build;\r\n\r\n[NONE]"),
               std::string::npos);
     EXPECT_EQ(BuildSetText(Definitions{}, "A AI"), "[BUILD SET]\r\nAiName=A AI;\r\n");
-}
-
-// Thousands of distinct values, most of them repeated somewhere: every line
-// carries its own value's text, whichever values came before it.
-TEST(ProfileText, EveryLineShowsItsOwnValue) {
-    std::mt19937 rng(7);
-    std::vector<test::UnitSpec> units;
-    for (int i = 0; i < 9000; ++i) {
-        const float weight =
-            i % 3 ? static_cast<float>(rng() % 50)
-                  : static_cast<float>(static_cast<int>(rng() % 2000000) - 1000000) / 1000.0f;
-        const float limit =
-            i % 2 ? static_cast<float>(rng() % 40) : static_cast<float>(rng() % 100000) / 7.0f;
-        units.push_back({"U" + std::to_string(i), "TANK", true, weight, limit});
-    }
-    Definitions defs;
-    test::FillCatalogue(defs, units);
-    const int percents[] = {50, 75, 90};
-    defs.OptionValues[optEasyLimit] = percents[0];
-    defs.OptionValues[optMediumLimit] = percents[1];
-    defs.OptionValues[optHardLimit] = percents[2];
-    for (std::string sep : {".", ","}) {
-        const std::string text = ProfileText(defs, {"01-02-2026", "me", "X AI"}, sep);
-        int list = -1; // -1: the weights, then the plans in order
-        std::size_t checked = 0;
-        std::istringstream lines(text);
-        for (std::string line; std::getline(lines, line);) {
-            if (line.starts_with("Plan ")) ++list;
-            std::istringstream words(line);
-            std::string keyword, name, value;
-            if (!(words >> keyword >> name >> value) || name[0] != 'U') continue;
-            const test::UnitSpec& u = units[static_cast<std::size_t>(std::stoi(name.substr(1)))];
-            const std::string expected = list < 0    ? WeightText(u.Weight, sep)
-                                         : list == 2 ? HardLimitText(percents[2], u.Limit, sep)
-                                                     : EasyLimitText(percents[list], u.Limit, sep);
-            ASSERT_EQ(value, expected) << keyword << " " << name << " in list " << list;
-            ++checked;
-        }
-        EXPECT_EQ(checked, 4 * units.size());
-    }
 }
 
 TEST(ProfileSection, EveryKeywordExactlyAndNothingElse) {
