@@ -142,7 +142,7 @@ void BM_SaveAI(benchmark::State& state) {
 
 void BM_WriteSameBytes(benchmark::State& state) {
     Fixture& f = Data();
-    std::string text = ProfileText(f.defs, {"11-19-2026", "N/A", "New AI"}, ".");
+    std::string text = ProfileFileText(f.defs, {"11-19-2026", "N/A", "New AI"}, ".");
     std::string set = BuildSetText(f.defs, "New AI");
     for (auto _ : state) {
         std::ofstream(f.dir + "/Plain.txt", std::ios::binary | std::ios::trunc) << text;
@@ -153,7 +153,7 @@ void BM_WriteSameBytes(benchmark::State& state) {
 // The same bytes through the temporary-file-and-rename path SaveAI uses.
 void BM_StageSameBytes(benchmark::State& state) {
     Fixture& f = Data();
-    std::string text = ProfileText(f.defs, {"11-19-2026", "N/A", "New AI"}, ".");
+    std::string text = ProfileFileText(f.defs, {"11-19-2026", "N/A", "New AI"}, ".");
     std::string set = BuildSetText(f.defs, "New AI");
     for (auto _ : state) {
         ReplaceFile(f.dir + "/Staged.txt", text);

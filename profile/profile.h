@@ -4,6 +4,7 @@
 #include "catalogue/definitions.h"
 #include "startup/ports.h"
 
+#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -35,6 +36,17 @@ void SaveAI(ProfileContext& ctx, const std::string& path);
 void ReadAI(ProfileContext& ctx, const std::string& path, bool merge);
 // The same for the INI-style profiles of the Tessaly tool (".tsy").
 void ReadTessalyAI(ProfileContext& ctx, const std::string& path, bool merge);
+
+// A profile whose bytes are already in memory (for example one inside a game archive).
+// `name` stands for the file in messages and in the header's defaults; `buildSet` holds
+// the text of its build-set file when it has one.
+struct ProfileText {
+    std::string name;
+    std::string text;
+    std::optional<std::string> buildSet;
+};
+void ReadAI(ProfileContext& ctx, const ProfileText& profile, bool merge);
+void ReadTessalyAI(ProfileContext& ctx, const ProfileText& profile, bool merge);
 
 // The build-set path of a profile path: its last four characters replaced by ".set".
 std::string BuildSetPath(const std::string& profilePath);

@@ -111,15 +111,13 @@ void ReadInto(ProfileContext& ctx, const std::string& path, const std::string& t
     ctx.fields.SetAuthor(author);
 }
 
-// Status line and the file read common to both readers. The callers apply
-// the build set only once the profile itself has been read, so an unreadable
-// file changes nothing.
-std::string BeginRead(ProfileContext& ctx, const std::string& path) {
-    std::string fileName = path;
+// Status line common to both readers. The callers apply the build set only
+// once the profile itself has been read, so an unreadable file changes nothing.
+void BeginRead(ProfileContext& ctx, const std::string& name) {
+    std::string fileName = name;
     ctx.progress.SetStatus("Processing... '" + StripPath(fileName) + "'");
     ctx.progress.SetValue(0);
     ctx.progress.Repaint();
-    return TextOrThrow(path);
 }
 
 // The text of a profile's build-set file, when it has one. An unreadable file
@@ -128,6 +126,11 @@ std::optional<std::string> BuildSetFileText(const std::string& profilePath) {
     std::string setPath = BuildSetPath(profilePath);
     if (!IsRegularFile(setPath)) return std::nullopt;
     return ReadProfileFile(setPath).data;
+}
+
+// A profile file and its build-set file, read whole.
+ProfileText ReadProfileText(const std::string& path) {
+    return {path, TextOrThrow(path), BuildSetFileText(path)};
 }
 
 // Include per unit from its "Set" value, `valueOf(i)` for unit i.
@@ -177,15 +180,29 @@ std::string BuildSetPath(const std::string& profilePath) {
            ".set";
 }
 
-void ReadBuildSet(Definitions& defs, const std::string& profilePath) {
-    std::optional<std::string> text = BuildSetFileText(profilePath);
-    if (!text) return;
-    auto values = FindInSections(*text, UnitNames(defs), "Set");
+namespace {
+void ApplyBuildSetText(Definitions& defs, const std::string& text) {
+    auto values = FindInSections(text, UnitNames(defs), "Set");
     ApplyBuildSet(defs, [&](int i) { return values[static_cast<std::size_t>(i - 1)]; });
+}
+} // namespace
+
+void ReadBuildSet(Definitions& defs, const std::string& profilePath) {
+    if (std::optional<std::string> text = BuildSetFileText(profilePath))
+        ApplyBuildSetText(defs, *text);
 }
 
 void ReadAI(ProfileContext& ctx, const std::string& path, bool merge) {
-    std::string text = BeginRead(ctx, path);
+    ReadAI(ctx, ReadProfileText(path), merge);
+}
+
+void ReadTessalyAI(ProfileContext& ctx, const std::string& path, bool merge) {
+    ReadTessalyAI(ctx, ReadProfileText(path), merge);
+}
+
+void ReadAI(ProfileContext& ctx, const ProfileText& profile, bool merge) {
+    BeginRead(ctx, profile.name);
+    const std::string& text = profile.text;
     const UnitIndex& index = IndexOfUnits(ctx.defs);
     const std::string sep = DecimalSeparator();
     // While the profile is searched, the helper thread copies the catalogue
@@ -196,12 +213,14 @@ void ReadAI(ProfileContext& ctx, const std::string& path, bool merge) {
         Definitions& defs = ctx.defs;
         if (merge) {
             CopyForMerge(defs);
+        } else if (!profile.buildSet) {
+            return;
         } else if (index.AnyEndBlanks()) {
             // Section names never have blanks at an end; such a catalogue
             // name is looked up the long way.
-            ReadBuildSet(defs, path);
-        } else if (std::optional<std::string> setText = BuildSetFileText(path)) {
-            auto bySlot = FindInSections(*setText, index.Table(), "Set");
+            ApplyBuildSetText(defs, *profile.buildSet);
+        } else {
+            auto bySlot = FindInSections(*profile.buildSet, index.Table(), "Set");
             ApplyBuildSet(defs, [&](int i) {
                 return bySlot[index.Slot(static_cast<std::size_t>(i - 1))];
             });
@@ -209,22 +228,22 @@ void ReadAI(ProfileContext& ctx, const std::string& path, bool merge) {
     });
     const ProfileLookup lookup(text, index, sep);
     aside.Wait();
-    ReadInto(ctx, path, text, merge, true, [&](int i) {
+    ReadInto(ctx, profile.name, text, merge, true, [&](int i) {
         auto k = static_cast<std::size_t>(i - 1);
         return std::pair{lookup.Weight(k), lookup.Limit(k)};
     });
 }
 
-void ReadTessalyAI(ProfileContext& ctx, const std::string& path, bool merge) {
-    std::string text = BeginRead(ctx, path);
+void ReadTessalyAI(ProfileContext& ctx, const ProfileText& profile, bool merge) {
+    BeginRead(ctx, profile.name);
     if (merge)
         CopyForMerge(ctx.defs);
-    else
-        ReadBuildSet(ctx.defs, path);
-    IniIndex ini(text);
+    else if (profile.buildSet)
+        ApplyBuildSetText(ctx.defs, *profile.buildSet);
+    IniIndex ini(profile.text);
     const std::string sep = DecimalSeparator();
     // A value that is not a number reads like one in our own format: its digits.
-    ReadInto(ctx, path, text, merge, false, [&](int i) {
+    ReadInto(ctx, profile.name, profile.text, merge, false, [&](int i) {
         std::string section = UCase(ctx.defs.Units[i].UnitName + ";");
         return std::pair{ProfileNumber(ini.Get(section, "Weight", "0"), sep),
                          ProfileNumber(ini.Get(section, "Limit", "0"), sep)};

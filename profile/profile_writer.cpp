@@ -338,7 +338,7 @@ int ProfileSection(std::string_view tedClass) {
     return -1;
 }
 
-std::string ProfileText(const Definitions& defs, const ProfileHeader& header,
+std::string ProfileFileText(const Definitions& defs, const ProfileHeader& header,
                         std::string_view sep) {
     return ProfileTextWithSteps(defs, header, sep, [](int) {});
 }

@@ -24,7 +24,7 @@ int ProfileSection(std::string_view tedClass);
 
 // The whole profile file: header, proper-cased body, CR LF line ends, the last
 // line empty. `sep` is the decimal separator of the number forms.
-std::string ProfileText(const Definitions& defs, const ProfileHeader& header, std::string_view sep);
+std::string ProfileFileText(const Definitions& defs, const ProfileHeader& header, std::string_view sep);
 
 // The whole build-set file for the catalogue; `aiName` as shown on the banner.
 std::string BuildSetText(const Definitions& defs, const std::string& aiName);

@@ -94,7 +94,7 @@ TEST(SaveAI, WritesTheWorkedExampleByteForByte) {
 TEST(ProfileText, EmptyCatalogueGivesTheSkeletonAndParentsLine) {
     Definitions defs;
     defs.ParentAIs = "Alpha AI, Beta AI, ";
-    std::string text = ProfileText(defs, {"01-02-2026", "me", "X AI"}, ".");
+    std::string text = ProfileFileText(defs, {"01-02-2026", "me", "X AI"}, ".");
     EXPECT_NE(text.find("\r\nUsed: Vantrel Build 1.1.0\r\n Parent AIs: Alpha AI, Beta AI\r\n -"),
               std::string::npos);
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 134);
@@ -102,7 +102,7 @@ TEST(ProfileText, EmptyCatalogueGivesTheSkeletonAndParentsLine) {
     EXPECT_EQ(text.substr(text.size() - 25), "/ Specialized Units /\r\n\r\n");
 
     defs.ParentAIs.clear();
-    text = ProfileText(defs, {"01-02-2026", "me", "X AI"}, ".");
+    text = ProfileFileText(defs, {"01-02-2026", "me", "X AI"}, ".");
     EXPECT_EQ(text.find("Parent"), std::string::npos);
     EXPECT_NE(text.find("1.1.0\r\n -"), std::string::npos);
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 133);
@@ -117,7 +117,7 @@ TEST(ProfileText, SectionsCaseAndExclusions) {
                                {"OTHER", "BOAT", true, 5, 5},
                                {"SOL", "METAL", true, 6, 6},
                                {"WIND", "ENERGY", true, 7, 7}});
-    std::string text = ProfileText(defs, {"01-02-2026", "MiXeD Author", "ALL CAPS AI"}, ".");
+    std::string text = ProfileFileText(defs, {"01-02-2026", "MiXeD Author", "ALL CAPS AI"}, ".");
     EXPECT_NE(text.find("Auth: MiXeD Author\r\nName: ALL CAPS AI\r\n"), std::string::npos);
     EXPECT_NE(text.find("/ Ships, Sub, And Water-units /\r\n\r\nWeight Arm_fido 1\r\n"
                         "Weight 2nd 2\r\n\r\n/ Defense /"),
@@ -152,7 +152,7 @@ TEST(ProfileText, EveryLineShowsItsOwnValue) {
     defs.OptionValues[optMediumLimit] = percents[1];
     defs.OptionValues[optHardLimit] = percents[2];
     for (std::string sep : {".", ","}) {
-        const std::string text = ProfileText(defs, {"01-02-2026", "me", "X AI"}, sep);
+        const std::string text = ProfileFileText(defs, {"01-02-2026", "me", "X AI"}, sep);
         int list = -1; // -1: the weights, then the plans in order
         std::size_t checked = 0;
         std::istringstream lines(text);
