@@ -339,7 +339,7 @@ int ProfileSection(std::string_view tedClass) {
 }
 
 std::string ProfileFileText(const Definitions& defs, const ProfileHeader& header,
-                        std::string_view sep) {
+                            std::string_view sep) {
     return ProfileTextWithSteps(defs, header, sep, [](int) {});
 }
 
