@@ -14,7 +14,9 @@ const char* Details =
     "with the values read. With --merge the profile is read as Merge reads it\n"
     "and the table shows the merged copy of the units instead.\n"
     "Then follow the lines LoadedAIName<TAB>name and, when opening,\n"
-    "Author<TAB>author and Name<TAB>the Settings name.";
+    "Author<TAB>author and Name<TAB>the Settings name.\n"
+    "PROFILE may name a profile inside a game archive, ARCHIVE#path/inside\n"
+    "(for example TOTALA1.HPI#ai/DEFAULT.TXT; the path is matched in any case).";
 
 int RunShow(const std::vector<std::string>& args) {
     if (WantsHelp(args, Usage, Details)) return ExitOk;

@@ -60,28 +60,36 @@ void FileCommands::OpenOrMerge(bool merge) {
     // The dialog's last folder is remembered even when it was cancelled.
     if (!chosen.folder.empty()) remembered_ = chosen.folder;
     if (!chosen.accepted) return;
+    // The filter decides the reader, not the extension.
+    ReadChosen(chosen.path, chosen.filterIndex != 1, merge, FolderPart(chosen.path));
+}
 
+void FileCommands::OpenGameProfile(const std::string& path) {
+    ReadChosen(path, false, false, std::nullopt);
+}
+
+void FileCommands::ReadChosen(const std::string& path, bool tessaly, bool merge,
+                              const std::optional<std::string>& lastDir) {
     p_.defs.Changed = true;
-    const bool tessaly = chosen.filterIndex != 1; // the filter decides, not the extension
     bool read = RunWithProgress(merge ? "Merge" : "Vantrel", [&](ProfileContext& ctx) {
         if (tessaly)
-            p_.profiles.ReadTessaly(ctx, chosen.path, merge);
+            p_.profiles.ReadTessaly(ctx, path, merge);
         else
-            p_.profiles.Read(ctx, chosen.path, merge);
+            p_.profiles.Read(ctx, path, merge);
     });
     if (!read) return;
 
     if (!merge) {
         window_.ReselectCurrentSide();
         window_.SetInUse(true);
-        p_.settings.Set("LastDir", FolderPart(chosen.path));
+        if (lastDir) p_.settings.Set("LastDir", *lastDir);
         return;
     }
     p_.defs.DialogOK = false;
     window_.ShowMerge();
     window_.ReselectCurrentSide(); // whatever the dialog's answer
     window_.SetInUse(true);
-    p_.settings.Set("LastDir", FolderPart(chosen.path));
+    if (lastDir) p_.settings.Set("LastDir", *lastDir);
     if (p_.defs.DialogOK) p_.messages.Inform("Merge complete", "Merge", MsgIcon::Information);
 }
 
@@ -95,6 +103,7 @@ void FileCommands::Save() {
     bool written =
         RunWithProgress("Save", [&](ProfileContext& ctx) { p_.profiles.Save(ctx, chosen.path); });
     if (!written) return;
+    saved_ = chosen.path;
     window_.SetInUse(true);
     p_.settings.Set("LastDir", FolderPart(chosen.path));
 }

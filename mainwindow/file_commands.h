@@ -8,6 +8,7 @@
 #include "profile/profile.h"
 #include "startup/ports.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -92,12 +93,20 @@ class FileCommands {
     void Merge() { OpenOrMerge(true); }
     void Save();
     void External();
+    // Opens a profile the game has (a loose file or "ARCHIVE#inner") as Open
+    // does once its dialog is done; LastDir stays as it was.
+    void OpenGameProfile(const std::string& path);
+    // The file the last successful Save wrote ("" before the first).
+    const std::string& SavedPath() const { return saved_; }
 
     const std::string& RememberedFolder() const { return remembered_; }
     const std::string& InitialFolder() const { return initialFolder_; }
 
   private:
     void OpenOrMerge(bool merge);
+    // Open or Merge after the dialog; `lastDir` is stored when given.
+    void ReadChosen(const std::string& path, bool tessaly, bool merge,
+                    const std::optional<std::string>& lastDir);
     // Folder handling before a dialog: the remembered folder, when set, is where it opens.
     void UseRememberedFolder();
     // Runs the reader or writer with the window out of use and frmLoad shown.
@@ -109,6 +118,7 @@ class FileCommands {
     MainWindowHooks& window_;
     std::string remembered_;
     std::string initialFolder_;
+    std::string saved_;
 };
 
 // ---------------------------------------------------------------------------
