@@ -67,11 +67,15 @@ ProfileText ReadArchivedProfile(const ArchivePath& where) {
     std::optional<std::string> text = ExtractToText(*archive, *file);
     if (!text) throw ProfileError("Cannot read '" + name + "': the archived file is damaged.");
 
+    // The file's name as the archive has it stands for the profile.
+    const std::size_t folderEnd = where.inner.find_last_of("/\\") + 1;
+    const std::string entryName = where.archive + "#" + where.inner.substr(0, folderEnd) + file->name;
+
     // A damaged build-set file reads like one without sections, as on disk.
     std::optional<std::string> buildSet;
     const HpiEntry* set = archive->FindFile(BuildSetPath(where.inner));
     if (set && !set->isDirectory) buildSet = ExtractToText(*archive, *set).value_or("");
-    return {name, std::move(*text), std::move(buildSet)};
+    return {entryName, std::move(*text), std::move(buildSet)};
 }
 
 ProfileText ReadProfileAt(const std::string& path) {

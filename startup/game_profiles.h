@@ -22,7 +22,7 @@ std::optional<ArchivePath> SplitArchivePath(const std::string& path);
 
 // Reads the file `inner` of `archive` (the path matched without letter case)
 // and the build-set file beside it in the archive, when there is one. The
-// profile's name is "ARCHIVE#inner". Throws ProfileError naming the archive
+// profile's name is "ARCHIVE#inner" with the file name as the archive has it. Throws ProfileError naming the archive
 // when it is missing or no archive, or the entry when the archive lacks it.
 ProfileText ReadArchivedProfile(const ArchivePath& where);
 
