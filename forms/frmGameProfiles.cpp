@@ -38,7 +38,9 @@ frmGameProfiles::frmGameProfiles(const std::string& gameDir, QWidget* parent) : 
                                                        QString::number(p.size)});
         item->setTextAlignment(2, Qt::AlignRight | Qt::AlignVCenter);
     }
+    lstProfiles->header()->setStretchLastSection(false);
     lstProfiles->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    lstProfiles->header()->setSectionResizeMode(1, QHeaderView::Stretch);
     if (!profiles_.empty()) lstProfiles->setCurrentItem(lstProfiles->topLevelItem(0));
 
     NewOkCancel(this, cmdOK, cmdCancel);

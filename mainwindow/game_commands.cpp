@@ -27,9 +27,9 @@ void InstallIntoGame(FileCommands& files, Messages& messages, const std::string&
         return;
     }
     if (files.SavedPath().empty()) {
-        MsgAnswer save = messages.Show("The profile is installed as it was saved, and it has not "
-                                       "been saved yet. Save it now?",
-                                       title, MsgButtons::YesNo, MsgIcon::Question);
+        MsgAnswer save =
+            messages.Show("The profile must be saved before it can be installed. Save it now?",
+                          title, MsgButtons::YesNo, MsgIcon::Question);
         if (save != MsgAnswer::Yes) return;
         files.Save();
         if (files.SavedPath().empty()) return;
