@@ -29,14 +29,7 @@ int RunCheck(const std::vector<std::string>& args) {
     if (WantsHelp(args, Usage, Details)) return ExitOk;
     std::vector<std::string> positional;
     bool tessaly = false;
-    for (const std::string& a : args) {
-        if (a == "--tessaly")
-            tessaly = true;
-        else if (a.size() > 1 && a[0] == '-')
-            return UsageError(Usage, "unknown option " + a);
-        else
-            positional.push_back(a);
-    }
+    if (auto status = SplitArgs(args, Usage, {{"--tessaly", &tessaly}}, positional)) return *status;
     if (positional.size() != 2) return UsageError(Usage, "expected UNITS_DIR and PROFILE");
 
     ProfileRun run;
@@ -44,7 +37,8 @@ int RunCheck(const std::vector<std::string>& args) {
     if (!SplitArchivePath(positional[1]) && !FileExists(positional[1])) return ExitUsage;
     std::vector<CheckFinding> findings;
     try {
-        findings = CheckProfile(run.defs, ReadProfileAt(positional[1]), tessaly, DecimalSeparator());
+        findings =
+            CheckProfile(run.defs, ReadProfileAt(positional[1]), tessaly, DecimalSeparator());
     } catch (const ProfileError& e) {
         std::cerr << "vantrel-cli: " << e.what() << "\n";
         return ExitFailed;
@@ -54,9 +48,8 @@ int RunCheck(const std::vector<std::string>& args) {
     return findings.empty() ? ExitOk : ExitFailed;
 }
 
-const CommandRegistrar reg("check", Usage,
-                           "check an AI profile's unit names and values against the units",
-                           RunCheck);
+const CommandRegistrar
+    reg("check", Usage, "check an AI profile's unit names and values against the units", RunCheck);
 
 } // namespace
 } // namespace vantrel::cli

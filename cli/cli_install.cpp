@@ -21,14 +21,7 @@ int RunInstall(const std::vector<std::string>& args) {
     if (WantsHelp(args, Usage, Details)) return ExitOk;
     std::vector<std::string> positional;
     bool force = false;
-    for (const std::string& a : args) {
-        if (a == "--force")
-            force = true;
-        else if (a.size() > 1 && a[0] == '-')
-            return UsageError(Usage, "unknown option " + a);
-        else
-            positional.push_back(a);
-    }
+    if (auto status = SplitArgs(args, Usage, {{"--force", &force}}, positional)) return *status;
     if (positional.size() != 2) return UsageError(Usage, "expected PROFILE and GAME_DIR");
     if (!FileExists(positional[0]) || !FolderExists(positional[1])) return ExitUsage;
 

@@ -22,16 +22,9 @@ int RunShow(const std::vector<std::string>& args) {
     if (WantsHelp(args, Usage, Details)) return ExitOk;
     std::vector<std::string> positional;
     bool tessaly = false, merge = false;
-    for (const std::string& a : args) {
-        if (a == "--tessaly")
-            tessaly = true;
-        else if (a == "--merge")
-            merge = true;
-        else if (a.size() > 1 && a[0] == '-')
-            return UsageError(Usage, "unknown option " + a);
-        else
-            positional.push_back(a);
-    }
+    if (auto status =
+            SplitArgs(args, Usage, {{"--tessaly", &tessaly}, {"--merge", &merge}}, positional))
+        return *status;
     if (positional.size() != 2) return UsageError(Usage, "expected UNITS_DIR and PROFILE");
 
     ProfileRun run;

@@ -34,8 +34,8 @@ frmGameProfiles::frmGameProfiles(const std::string& gameDir, QWidget* parent) : 
     lstProfiles->setRootIsDecorated(false);
     lstProfiles->setHeaderLabels({"Source", "Name", "Size"});
     for (const GameProfile& p : profiles_) {
-        auto* item = new QTreeWidgetItem(lstProfiles, {ToLatin1Text(p.source), ToLatin1Text(p.name),
-                                                       QString::number(p.size)});
+        auto* item = new QTreeWidgetItem(
+            lstProfiles, {ToLatin1Text(p.source), ToLatin1Text(p.name), QString::number(p.size)});
         item->setTextAlignment(2, Qt::AlignRight | Qt::AlignVCenter);
     }
     lstProfiles->header()->setStretchLastSection(false);

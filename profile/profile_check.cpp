@@ -78,7 +78,8 @@ std::vector<Entry> TessalyEntries(std::string_view text) {
         std::size_t eq = line.find('=');
         std::string key = TrimBlanks(line.substr(0, eq));
         bool weight = EqualsNoCase(key, "Weight");
-        if (entries.empty() || eq == std::string_view::npos || (!weight && !EqualsNoCase(key, "Limit")))
+        if (entries.empty() || eq == std::string_view::npos ||
+            (!weight && !EqualsNoCase(key, "Limit")))
             return;
         entries.push_back({section, read, weight, true, pos, number, std::string(line),
                            TrimBlanks(line.substr(eq + 1))});
@@ -156,10 +157,14 @@ std::vector<CheckFinding> CheckProfile(const Definitions& defs, const ProfileTex
 
 std::string CheckLine(const CheckFinding& f) {
     switch (f.kind) {
-    case CheckFinding::Unknown: return "unknown\t" + f.name;
-    case CheckFinding::Shadowed: return "shadowed\t" + f.name + "\t" + f.unitName;
-    case CheckFinding::Missing: return "missing\t" + f.name;
-    case CheckFinding::NotANumber: return "not-a-number\t" + std::to_string(f.line) + "\t" + f.text;
+    case CheckFinding::Unknown:
+        return "unknown\t" + f.name;
+    case CheckFinding::Shadowed:
+        return "shadowed\t" + f.name + "\t" + f.unitName;
+    case CheckFinding::Missing:
+        return "missing\t" + f.name;
+    case CheckFinding::NotANumber:
+        return "not-a-number\t" + std::to_string(f.line) + "\t" + f.text;
     }
     return {};
 }

@@ -30,7 +30,8 @@ std::optional<std::string> ExtractToText(const HpiArchive& archive, const HpiEnt
 // The first entry of `dir` (in listing order) named `name` in any case for
 // which `wanted(path)` holds.
 template <class Wanted>
-std::optional<std::string> FindNoCase(const std::string& dir, const std::string& name, Wanted wanted) {
+std::optional<std::string> FindNoCase(const std::string& dir, const std::string& name,
+                                      Wanted wanted) {
     std::optional<std::string> found;
     DIR* d = ::opendir(dir.c_str());
     if (!d) return found;
@@ -55,7 +56,8 @@ std::optional<ArchivePath> SplitArchivePath(const std::string& path) {
 ProfileText ReadArchivedProfile(const ArchivePath& where) {
     const std::string name = where.archive + "#" + where.inner;
     if (!IsRegularFile(where.archive))
-        throw ProfileError("Cannot read '" + name + "': there is no archive '" + where.archive + "'.");
+        throw ProfileError("Cannot read '" + name + "': there is no archive '" + where.archive +
+                           "'.");
     auto archive = HpiArchive::OpenFile(where.archive);
     if (!archive)
         throw ProfileError("Cannot read '" + name + "': '" + where.archive +
@@ -69,7 +71,8 @@ ProfileText ReadArchivedProfile(const ArchivePath& where) {
 
     // The file's name as the archive has it stands for the profile.
     const std::size_t folderEnd = where.inner.find_last_of("/\\") + 1;
-    const std::string entryName = where.archive + "#" + where.inner.substr(0, folderEnd) + file->name;
+    const std::string entryName =
+        where.archive + "#" + where.inner.substr(0, folderEnd) + file->name;
 
     // A damaged build-set file reads like one without sections, as on disk.
     std::optional<std::string> buildSet;
@@ -108,7 +111,8 @@ std::vector<GameProfile> ListGameProfiles(const std::string& gameDir) {
     for (const std::string& file : ListFiles(aiDir, "*.txt")) {
         const std::string path = JoinPath(aiDir, file);
         struct stat st {};
-        std::uint64_t size = ::stat(path.c_str(), &st) == 0 ? static_cast<std::uint64_t>(st.st_size) : 0;
+        std::uint64_t size =
+            ::stat(path.c_str(), &st) == 0 ? static_cast<std::uint64_t>(st.st_size) : 0;
         profiles.push_back({"ai", file, size, path});
     }
     return profiles;
@@ -131,8 +135,7 @@ void InstallProfile(const std::string& profilePath, const InstallPlan& plan) {
     FileText text = ReadProfileFile(profilePath);
     if (!text.ok()) throw ProfileError("Cannot read '" + profilePath + "': " + text.error + ".");
     std::string folder = plan.destination.substr(0, plan.destination.find_last_of(PathSep));
-    if (!MakeDirectory(folder))
-        throw ProfileError("Cannot create the folder '" + folder + "'.");
+    if (!MakeDirectory(folder)) throw ProfileError("Cannot create the folder '" + folder + "'.");
     ReplaceFile(plan.destination, text.data);
 }
 

@@ -22,8 +22,8 @@ std::optional<ArchivePath> SplitArchivePath(const std::string& path);
 
 // Reads the file `inner` of `archive` (the path matched without letter case)
 // and the build-set file beside it in the archive, when there is one. The
-// profile's name is "ARCHIVE#inner" with the file name as the archive has it. Throws ProfileError naming the archive
-// when it is missing or no archive, or the entry when the archive lacks it.
+// profile's name is "ARCHIVE#inner" with the file name as the archive has it. Throws ProfileError
+// naming the archive when it is missing or no archive, or the entry when the archive lacks it.
 ProfileText ReadArchivedProfile(const ArchivePath& where);
 
 // The profile at `path`, a file or "ARCHIVE#inner", with its build-set text
@@ -34,7 +34,7 @@ struct GameProfile {
     std::string source; // the archive's file name, or "ai" for a loose file
     std::string name;   // the path inside the archive ("/" separators), or the file name
     std::uint64_t size = 0;
-    std::string path;   // what the readers take: "ARCHIVE#inner" or the loose file's path
+    std::string path; // what the readers take: "ARCHIVE#inner" or the loose file's path
 };
 // Every "*.txt" in the "ai" folder of each archive of `gameDir` (the archive
 // patterns of the extraction, then "*.ufo"; archives in listing order), then

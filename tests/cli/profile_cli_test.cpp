@@ -112,7 +112,8 @@ TEST_F(ProfileCli, ErrorsAndExitStatuses) {
 TEST_F(ProfileCli, GameProfilesAndProfilesInsideArchives) {
     const std::string game = dir / "game";
     std::filesystem::create_directories(game + "/AI");
-    auto archive = [&](const std::string& name, std::vector<std::pair<std::string, std::string>> files) {
+    auto archive = [&](const std::string& name,
+                       std::vector<std::pair<std::string, std::string>> files) {
         testing::HpiWriter w;
         for (auto& [path, data] : files)
             w.AddFile(path, data, hpi::Zlib);
@@ -141,12 +142,14 @@ TEST_F(ProfileCli, GameProfilesAndProfilesInsideArchives) {
     r = Run("save " + Units() + Q(dir / "out.txt") + " --open " + Q(game + "/A.gp3#ai/RUSH.TXT"));
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_NE(ReadBytes(dir / "out.txt").find("Name: rush AI\r\n"), std::string::npos);
-    EXPECT_EQ(test::FolderEntries(game), (std::vector<std::string>{"A.gp3", "AI", "TOTALA1.HPI", "b.ufo"}));
+    EXPECT_EQ(test::FolderEntries(game),
+              (std::vector<std::string>{"A.gp3", "AI", "TOTALA1.HPI", "b.ufo"}));
 
     // A missing archive or entry is named; nothing is left behind.
     r = Run("show " + Units() + Q(game + "/TOTALA2.HPI#ai/DEFAULT.TXT"));
     EXPECT_EQ(r.status, 1);
-    EXPECT_NE(r.err.find("there is no archive '" + game + "/TOTALA2.HPI'"), std::string::npos) << r.err;
+    EXPECT_NE(r.err.find("there is no archive '" + game + "/TOTALA2.HPI'"), std::string::npos)
+        << r.err;
     r = Run("show " + Units() + Q(game + "/TOTALA1.HPI#ai/NONE.TXT"));
     EXPECT_EQ(r.status, 1);
     EXPECT_NE(r.err.find("the archive has no file 'ai/NONE.TXT'"), std::string::npos) << r.err;

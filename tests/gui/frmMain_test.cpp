@@ -7,10 +7,10 @@
 #include "mainwindow/frmMain.h"
 #include "mainwindow/qt_file_dialogs.h"
 #include "startup/frmLoad.h"
-#include "startup/paths.h"
 #include "startup/hpi_archive.h"
-#include "support/hpi_writer.h"
+#include "startup/paths.h"
 #include "support/command_fakes.h"
+#include "support/hpi_writer.h"
 #include "support/test_support.h"
 
 #include <QAction>
