@@ -55,10 +55,19 @@ std::optional<ArchivePath> SplitArchivePath(const std::string& path) {
 
 ProfileText ReadArchivedProfile(const ArchivePath& where) {
     const std::string name = where.archive + "#" + where.inner;
-    if (!IsRegularFile(where.archive))
-        throw ProfileError("Cannot read '" + name + "': there is no archive '" + where.archive +
-                           "'.");
-    auto archive = HpiArchive::OpenFile(where.archive);
+    // The archive's own name matches in any case, as in the game folder.
+    std::string archivePath = where.archive;
+    if (!IsRegularFile(archivePath)) {
+        const std::size_t nameStart = archivePath.find_last_of(PathSep) + 1;
+        const std::string folder = nameStart ? archivePath.substr(0, nameStart) : "./";
+        auto found = FindNoCase(folder, archivePath.substr(nameStart),
+                                [](const std::string& p) { return IsRegularFile(p); });
+        if (!found)
+            throw ProfileError("Cannot read '" + name + "': there is no archive '" + where.archive +
+                               "'.");
+        archivePath = archivePath.substr(0, nameStart) + *found;
+    }
+    auto archive = HpiArchive::OpenFile(archivePath);
     if (!archive)
         throw ProfileError("Cannot read '" + name + "': '" + where.archive +
                            "' is not an archive of the game.");
@@ -71,8 +80,7 @@ ProfileText ReadArchivedProfile(const ArchivePath& where) {
 
     // The file's name as the archive has it stands for the profile.
     const std::size_t folderEnd = where.inner.find_last_of("/\\") + 1;
-    const std::string entryName =
-        where.archive + "#" + where.inner.substr(0, folderEnd) + file->name;
+    const std::string entryName = archivePath + "#" + where.inner.substr(0, folderEnd) + file->name;
 
     // A damaged build-set file reads like one without sections, as on disk.
     std::optional<std::string> buildSet;

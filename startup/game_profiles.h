@@ -20,7 +20,7 @@ struct ArchivePath {
 // Splits `path` at its last '#', unless it names an existing file as it stands.
 std::optional<ArchivePath> SplitArchivePath(const std::string& path);
 
-// Reads the file `inner` of `archive` (the path matched without letter case)
+// Reads the file `inner` of `archive` (both names matched without letter case)
 // and the build-set file beside it in the archive, when there is one. The
 // profile's name is "ARCHIVE#inner" with the file name as the archive has it. Throws ProfileError
 // naming the archive when it is missing or no archive, or the entry when the archive lacks it.

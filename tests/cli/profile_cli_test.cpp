@@ -133,8 +133,8 @@ TEST_F(ProfileCli, GameProfilesAndProfilesInsideArchives) {
                      "b.ufo\tAi/Ufo.txt\t16\nai\tmine.txt\t16\n");
     EXPECT_EQ(Run("game-profiles " + Q(dir / "nogame")).status, 2);
 
-    // Read in place, the path matched in any case, its build set from the archive.
-    r = Run("show " + Units() + Q(game + "/TOTALA1.HPI#AI/default.txt"));
+    // Read in place, names matched in any case, its build set from the archive.
+    r = Run("show " + Units() + Q(game + "/totala1.hpi#AI/default.txt"));
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_NE(r.out.find("\tARMCK\tCNSTR\td\t3\t0\t1\n"), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("\tCORAK\tKBOT\td\t0\t0\t0\n"), std::string::npos) << r.out;
