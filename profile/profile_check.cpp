@@ -5,8 +5,10 @@
 #include "profile/profile_numbers.h"
 #include "profile/profile_writer.h"
 
+#include <algorithm>
 #include <map>
 #include <set>
+#include <unordered_map>
 
 namespace vantrel {
 
@@ -87,6 +89,40 @@ std::vector<Entry> TessalyEntries(std::string_view text) {
     return entries;
 }
 
+// A name -> its units, and which lengths names have.
+struct NameMap {
+    std::unordered_map<std::string, std::vector<int>> units;
+    std::vector<bool> lengths;
+    void Add(std::string name, int unit) {
+        if (lengths.size() <= name.size()) lengths.resize(name.size() + 1);
+        lengths[name.size()] = true;
+        units[std::move(name)].push_back(unit);
+    }
+};
+using ReadAt =
+    std::map<std::pair<std::size_t, bool>, std::vector<int>>; // (position, weight) -> units
+
+// Visits the occurrences of `key` in `text` from `from` on, in order: every
+// unit whose name the text after one starts with and that has found none yet
+// reads that one, as the reader's search for "key + name" finds it first.
+void TakeFirstMatches(std::string_view text, std::string_view key, std::size_t from,
+                      const NameMap& names, std::vector<bool>& found, ReadAt& readAt, bool weight) {
+    for (std::size_t p = text.find(key, from); p != std::string_view::npos;
+         p = text.find(key, p + 1)) {
+        const std::string_view after = text.substr(p + key.size(), names.lengths.size() - 1);
+        for (std::size_t len = 1; len <= after.size(); ++len) {
+            if (!names.lengths[len]) continue;
+            auto it = names.units.find(std::string(after.substr(0, len)));
+            if (it == names.units.end()) continue;
+            for (int i : it->second)
+                if (!found[static_cast<std::size_t>(i)]) {
+                    found[static_cast<std::size_t>(i)] = true;
+                    readAt[{p, weight}].push_back(i);
+                }
+        }
+    }
+}
+
 } // namespace
 
 std::vector<CheckFinding> CheckProfile(const Definitions& defs, const ProfileText& profile,
@@ -94,32 +130,31 @@ std::vector<CheckFinding> CheckProfile(const Definitions& defs, const ProfileTex
     const std::string_view text = profile.text;
     const std::vector<Entry> entries = tessaly ? TessalyEntries(text) : OwnEntries(text);
     std::vector<std::string> names;
-    std::set<std::string> units; // upper-cased
+    NameMap upperNames, exactNames;
     for (int i = 1; i <= defs.Units.UBound(); ++i) {
         names.push_back(defs.Units[i].UnitName);
-        units.insert(UCase(names.back()));
+        upperNames.Add(UCase(names.back()), i);
+        exactNames.Add(names.back(), i);
     }
 
     // Where our own reader looks for each unit: the first "WEIGHT " + name in
     // the upper-cased text; "LIMIT " + name from the hard plan on, else
     // anywhere with the name as written. Either also finds longer names.
-    std::map<std::pair<std::size_t, bool>, std::vector<int>> readAt; // (position, weight) -> units
+    ReadAt readAt;
     if (!tessaly) {
         const std::string upper = UCase(text);
-        std::size_t hard = upper.find("PLAN HARD");
-        if (hard == std::string::npos) hard = 0;
-        for (int i = 1; i <= defs.Units.UBound(); ++i) {
-            const std::string& name = defs.Units[i].UnitName;
-            if (name.empty()) continue;
-            readAt[{upper.find("WEIGHT " + UCase(name)), true}].push_back(i);
-            std::size_t limit = upper.find("LIMIT " + UCase(name), hard);
-            if (limit == std::string::npos) limit = text.find("LIMIT " + name);
-            readAt[{limit, false}].push_back(i);
-        }
+        const std::size_t hard = upper.find("PLAN HARD");
+        std::vector<bool> hasWeight(names.size() + 1), hasLimit(names.size() + 1);
+        TakeFirstMatches(upper, "WEIGHT ", 0, upperNames, hasWeight, readAt, true);
+        TakeFirstMatches(upper, "LIMIT ", hard == std::string::npos ? 0 : hard, upperNames,
+                         hasLimit, readAt, false);
+        TakeFirstMatches(text, "LIMIT ", 0, exactNames, hasLimit, readAt, false);
     }
 
     // A name the reader reads as its own unit's entry.
-    auto known = [&](const Entry& e) { return (!tessaly || e.read) && units.count(UCase(e.name)); };
+    auto known = [&](const Entry& e) {
+        return (!tessaly || e.read) && upperNames.units.count(UCase(e.name));
+    };
     std::vector<CheckFinding> unknown, shadowed, missing, notNumbers;
     std::set<std::string> seen, pairs, weighted;
     for (const Entry& e : entries) {

@@ -45,6 +45,9 @@ TEST(ProfileCheck, ShadowsAreTheEntriesTheReaderTakes) {
               std::vector<std::string>{});
     EXPECT_EQ(Lines(rig.defs, {"c.txt", clean, std::nullopt}, false),
               std::vector<std::string>{"missing\tCORAK"});
+    // Without units every name is unknown.
+    EXPECT_EQ(Lines(Definitions{}, {"c.txt", clean, std::nullopt}, false),
+              (std::vector<std::string>{"unknown\tARMCOM", "unknown\tARMCK"}));
 }
 
 TEST(ProfileCheck, TessalySectionsAreReadOnlyWithTheirSemicolon) {
