@@ -107,6 +107,7 @@ using ReadAt =
 // reads that one, as the reader's search for "key + name" finds it first.
 void TakeFirstMatches(std::string_view text, std::string_view key, std::size_t from,
                       const NameMap& names, std::vector<bool>& found, ReadAt& readAt, bool weight) {
+    if (names.lengths.empty()) return; // no units
     for (std::size_t p = text.find(key, from); p != std::string_view::npos;
          p = text.find(key, p + 1)) {
         const std::string_view after = text.substr(p + key.size(), names.lengths.size() - 1);
