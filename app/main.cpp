@@ -6,6 +6,7 @@
 #include "forms/frmOptions.h"
 #include "forms/qt_icon.h"
 #include "mainwindow/frmMain.h"
+#include "mainwindow/game_commands.h"
 #include "mainwindow/qt_file_dialogs.h"
 #include "startup/frmLoad.h"
 #include "startup/hpi_library.h"
@@ -58,7 +59,7 @@ int main(int argc, char** argv) {
         return 0;
 
     QtFileDialogs dialogs;
-    ProfileIO profiles; // SaveAI, ReadAI, ReadTessalyAI
+    GameProfileIO profiles; // SaveAI, ReadAI, ReadTessalyAI; also inside the game's archives
     frmMain window(defs, {messages, settings, shell, progress, clock, random, dialogs, profiles});
     messages.SetParent(&window);
     dialogs.SetParent(&window);

@@ -34,6 +34,23 @@ int UsageError(const std::string& usage, const std::string& message) {
     return ExitUsage;
 }
 
+std::optional<int> SplitArgs(const std::vector<std::string>& args, const std::string& usage,
+                             std::initializer_list<Flag> flags,
+                             std::vector<std::string>& positional) {
+    for (const std::string& a : args) {
+        const Flag* flag = nullptr;
+        for (const Flag& f : flags)
+            if (a == f.name) flag = &f;
+        if (flag)
+            *flag->given = true;
+        else if (a.size() > 1 && a[0] == '-')
+            return UsageError(usage, "unknown option " + a);
+        else
+            positional.push_back(a);
+    }
+    return std::nullopt;
+}
+
 std::string Escape(const std::string& s) {
     std::string out;
     out.reserve(s.size());

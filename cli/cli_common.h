@@ -6,7 +6,9 @@
 #include "startup/ports.h"
 
 #include <functional>
+#include <initializer_list>
 #include <iosfwd>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -37,6 +39,17 @@ struct CommandRegistrar {
 bool WantsHelp(const std::vector<std::string>& args, const std::string& usage,
                const std::string& details);
 int UsageError(const std::string& usage, const std::string& message);
+
+// A switch of a command ("--merge") and where to record that it was given.
+struct Flag {
+    const char* name;
+    bool* given;
+};
+// Splits `args` into the positional arguments and the given switches.
+// Returns the exit status of a usage error when an argument is an unknown option.
+std::optional<int> SplitArgs(const std::vector<std::string>& args, const std::string& usage,
+                             std::initializer_list<Flag> flags,
+                             std::vector<std::string>& positional);
 
 // TAB, CR, LF and backslash written as \t, \r, \n, \\.
 std::string Escape(const std::string& s);

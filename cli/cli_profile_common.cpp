@@ -1,6 +1,7 @@
 #include "cli/cli_profile_common.h"
 
 #include "app/qt_settings_store.h"
+#include "startup/game_profiles.h"
 #include "startup/options.h"
 
 #include <clocale>
@@ -20,16 +21,18 @@ std::optional<int> PrepareProfileRun(ProfileRun& run, const std::string& unitsDi
 std::optional<int> OpenProfile(ProfileRun& run, const std::string& path, bool tessaly, bool merge) {
     // A path that exists but cannot be read as a profile (a folder, say) is
     // failed work, reported by the reader; only a missing one is bad input.
+    // A profile inside an archive that cannot be found is failed work too.
     struct stat st {};
-    if (::stat(path.c_str(), &st) != 0) {
+    if (!SplitArchivePath(path) && ::stat(path.c_str(), &st) != 0) {
         std::cerr << "vantrel-cli: no such file: " << path << "\n";
         return ExitUsage;
     }
     try {
+        ProfileText profile = ReadProfileAt(path);
         if (tessaly)
-            ReadTessalyAI(run.ctx, path, merge);
+            ReadTessalyAI(run.ctx, profile, merge);
         else
-            ReadAI(run.ctx, path, merge);
+            ReadAI(run.ctx, profile, merge);
     } catch (const ProfileError& e) {
         std::cerr << "vantrel-cli: " << e.what() << "\n";
         return ExitFailed;

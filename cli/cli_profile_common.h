@@ -23,8 +23,10 @@ struct ProfileRun {
 // Returns an exit status when that fails.
 std::optional<int> PrepareProfileRun(ProfileRun& run, const std::string& unitsDir);
 
-// Opens (or merges) a profile as File, Open (or Merge) does. Returns an exit
-// status when that fails: 2 for a missing file, 1 when it cannot be read.
+// Opens (or merges) a profile as File, Open (or Merge) does; `path` may name
+// a profile inside an archive ("ARCHIVE#path/inside"). Returns an exit status
+// when that fails: 2 for a missing file, 1 when it cannot be read or the
+// archive or the file inside it is missing.
 std::optional<int> OpenProfile(ProfileRun& run, const std::string& path, bool tessaly, bool merge);
 
 } // namespace vantrel::cli

@@ -14,22 +14,17 @@ const char* Details =
     "with the values read. With --merge the profile is read as Merge reads it\n"
     "and the table shows the merged copy of the units instead.\n"
     "Then follow the lines LoadedAIName<TAB>name and, when opening,\n"
-    "Author<TAB>author and Name<TAB>the Settings name.";
+    "Author<TAB>author and Name<TAB>the Settings name.\n"
+    "PROFILE may name a profile inside a game archive, ARCHIVE#path/inside\n"
+    "(for example TOTALA1.HPI#ai/DEFAULT.TXT; the path is matched in any case).";
 
 int RunShow(const std::vector<std::string>& args) {
     if (WantsHelp(args, Usage, Details)) return ExitOk;
     std::vector<std::string> positional;
     bool tessaly = false, merge = false;
-    for (const std::string& a : args) {
-        if (a == "--tessaly")
-            tessaly = true;
-        else if (a == "--merge")
-            merge = true;
-        else if (a.size() > 1 && a[0] == '-')
-            return UsageError(Usage, "unknown option " + a);
-        else
-            positional.push_back(a);
-    }
+    if (auto status =
+            SplitArgs(args, Usage, {{"--tessaly", &tessaly}, {"--merge", &merge}}, positional))
+        return *status;
     if (positional.size() != 2) return UsageError(Usage, "expected UNITS_DIR and PROFILE");
 
     ProfileRun run;

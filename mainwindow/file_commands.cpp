@@ -85,31 +85,39 @@ void FileCommands::OpenOrMerge(bool merge) {
     // The dialog's last folder is remembered even when it was cancelled.
     if (!chosen.folder.empty()) remembered_ = chosen.folder;
     if (!chosen.accepted) return;
-    const std::string title = merge ? "Merge" : "Open";
-    if (!ConfirmProfile(chosen.path, title)) return;
+    if (!ConfirmProfile(chosen.path, merge ? "Merge" : "Open")) return;
+    // The filter decides the reader, not the extension.
+    ReadChosen(chosen.path, chosen.filterIndex != 1, merge, true);
+}
 
+void FileCommands::OpenGameProfile(const std::string& path) {
+    if (!SavePrompt()) return;
+    ReadChosen(path, false, false, false);
+}
+
+void FileCommands::ReadChosen(const std::string& path, bool tessaly, bool merge,
+                              bool rememberFolder) {
     // A merge leaves changes to save; an opened profile is what its file holds.
     p_.defs.Changed = merge;
-    const bool tessaly = chosen.filterIndex != 1; // the filter decides, not the extension
     bool read = RunWithProgress(merge ? "Merge" : "Vantrel", [&](ProfileContext& ctx) {
         if (tessaly)
-            p_.profiles.ReadTessaly(ctx, chosen.path, merge);
+            p_.profiles.ReadTessaly(ctx, path, merge);
         else
-            p_.profiles.Read(ctx, chosen.path, merge);
+            p_.profiles.Read(ctx, path, merge);
     });
     if (!read) return;
 
     if (!merge) {
         window_.ReselectCurrentSide();
         window_.SetInUse(true);
-        RememberFolderOf(chosen.path);
+        if (rememberFolder) RememberFolderOf(path);
         return;
     }
     p_.defs.DialogOK = false;
     window_.ShowMerge();
     window_.ReselectCurrentSide(); // whatever the dialog's answer
     window_.SetInUse(true);
-    RememberFolderOf(chosen.path);
+    if (rememberFolder) RememberFolderOf(path);
     if (p_.defs.DialogOK) p_.messages.Inform("Merge complete", "Merge", MsgIcon::Information);
 }
 
@@ -122,6 +130,7 @@ bool FileCommands::Save() {
     bool written =
         RunWithProgress("Save", [&](ProfileContext& ctx) { p_.profiles.Save(ctx, chosen.path); });
     if (!written) return false;
+    saved_ = chosen.path;
     window_.SetInUse(true);
     RememberFolderOf(chosen.path);
     p_.defs.Changed = false;

@@ -8,6 +8,7 @@
 #include "profile/profile.h"
 #include "startup/ports.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -101,12 +102,21 @@ class FileCommands {
     // true when the profile was written; it then counts as saved.
     bool Save();
     void External();
+    // Opens a profile the game has (a loose file or "ARCHIVE#inner") as Open
+    // does once its dialog is done; LastDir stays as it was.
+    void OpenGameProfile(const std::string& path);
+    // The file the last successful Save wrote ("" before the first).
+    const std::string& SavedPath() const { return saved_; }
+    bool HasUnsavedChanges() const { return p_.defs.Changed; }
 
     const std::string& RememberedFolder() const { return remembered_; }
     const std::string& InitialFolder() const { return initialFolder_; }
 
   private:
     void OpenOrMerge(bool merge);
+    // Open or Merge after the dialog; a file the player chose in a file
+    // dialog moves the remembered folder, a profile inside the game does not.
+    void ReadChosen(const std::string& path, bool tessaly, bool merge, bool rememberFolder);
     // Folder handling before a dialog: the remembered folder, when set, is where it opens.
     void UseRememberedFolder();
     // After a file was read or written: its folder is the remembered folder of
@@ -124,6 +134,7 @@ class FileCommands {
     MainWindowHooks& window_;
     std::string remembered_;
     std::string initialFolder_;
+    std::string saved_;
 };
 
 // ---------------------------------------------------------------------------

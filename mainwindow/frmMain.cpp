@@ -2,15 +2,19 @@
 
 #include "catalogue/text.h"
 #include "forms/frmAbout.h"
+#include "forms/frmCheck.h"
+#include "forms/frmGameProfiles.h"
 #include "forms/frmHelp.h"
 #include "forms/frmSettings.h"
 #include "forms/qt_form_parts.h"
 #include "forms/qt_icon.h"
 #include "forms/qt_text.h"
+#include "mainwindow/game_commands.h"
 #include "mainwindow/help_file.h"
 #include "mainwindow/qt_board.h"
 #include "mainwindow/qt_picture.h"
 #include "mainwindow/randomize.h"
+#include "profile/profile_numbers.h"
 #include "startup/paths.h"
 
 #include <QAction>
@@ -131,7 +135,11 @@ void frmMain::BuildMenus() {
     mnuFile->setObjectName("mnuFile");
     mnuFileNew = AddItem(mnuFile, "mnuFileNew", "&New", [this] { commands_->New(); });
     mnuFileOpen = AddItem(mnuFile, "mnuFileOpen", "&Open...", [this] { commands_->Open(); });
+    mnuFileOpenGame = AddItem(mnuFile, "mnuFileOpenGame", "Open from &Game...",
+                              [this] { mnuFileOpenGame_Click(); });
     mnuFileSave = AddItem(mnuFile, "mnuFileSave", "&Save...", [this] { commands_->Save(); });
+    mnuFileInstall = AddItem(mnuFile, "mnuFileInstall", "&Install into Game...",
+                             [this] { mnuFileInstall_Click(); });
     mnuFileSep1 = AddSeparator(mnuFile, "mnuFileSep1");
     mnuFileMerge = AddItem(mnuFile, "mnuFileMerge", "&Merge...", [this] { commands_->Merge(); });
     mnuFileSep2 = AddSeparator(mnuFile, "mnuFileSep2");
@@ -150,6 +158,8 @@ void frmMain::BuildMenus() {
         AddItem(mnuView, "mnuViewExternal", "&External...", [this] { commands_->External(); });
     mnuViewRandomize =
         AddItem(mnuView, "mnuViewRandomize", "&Randomize...", [this] { mnuViewRandomize_Click(); });
+    mnuViewCheck =
+        AddItem(mnuView, "mnuViewCheck", "&Check Profile...", [this] { mnuViewCheck_Click(); });
 
     mnuSide = bar->addMenu("&Side");
     mnuSide->setObjectName("mnuSide");
@@ -284,6 +294,33 @@ void frmMain::ShowMerge() {
 
 void frmMain::mnuFileExit_Click() {
     close();
+}
+
+void frmMain::mnuFileOpenGame_Click() {
+    frmGameProfiles dialog(defs_.GameDir, this);
+    runModal(dialog);
+    if (dialog.result() == QDialog::Accepted && !dialog.ChosenPath().empty())
+        commands_->OpenGameProfile(dialog.ChosenPath());
+}
+
+void frmMain::mnuFileInstall_Click() {
+    InstallIntoGame(*commands_, ports_.messages, defs_.GameDir);
+}
+
+void frmMain::mnuViewCheck_Click() {
+    FileDialogResult chosen =
+        ports_.dialogs.Open("Check Profile", OpenFilter, commands_->InitialFolder());
+    if (!chosen.accepted) return;
+    try {
+        ProfileText profile = ReadProfileAt(chosen.path);
+        // As in Open, the filter decides the format.
+        frmCheck dialog(chosen.path,
+                        CheckProfile(defs_, profile, chosen.filterIndex != 1, DecimalSeparator()),
+                        this);
+        runModal(dialog);
+    } catch (const ProfileError& e) {
+        ports_.messages.Inform(e.what(), "Check Profile", MsgIcon::Exclamation);
+    }
 }
 
 void frmMain::mnuViewOptions_Click() {

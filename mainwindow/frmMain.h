@@ -63,6 +63,9 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     void mnuSideOptionA_Click(int index);
     void mnuSideOption_Click(int index);
     void mnuFileExit_Click();
+    void mnuFileOpenGame_Click();
+    void mnuFileInstall_Click();
+    void mnuViewCheck_Click();
     void mnuViewOptions_Click();
     void mnuViewIncludes_Click();
     void mnuViewSettings_Click() { ShowSettings(false); }
@@ -82,6 +85,8 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     QAction* mnuFileMerge = nullptr;
     QAction* mnuFileSep2 = nullptr;
     QAction* mnuFileExit = nullptr;
+    QAction* mnuFileOpenGame = nullptr;
+    QAction* mnuFileInstall = nullptr;
     QMenu* mnuView = nullptr;
     QAction* mnuViewOptions = nullptr;
     QAction* mnuVIewSep1 = nullptr;
@@ -89,6 +94,7 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     QAction* mnuViewSettings = nullptr;
     QAction* mnuViewExternal = nullptr;
     QAction* mnuViewRandomize = nullptr;
+    QAction* mnuViewCheck = nullptr;
     QMenu* mnuSide = nullptr;
     std::vector<QAction*> mnuSideOptionA; // [1] Arm, [2] Core, [3] separator ([0] unused)
     std::vector<QAction*> mnuSideOption;  // [0] hidden template, [1..] further sides

@@ -1,5 +1,7 @@
 // vantrel-cli save and show, run as a user would run them.
 #include "demo/demo_units.h"
+#include "startup/hpi_archive.h"
+#include "support/hpi_writer.h"
 #include "support/profile_support.h"
 
 #include <cstdio>
@@ -103,6 +105,93 @@ TEST_F(ProfileCli, ErrorsAndExitStatuses) {
     Result r = Run("save " + Units() + Q(dir / "missing/x.txt"));
     EXPECT_EQ(r.status, 1);
     EXPECT_NE(r.err.find("Cannot write '" + (dir / "missing/x.txt") + "'"), std::string::npos);
+}
+
+// A game folder: archives with "ai" folders written in several cases, in
+// every pattern's turn, and loose profiles in an "AI" folder.
+TEST_F(ProfileCli, GameProfilesAndProfilesInsideArchives) {
+    const std::string game = dir / "game";
+    std::filesystem::create_directories(game + "/AI");
+    auto archive = [&](const std::string& name,
+                       std::vector<std::pair<std::string, std::string>> files) {
+        testing::HpiWriter w;
+        for (auto& [path, data] : files)
+            w.AddFile(path, data, hpi::Zlib);
+        WriteBytes(game + "/" + name, w.Build().bytes);
+    };
+    archive("b.ufo", {{"Ai/Ufo.txt", "Weight ARMCK 1\r\n"}});
+    archive("A.gp3", {{"AI/rush.txt", "Weight ARMCK 2\r\n"}, {"AI/readme.doc", "x"}});
+    archive("TOTALA1.HPI", {{"ai/DEFAULT.TXT", "Name: Stock AI\r\nWeight ARMCK 3\r\n"},
+                            {"ai/DEFAULT.SET", "[CORAK]\r\nSet=Don't Build;\r\n"},
+                            {"units/ARMCK.fbi", "x"}});
+    WriteBytes(game + "/AI/mine.txt", "Weight ARMCK 4\r\n");
+    WriteBytes(game + "/AI/mine.set", "");
+
+    Result r = Run("game-profiles " + Q(game));
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out, "TOTALA1.HPI\tai/DEFAULT.TXT\t32\nA.gp3\tAI/rush.txt\t16\n"
+                     "b.ufo\tAi/Ufo.txt\t16\nai\tmine.txt\t16\n");
+    EXPECT_EQ(Run("game-profiles " + Q(dir / "nogame")).status, 2);
+
+    // Read in place, names matched in any case, its build set from the archive.
+    r = Run("show " + Units() + Q(game + "/totala1.hpi#AI/default.txt"));
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.out.find("\tARMCK\tCNSTR\td\t3\t0\t1\n"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("\tCORAK\tKBOT\td\t0\t0\t0\n"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("LoadedAIName\tStock AI\n"), std::string::npos);
+    r = Run("save " + Units() + Q(dir / "out.txt") + " --open " + Q(game + "/A.gp3#ai/RUSH.TXT"));
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(ReadBytes(dir / "out.txt").find("Name: rush AI\r\n"), std::string::npos);
+    EXPECT_EQ(test::FolderEntries(game),
+              (std::vector<std::string>{"A.gp3", "AI", "TOTALA1.HPI", "b.ufo"}));
+
+    // A missing archive or entry is named; nothing is left behind.
+    r = Run("show " + Units() + Q(game + "/TOTALA2.HPI#ai/DEFAULT.TXT"));
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.err.find("there is no archive '" + game + "/TOTALA2.HPI'"), std::string::npos)
+        << r.err;
+    r = Run("show " + Units() + Q(game + "/TOTALA1.HPI#ai/NONE.TXT"));
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.err.find("the archive has no file 'ai/NONE.TXT'"), std::string::npos) << r.err;
+}
+
+TEST_F(ProfileCli, InstallReplacesAFileOfAnyCaseOnlyWhenForced) {
+    const std::string game = dir / "game";
+    std::filesystem::create_directories(game + "/Ai");
+    WriteBytes(game + "/Ai/RUSH.TXT", "old");
+    WriteBytes(dir / "Rush.txt", "new");
+    Result r = Run("install " + Q(dir / "Rush.txt") + " " + Q(game));
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.err.find(game + "/Ai/RUSH.TXT"), std::string::npos) << r.err;
+    EXPECT_EQ(ReadBytes(game + "/Ai/RUSH.TXT"), "old");
+
+    r = Run("install " + Q(dir / "Rush.txt") + " " + Q(game) + " --force");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out, game + "/Ai/RUSH.TXT\n");
+    EXPECT_EQ(test::FolderEntries(game + "/Ai"), std::vector<std::string>{"RUSH.TXT"});
+    EXPECT_EQ(ReadBytes(game + "/Ai/RUSH.TXT"), "new");
+
+    // Without an ai folder, one is made.
+    std::filesystem::create_directories(dir / "fresh");
+    r = Run("install " + Q(dir / "Rush.txt") + " " + Q(dir / "fresh"));
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(ReadBytes(dir / "fresh/ai/Rush.txt"), "new");
+    EXPECT_EQ(Run("install " + Q(dir / "Rush.txt") + " " + Q(dir / "nogame")).status, 2);
+}
+
+TEST_F(ProfileCli, CheckPrintsEachKindOfFindingAndSetsTheStatus) {
+    WriteBytes(dir / "p.txt", "Weight armcomx 3\r\nWeight ARMCK two\r\nWeight CORAK 1\r\n"
+                              "Weight Nobody 1\r\nplan hard\r\nLimit ARMCK 1\r\n");
+    Result r = Run("check " + Units() + Q(dir / "p.txt"));
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.out, "unknown\tNobody\nshadowed\tarmcomx\tARMCOM\nmissing\tARMCOM\n"
+                     "not-a-number\t2\tWeight ARMCK two\n");
+
+    ASSERT_EQ(Run("save " + Units() + Q(dir / "clean.txt")).status, 0);
+    r = Run("check " + Units() + Q(dir / "clean.txt"));
+    EXPECT_EQ(r.status, 0) << r.out;
+    EXPECT_EQ(r.out, "");
+    EXPECT_EQ(Run("check " + Units()).status, 2);
 }
 
 } // namespace

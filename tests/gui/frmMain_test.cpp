@@ -1,11 +1,16 @@
 #include "forms/frmAbout.h"
+#include "forms/frmCheck.h"
+#include "forms/frmGameProfiles.h"
 #include "forms/frmHelp.h"
 #include "forms/frmSettings.h"
 #include "gui/gui_app.h"
 #include "mainwindow/frmMain.h"
 #include "mainwindow/qt_file_dialogs.h"
 #include "startup/frmLoad.h"
+#include "startup/hpi_archive.h"
+#include "startup/paths.h"
 #include "support/command_fakes.h"
+#include "support/hpi_writer.h"
 #include "support/test_support.h"
 
 #include <QAction>
@@ -17,6 +22,7 @@
 #include <QPushButton>
 #include <QTextBrowser>
 #include <QTimer>
+#include <QTreeWidget>
 
 #include <gtest/gtest.h>
 
@@ -144,6 +150,40 @@ TEST_F(MainWindowTest, MergeHookRunsBetweenReadAndRebuild) {
     window->mnuFileMerge->trigger();
     EXPECT_TRUE(ran);
     EXPECT_TRUE(window->menuBar()->isEnabled());
+}
+
+TEST_F(MainWindowTest, OpenFromGameReadsTheChosenProfileAndCheckListsFindings) {
+    Load();
+    defs.GameDir = folder.path() + "/game";
+    MakeDirectory(defs.GameDir);
+    HpiWriter archive;
+    archive.AddFile("ai/a.txt", "Weight U1 1\r\n", hpi::Stored);
+    archive.AddFile("ai/b.txt", "Weight U1 2\r\n", hpi::Stored);
+    test::WriteText(defs.GameDir + "/TOTALA1.HPI", archive.Build().bytes);
+    int rows = 0;
+    script = [&](QDialog& d) {
+        auto* list = d.findChild<QTreeWidget*>();
+        rows = list->topLevelItemCount();
+        list->setCurrentItem(list->topLevelItem(rows - 1));
+        d.accept();
+    };
+    window->mnuFileOpenGame->trigger();
+    EXPECT_EQ(rows, 2);
+    ASSERT_FALSE(profiles.calls.empty());
+    EXPECT_EQ(profiles.calls.back().path, defs.GameDir + "/TOTALA1.HPI#ai/b.txt");
+
+    test::WriteText(folder.path() + "/c.txt", "Weight U1 1\r\nWeight U9 x\r\n");
+    dialogs.opens = {FileDialogResult{true, folder.path() + "/c.txt", 1, folder.path()}};
+    QStringList findings;
+    script = [&](QDialog& d) {
+        auto* list = d.findChild<QTreeWidget*>();
+        for (int i = 0; i < list->topLevelItemCount(); ++i)
+            findings << list->topLevelItem(i)->text(0) + " " + list->topLevelItem(i)->text(1);
+    };
+    window->mnuViewCheck->trigger();
+    EXPECT_EQ(modals.back(), "frmCheck");
+    // The fixture's units are all excluded, so none is missing.
+    EXPECT_EQ(findings, QStringList({"unknown U9", "not-a-number line 2"}));
 }
 
 TEST_F(MainWindowTest, NewResetsUnitsOnOkOnlyAndSettingsOnlyRenames) {

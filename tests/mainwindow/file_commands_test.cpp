@@ -1,5 +1,6 @@
 #include "catalogue/text.h"
 #include "mainwindow/file_commands.h"
+#include "mainwindow/game_commands.h"
 #include "mainwindow/help_file.h"
 #include "startup/paths.h"
 #include "support/command_fakes.h"
@@ -325,6 +326,40 @@ TEST_F(FileCommandsTest, FailedReadOrWriteIsShownAndTheWindowIsBackInUse) {
     EXPECT_EQ(messages.shown.size(), 2u);
     // No Merge dialog over a failed read.
     EXPECT_EQ(std::count(window.events.begin(), window.events.end(), "merge"), 0);
+}
+
+// Install copies the file as saved: an unsaved profile is saved first (after
+// asking), and a file of the same name in the game is replaced only after asking.
+TEST_F(FileCommandsTest, InstallIntoGameSavesFirstAndAsksBeforeReplacing) {
+    const std::string game = app / "game";
+    fields.SetAIName("Rush");
+    dialogs.saves = {Chosen(app / "Rush.txt")};
+    InstallIntoGame(commands, messages, game); // no game folder: nothing asked or saved
+    EXPECT_TRUE(dialogs.saveCalls.empty());
+
+    MakeDirectory(game);
+    InstallIntoGame(commands, messages, game);
+    ASSERT_EQ(messages.shown.size(), 3u);
+    EXPECT_EQ(messages.shown[1].buttons, MsgButtons::YesNo); // save first?
+    EXPECT_EQ(ReadFile(game + "/ai/Rush.txt"), "[AI] Rush\r\n");
+
+    fields.SetAIName("Changed");
+    std::ofstream(app / "Rush.txt", std::ios::binary) << "saved again";
+    messages.answers = {MsgAnswer::No};
+    InstallIntoGame(commands, messages, game);
+    EXPECT_NE(messages.shown.back().text.find("already exists"), std::string::npos);
+    EXPECT_EQ(ReadFile(game + "/ai/Rush.txt"), "[AI] Rush\r\n");
+    InstallIntoGame(commands, messages, game);
+    EXPECT_EQ(ReadFile(game + "/ai/Rush.txt"), "saved again");
+    EXPECT_EQ(dialogs.saveCalls.size(), 1u);
+
+    // A game profile opens as Open does, but LastDir stays.
+    settings.Set("LastDir", "/profiles/");
+    commands.OpenGameProfile(game + "/TOTALA1.HPI#ai/DEFAULT.TXT");
+    EXPECT_EQ(profiles.calls.back().op, "read");
+    EXPECT_EQ(profiles.calls.back().path, game + "/TOTALA1.HPI#ai/DEFAULT.TXT");
+    EXPECT_EQ(settings.Get("LastDir", ""), "/profiles/");
+    EXPECT_FALSE(defs.Changed);
 }
 
 TEST_F(FileCommandsTest, ExternalWritesAiTxtInTheProgramFolderAndOpensIt) {

@@ -1,0 +1,25 @@
+// The main window's commands for the game's own profiles: reading profiles
+// that lie inside the game's archives, and File, Install into Game...
+#pragma once
+
+#include "mainwindow/file_commands.h"
+
+#include <string>
+
+namespace vantrel {
+
+// The readers as the file commands call them, for paths that may also name
+// a profile inside an archive ("ARCHIVE#path/inside").
+class GameProfileIO : public ProfileIO {
+  public:
+    void Read(ProfileContext& ctx, const std::string& path, bool merge) override;
+    void ReadTessaly(ProfileContext& ctx, const std::string& path, bool merge) override;
+};
+
+// File, Install into Game...: copies the profile as last saved into the
+// game's "ai" folder. A profile not saved yet, or with unsaved changes, is saved
+// first (after asking);
+// an existing file of the same name is replaced only after asking.
+void InstallIntoGame(FileCommands& files, Messages& messages, const std::string& gameDir);
+
+} // namespace vantrel
