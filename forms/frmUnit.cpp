@@ -388,6 +388,8 @@ void frmUnit::keyPressEvent(QKeyEvent* event) {
 
 bool frmUnit::EntryKey(QLineEdit* field, QKeyEvent* key) {
     int code = 0;
+    if (key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab)
+        return false; // focus moves on, as the platform's fields do before any filter
     if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter)
         code = 13;
     else if (key->key() == Qt::Key_Backspace)

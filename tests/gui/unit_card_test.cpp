@@ -124,7 +124,8 @@ TEST_F(CardFixture, EntriesFilterKeysAndCommitOnEnterAndOnLeaving) {
 
     card->txtLimit->setFocus();
     card->txtLimit->setText("12.7");
-    card->sldPriority->setFocus();
+    PressKey(card->txtLimit, Qt::Key_Tab, "\t"); // Tab leaves the field
+    EXPECT_NE(QApplication::focusWidget(), card->txtLimit);
     EXPECT_FLOAT_EQ(Unit().Limit, 13.0f);
 
     card->txtWeight->setFocus();
