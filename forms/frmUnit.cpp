@@ -13,6 +13,8 @@
 #include <QSlider>
 #include <QWheelEvent>
 
+#include <utility>
+
 namespace vantrel {
 
 namespace {
@@ -236,24 +238,26 @@ void frmUnit::Show(int unitIndex, const QPixmap& picture, View view) {
     SetLook(false);
 }
 
+void frmUnit::ShowValue(QSlider* slider, QLabel* label, QLineEdit* field, float value,
+                        int position) {
+    {
+        QSignalBlocker block(slider);
+        slider->setValue(position);
+    }
+    SetValueCaption(label, FloatText(value));
+    field->setText(label->text());
+}
+
 void frmUnit::ShowWeight() {
     const float weight = Unit().Weight;
-    {
-        QSignalBlocker block(sldPriority);
-        sldPriority->setValue(PriorityPosition(weight, SettingsOf(sldPriority)));
-    }
-    SetValueCaption(lblWeight, FloatText(weight));
-    txtWeight->setText(lblWeight->text());
+    ShowValue(sldPriority, lblWeight, txtWeight, weight,
+              PriorityPosition(weight, SettingsOf(sldPriority)));
 }
 
 void frmUnit::ShowLimit() {
     const float limit = Unit().Limit;
-    {
-        QSignalBlocker block(sldNumbers);
-        sldNumbers->setValue(NumbersPosition(limit, SettingsOf(sldNumbers)));
-    }
-    SetValueCaption(lblLimit, FloatText(limit));
-    txtLimit->setText(lblLimit->text());
+    ShowValue(sldNumbers, lblLimit, txtLimit, limit,
+              NumbersPosition(limit, SettingsOf(sldNumbers)));
 }
 
 void frmUnit::SetSliders(const SliderSettings& priority, const SliderSettings& numbers) {
@@ -364,22 +368,16 @@ bool frmUnit::SliderKey(QSlider* slider, int keyCode) {
 
 bool frmUnit::NavigationKey(const QKeyEvent* key) {
     if (!Navigate || !(key->modifiers() & Qt::ControlModifier)) return false;
-    switch (key->key()) {
-    case Qt::Key_Down:
-        Navigate(CardStep::Next);
+    static constexpr std::pair<int, CardStep> Steps[] = {{Qt::Key_Down, CardStep::Next},
+                                                         {Qt::Key_Up, CardStep::Previous},
+                                                         {Qt::Key_Home, CardStep::First},
+                                                         {Qt::Key_End, CardStep::Last}};
+    for (const auto& [qtKey, step] : Steps) {
+        if (key->key() != qtKey) continue;
+        Navigate(step);
         return true;
-    case Qt::Key_Up:
-        Navigate(CardStep::Previous);
-        return true;
-    case Qt::Key_Home:
-        Navigate(CardStep::First);
-        return true;
-    case Qt::Key_End:
-        Navigate(CardStep::Last);
-        return true;
-    default:
-        return false;
     }
+    return false;
 }
 
 void frmUnit::keyPressEvent(QKeyEvent* event) {

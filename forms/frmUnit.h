@@ -101,6 +101,7 @@ class frmUnit : public QWidget {
     // The unit's values on the labels, fields and sliders (no notification).
     void ShowWeight();
     void ShowLimit();
+    void ShowValue(QSlider* slider, QLabel* label, QLineEdit* field, float value, int position);
     vtUnit& Unit();
 
     void SetValueCaption(QLabel* label, const std::string& text);
