@@ -454,7 +454,9 @@ bool frmUnit::eventFilter(QObject* watched, QEvent* event) {
         bool wanted = (event->type() == QEvent::MouseButtonPress) != (watched == lblLimit);
         if (wanted && !Contains(QApplication::focusWidget())) setFocus(Qt::MouseFocusReason);
         // A click on a value puts the caret in its field (shown by the activation).
-        QLineEdit* field = watched == lblWeight ? txtWeight : watched == lblLimit ? txtLimit : nullptr;
+        QLineEdit* field = watched == lblWeight  ? txtWeight
+                           : watched == lblLimit ? txtLimit
+                                                 : nullptr;
         if (wanted && field && field->isVisible()) field->setFocus(Qt::MouseFocusReason);
         break;
     }

@@ -92,8 +92,8 @@ void UnitBoard::BuildForCategory(const std::string& menuCaption, Build kind) {
     const bool keepDeclined = kind == Build::Refresh && declined_ && menuCaption == AllCaption;
     BoardBuild build;
     if (!keepDeclined)
-        build = BuildBoard(defs_, menuCaption, messages_, progress_, *gauge_,
-                           kind == Build::Choice);
+        build =
+            BuildBoard(defs_, menuCaption, messages_, progress_, *gauge_, kind == Build::Choice);
     declined_ = keepDeclined || build.declined;
     if (declined_) {
         ResizeMe();

@@ -27,8 +27,8 @@ bool Randomize(Definitions& defs, Messages& messages, Clock& clock, RandomSource
         double r2 = random.Next();
         double r3 = random.Next();
         // Two six-sided dice minus one, no higher than LimitMax.
-        unit.Limit = static_cast<float>(
-            std::min(std::floor(r3 * 6) + std::floor(r2 * 6) + 1, limitMax));
+        unit.Limit =
+            static_cast<float>(std::min(std::floor(r3 * 6) + std::floor(r2 * 6) + 1, limitMax));
         carry = r3;
     }
     return true;

@@ -156,8 +156,9 @@ TEST_F(BoardFixture, ShowingNeverWritesAUnitAndTheWheelScrollsPastInactiveCards)
     inactive->Show(board->UnitIndexAt(151), QPixmap());
     const int before = board->Vscroll1->value();
     auto wheel = [](QWidget* w, int notches) {
-        QWheelEvent e(QPointF(5, 5), w->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, -120 * notches),
-                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QWheelEvent e(QPointF(5, 5), w->mapToGlobal(QPointF(5, 5)), QPoint(),
+                      QPoint(0, -120 * notches), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase,
+                      false);
         QApplication::sendEvent(w, &e);
     };
     wheel(inactive->sldPriority, 1);

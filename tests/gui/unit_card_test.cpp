@@ -54,7 +54,8 @@ TEST_F(CardFixture, ActivationShowsTheValuesReadingTheOptionsEachTimeAndLeavingD
     EXPECT_EQ(Text(card->lblLimit), "40");
     EXPECT_TRUE(card->txtWeight->isVisible());
     auto readable = [](QLabel* l) {
-        QColor back = l->palette().color(QPalette::Window), text = l->palette().color(QPalette::WindowText);
+        QColor back = l->palette().color(QPalette::Window),
+               text = l->palette().color(QPalette::WindowText);
         return ContrastRatio({back.red(), back.green(), back.blue()},
                              {text.red(), text.green(), text.blue()}) >= 4.5;
     };
@@ -141,8 +142,8 @@ TEST_F(CardFixture, EntriesFilterKeysAndCommitOnEnterAndOnLeaving) {
 
 TEST_F(CardFixture, EntryFieldsLieOnTheirValueLabels) {
     Open(2.5f, 3);
-    for (auto [label, field] : {std::pair{card->lblWeight, card->txtWeight},
-                                std::pair{card->lblLimit, card->txtLimit}})
+    for (auto [label, field] :
+         {std::pair{card->lblWeight, card->txtWeight}, std::pair{card->lblLimit, card->txtLimit}})
         EXPECT_EQ(card->childAt(label->geometry().center()), field) << Text(field);
     card->txtWeight->setFocus();
     card->txtWeight->selectAll();
