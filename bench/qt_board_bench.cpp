@@ -128,7 +128,7 @@ void BM_OneWidgetPerCard(benchmark::State& state) {
         for (int i = 1; i <= cards; ++i) {
             auto* card = new frmUnit(defs, area);
             card->setGeometry(0, (i - 1) * 90, 783, 90);
-            card->Fill(i, Picture());
+            card->Show(i, Picture());
         }
         host.show();
         QApplication::processEvents();

@@ -11,6 +11,9 @@
 #include <QPalette>
 #include <QSignalBlocker>
 #include <QSlider>
+#include <QWheelEvent>
+
+#include <utility>
 
 namespace vantrel {
 
@@ -59,10 +62,26 @@ SliderSettings SettingsOf(const QSlider* s) {
     return {s->minimum(), s->maximum(), s->pageStep(), s->singleStep(), s->tickInterval()};
 }
 
+Rgb ToRgb(const QColor& c) {
+    return {c.red(), c.green(), c.blue()};
+}
+QColor ToQColor(Rgb c) {
+    return QColor(c.r, c.g, c.b);
+}
+// `back` behind a text that reads on it, `preferred` when it does.
+void ReadableColour(QWidget* w, const QColor& back, Rgb preferred) {
+    Colour(w, back, ToQColor(ReadableText(ToRgb(back), preferred)));
+}
+
 } // namespace
 
 QColor frmUnit::ActiveCaptionColor() {
     return QApplication::palette().color(QPalette::Highlight);
+}
+// The banner above the board uses the highlight colour too: the active card's
+// title is a darker shade of it, so the two never merge.
+QColor frmUnit::ActiveTitleColor() {
+    return ActiveCaptionColor().darker(160);
 }
 QColor frmUnit::InactiveCaptionColor() {
     return QApplication::palette().color(QPalette::Mid);
@@ -150,10 +169,15 @@ frmUnit::frmUnit(Definitions& defs, QWidget* parent) : QWidget(parent), defs_(de
     sldNumbers =
         slider("sldNumbers", "Maximum Number Produced", CardDesign::sldNumbers, NumbersDesign);
     Frame1->lower();
+    // The entry fields lie on the value labels: what is typed is what is seen.
+    txtWeight->raise();
+    txtLimit->raise();
 
     // Change and Scroll both arrive as valueChanged (tracking is on).
-    connect(sldPriority, &QSlider::valueChanged, this, &frmUnit::OnPriorityChanged);
-    connect(sldNumbers, &QSlider::valueChanged, this, &frmUnit::OnNumbersChanged);
+    // Code sets the sliders with their notifications blocked, so what arrives
+    // here is the player's.
+    connect(sldPriority, &QSlider::valueChanged, this, &frmUnit::EditWeight);
+    connect(sldNumbers, &QSlider::valueChanged, this, &frmUnit::EditLimit);
     connect(qApp, &QApplication::focusChanged, this, &frmUnit::OnFocusChanged);
 
     for (QObject* o : std::initializer_list<QObject*>{Frame1, imgUnit, lblNumbers, lblPriority,
@@ -196,45 +220,51 @@ void frmUnit::Load() {
     SetValueCaption(lblWeight, FloatText(Unit().Weight));
 }
 
-void frmUnit::Fill(int unitIndex, const QPixmap& picture) {
-    FillUnit(defs_, unitIndex, PrioritySettings(defs_), NumbersSettings(defs_));
-    Show(unitIndex, picture, View{});
-}
-
 void frmUnit::Show(int unitIndex, const QPixmap& picture, View view) {
     active_ = false;
     UnitIndex = unitIndex;
     view_ = view;
     Load();
     const vtUnit& unit = Unit();
-    {
-        QSignalBlocker blockPriority(sldPriority);
-        QSignalBlocker blockNumbers(sldNumbers);
-        SetSliders(PrioritySettings(defs_), NumbersSettings(defs_));
-        sldPriority->setValue(PriorityPosition(unit.Weight, SettingsOf(sldPriority)));
-        sldNumbers->setValue(NumbersPosition(unit.Limit, SettingsOf(sldNumbers)));
-    }
-    ShowUnitValues();
+    SetSliders(PrioritySettings(defs_), NumbersSettings(defs_));
+    ShowWeight();
+    ShowLimit();
     imgUnit->setPixmap(picture);
     imgUnit->setToolTip(Latin1(unit.Name + " - " + unit.Description));
     lblUnitName->setText(Latin1(unit.Name));
-    SetIncludedView(!view.excluded);
+    SetIncludedView(unit.Include);
     txtLimit->hide();
     txtWeight->hide();
     SetLook(false);
 }
 
-void frmUnit::ShowUnitValues() {
-    std::string weight = FloatText(static_cast<float>(sldPriority->value() / 100.0));
-    std::string limit = FloatText(static_cast<float>(sldNumbers->value()));
-    SetValueCaption(lblWeight, weight);
-    SetValueCaption(lblLimit, limit);
-    txtWeight->setText(Latin1(weight));
-    txtLimit->setText(Latin1(limit));
+void frmUnit::ShowValue(QSlider* slider, QLabel* label, QLineEdit* field, float value,
+                        int position) {
+    {
+        QSignalBlocker block(slider);
+        slider->setValue(position);
+    }
+    SetValueCaption(label, FloatText(value));
+    field->setText(label->text());
+}
+
+void frmUnit::ShowWeight() {
+    const float weight = Unit().Weight;
+    ShowValue(sldPriority, lblWeight, txtWeight, weight,
+              PriorityPosition(weight, SettingsOf(sldPriority)));
+}
+
+void frmUnit::ShowLimit() {
+    const float limit = Unit().Limit;
+    ShowValue(sldNumbers, lblLimit, txtLimit, limit,
+              NumbersPosition(limit, SettingsOf(sldNumbers)));
 }
 
 void frmUnit::SetSliders(const SliderSettings& priority, const SliderSettings& numbers) {
-    // Max first, so a Value above the new Max is pulled down (and notified).
+    // A Value above the new Max is pulled down without a notification: the
+    // unit keeps its value until the player changes it.
+    QSignalBlocker blockPriority(sldPriority);
+    QSignalBlocker blockNumbers(sldNumbers);
     sldPriority->setRange(priority.Min, priority.Max);
     sldPriority->setPageStep(priority.LargeChange);
     sldPriority->setSingleStep(priority.SmallChange);
@@ -246,15 +276,16 @@ void frmUnit::SetSliders(const SliderSettings& priority, const SliderSettings& n
 }
 
 void frmUnit::SetLook(bool active) {
-    const QColor black(Qt::black);
+    // Every text is black or the colour named, unless that reads at less
+    // than 4.5:1 on its background in the desktop's palette.
     if (active) {
-        Colour(lblUnitName, ActiveCaptionColor(), QColor(Qt::white));
+        ReadableColour(lblUnitName, ActiveTitleColor(), White);
         for (QLabel* l : {lblNumbers, lblPriority, lblLimit, lblWeight})
-            Colour(l, ActiveCaptionColor(), black);
+            ReadableColour(l, ActiveCaptionColor(), Black);
     } else {
-        for (QLabel* l : {lblPriority, lblNumbers, lblUnitName, lblWeight, lblLimit})
-            Colour(l, InactiveCaptionColor(), black);
-        Colour(lblUnitName, InactiveCaptionColor(), ButtonFaceColor());
+        for (QLabel* l : {lblPriority, lblNumbers, lblWeight, lblLimit})
+            ReadableColour(l, InactiveCaptionColor(), Black);
+        ReadableColour(lblUnitName, InactiveCaptionColor(), ToRgb(ButtonFaceColor()));
         SetValuesBold(false);
     }
 }
@@ -290,24 +321,14 @@ void frmUnit::Activate() {
     update();
     SetLook(true);
     const vtUnit& unit = Unit();
-    if (!unit.Include) {
-        view_.excluded = true;
-        SetIncludedView(false);
-        return;
-    }
-    view_.excluded = false;
-    SetIncludedView(true);
+    SetIncludedView(unit.Include);
+    if (!unit.Include) return;
     SetSliders(PrioritySettings(defs_), NumbersSettings(defs_));
-    // Each setting may notify, which writes the unit; read it afresh each time.
-    sldPriority->setValue(PriorityPosition(Unit().Weight, SettingsOf(sldPriority)));
-    sldNumbers->setValue(NumbersPosition(Unit().Limit, SettingsOf(sldNumbers)));
+    ShowWeight();
+    ShowLimit();
     txtWeight->show();
     txtLimit->show();
-    SetValueCaption(lblLimit, FloatText(Unit().Limit));
-    SetValueCaption(lblWeight, FloatText(Unit().Weight));
-    txtWeight->setText(lblWeight->text());
-    txtLimit->setText(lblLimit->text());
-    imgUnit->setToolTip(Latin1(Unit().Name + " - " + Unit().Description));
+    imgUnit->setToolTip(Latin1(unit.Name + " - " + unit.Description));
     SetValuesBold(true);
 }
 
@@ -326,31 +347,47 @@ void frmUnit::OnFocusChanged(QWidget*, QWidget* now) {
     }
 }
 
-void frmUnit::OnPriorityChanged(int value) {
-    vtUnit& unit = Unit();
-    ApplyPriorityPosition(defs_, unit, value);
-    SetValueCaption(lblWeight, FloatText(unit.Weight));
-    txtWeight->setText(lblWeight->text());
+void frmUnit::EditWeight(int position) {
+    ApplyPriorityPosition(defs_, Unit(), position);
+    ShowWeight();
 }
 
-void frmUnit::OnNumbersChanged(int value) {
-    vtUnit& unit = Unit();
-    ApplyNumbersPosition(defs_, unit, value);
-    SetValueCaption(lblLimit, FloatText(unit.Limit));
-    txtLimit->setText(lblLimit->text());
+void frmUnit::EditLimit(int limit) {
+    ApplyNumbersPosition(defs_, Unit(), limit);
+    ShowLimit();
 }
 
 bool frmUnit::SliderKey(QSlider* slider, int keyCode) {
     if (keyCode == 0) return false;
-    SliderSettings s = SettingsOf(slider);
-    slider->setValue(s.Clamp(slider->value() + SliderKeyDelta(keyCode, slider == sldPriority)));
-    // The trackbar's own step follows (Qt's would go the other way for some keys).
-    slider->setValue(s.Clamp(slider->value() + TrackbarStep(keyCode, s)));
+    // The card's step and the trackbar's own (Qt's would go the other way for
+    // some keys) in one move, so the unit is written once.
+    slider->setValue(
+        SliderKeyPosition(slider->value(), keyCode, slider == sldPriority, SettingsOf(slider)));
     return true;
+}
+
+bool frmUnit::NavigationKey(const QKeyEvent* key) {
+    if (!Navigate || !(key->modifiers() & Qt::ControlModifier)) return false;
+    static constexpr std::pair<int, CardStep> Steps[] = {{Qt::Key_Down, CardStep::Next},
+                                                         {Qt::Key_Up, CardStep::Previous},
+                                                         {Qt::Key_Home, CardStep::First},
+                                                         {Qt::Key_End, CardStep::Last}};
+    for (const auto& [qtKey, step] : Steps) {
+        if (key->key() != qtKey) continue;
+        Navigate(step);
+        return true;
+    }
+    return false;
+}
+
+void frmUnit::keyPressEvent(QKeyEvent* event) {
+    if (!NavigationKey(event)) QWidget::keyPressEvent(event);
 }
 
 bool frmUnit::EntryKey(QLineEdit* field, QKeyEvent* key) {
     int code = 0;
+    if (key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab)
+        return false; // focus moves on, as the platform's fields do before any filter
     if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter)
         code = 13;
     else if (key->key() == Qt::Key_Backspace)
@@ -374,28 +411,31 @@ bool frmUnit::EntryKey(QLineEdit* field, QKeyEvent* key) {
     return false;
 }
 
+// A field committed with the unit's own value unchanged writes nothing: a
+// value above the maximum stays as it is until the player types another.
 void frmUnit::CommitWeight(bool enter) {
     std::string text = FromQt(txtWeight->text());
-    auto position = CommitWeightText(text, SettingsOf(sldPriority));
-    if (!position) {
-        // No number: the field shows the unit's value again.
-        txtWeight->setText(Latin1(FloatText(Unit().Weight)));
-        return;
+    if (text != FloatText(Unit().Weight)) {
+        auto position = CommitWeightText(text, SettingsOf(sldPriority));
+        if (!position) {
+            ShowWeight(); // no number: the field shows the unit's value again
+            return;
+        }
+        EditWeight(*position);
     }
-    txtWeight->setText(Latin1(text));
-    sldPriority->setValue(*position);
     if (enter) sldPriority->setFocus(Qt::OtherFocusReason);
 }
 
 void frmUnit::CommitLimit(bool enter) {
     std::string text = FromQt(txtLimit->text());
-    auto position = CommitLimitText(text, SettingsOf(sldNumbers), enter);
-    if (!position) {
-        txtLimit->setText(Latin1(FloatText(Unit().Limit)));
-        return;
+    if (text != FloatText(Unit().Limit)) {
+        auto position = CommitLimitText(text, SettingsOf(sldNumbers), enter);
+        if (!position) {
+            ShowLimit();
+            return;
+        }
+        EditLimit(*position);
     }
-    txtLimit->setText(Latin1(text));
-    sldNumbers->setValue(*position);
     if (enter) sldNumbers->setFocus(Qt::OtherFocusReason);
 }
 
@@ -403,8 +443,7 @@ void frmUnit::ManualEdit() {
     if (!InputBox) return;
     auto answer = InputBox(std::string(ManualEditTitle), std::string(ManualEditPrompt));
     if (!answer) return;
-    if (auto priority = ManualPriority(*answer))
-        SetValueCaption(lblWeight, std::to_string(*priority));
+    if (auto priority = ManualPriority(*answer)) EditWeight(*priority * 100);
 }
 
 bool frmUnit::eventFilter(QObject* watched, QEvent* event) {
@@ -414,16 +453,23 @@ bool frmUnit::eventFilter(QObject* watched, QEvent* event) {
         // A press on the card's parts (a click on lblLimit) gives the card the focus.
         bool wanted = (event->type() == QEvent::MouseButtonPress) != (watched == lblLimit);
         if (wanted && !Contains(QApplication::focusWidget())) setFocus(Qt::MouseFocusReason);
+        // A click on a value puts the caret in its field (shown by the activation).
+        QLineEdit* field = watched == lblWeight  ? txtWeight
+                           : watched == lblLimit ? txtLimit
+                                                 : nullptr;
+        if (wanted && field && field->isVisible()) field->setFocus(Qt::MouseFocusReason);
         break;
     }
     case QEvent::MouseButtonDblClick:
-        if (watched == lblWeight) {
+        // The weight's label, or its field lying on it on the active card.
+        if (watched == lblWeight || watched == txtWeight) {
             ManualEdit();
             return true;
         }
         break;
     case QEvent::KeyPress: {
         auto* key = static_cast<QKeyEvent*>(event);
+        if (NavigationKey(key)) return true;
         if (watched == sldPriority || watched == sldNumbers)
             return SliderKey(static_cast<QSlider*>(watched), KeyCode(key->key()));
         if (watched == txtWeight || watched == txtLimit)
@@ -441,6 +487,25 @@ bool frmUnit::eventFilter(QObject* watched, QEvent* event) {
         if (watched == txtLimit) CommitLimit(false);
         break;
     }
+    case QEvent::Wheel:
+        if (watched == sldPriority || watched == sldNumbers) {
+            auto* slider = static_cast<QSlider*>(watched);
+            auto* wheel = static_cast<QWheelEvent*>(event);
+            // A slider takes the wheel only on the active card while it has
+            // the focus; otherwise the wheel goes on to the board, which scrolls.
+            if (!(active_ && slider->hasFocus())) {
+                if (PassWheel) PassWheel(wheel);
+                return true;
+            }
+            // One Up or Down key step a notch (fine wheels add up to notches).
+            wheelTurn_ += wheel->angleDelta().y();
+            const int notches = wheelTurn_ / 120;
+            wheelTurn_ -= notches * 120;
+            slider->setValue(SliderWheelPosition(slider->value(), notches, slider == sldPriority,
+                                                 SettingsOf(slider)));
+            return true;
+        }
+        break;
     default:
         break;
     }

@@ -17,6 +17,7 @@ class QFrame;
 class QLabel;
 class QLineEdit;
 class QSlider;
+class QWheelEvent;
 
 namespace vantrel {
 
@@ -49,16 +50,14 @@ class frmUnit : public QWidget {
     // The Load handler: left edge 0, entry fields hidden, value labels from
     // the unit at UnitIndex.
     void Load();
-    // The board's fill of a new card: unit index, name, picture and tooltip,
-    // slider values (their notifications write the unit), labels not bold.
-    void Fill(int unitIndex, const QPixmap& picture);
-    // Shows a unit whose values the board has already brought into step
-    // (no notification runs): used when a card is reused for another row.
+    // Shows a unit as it is: name, picture, tooltip, values, the excluded
+    // notice of an excluded unit, inactive look. Never writes the unit; a
+    // value above the slider's maximum shows with the slider at its end.
     struct View {
-        bool excluded = false;   // the last activation showed the excluded notice
         bool selfHidden = false; // the card hid itself (its name was never filled)
     };
     void Show(int unitIndex, const QPixmap& picture, View view);
+    void Show(int unitIndex, const QPixmap& picture) { Show(unitIndex, picture, View()); }
     View CurrentView() const { return view_; }
 
     void Activate();
@@ -66,19 +65,31 @@ class frmUnit : public QWidget {
     bool IsActive() const { return active_; }
     bool Contains(const QWidget* w) const;
 
+    // The player's edits (slider drag, wheel and keys, entry fields, manual
+    // edit) end here: the one place the card writes each value of its unit.
+    // Weight from a priority position in hundredths, Limit from a whole number.
+    void EditWeight(int position);
+    void EditLimit(int limit);
+
+    // Ctrl+Down, Ctrl+Up, Ctrl+Home, Ctrl+End anywhere on the card (set by the board).
+    std::function<void(CardStep)> Navigate;
+    // Where the wheel goes that a slider may not take (set by the board).
+    std::function<void(QWheelEvent*)> PassWheel;
+
     static QColor ActiveCaptionColor();
+    static QColor ActiveTitleColor();
     static QColor InactiveCaptionColor();
     static QColor ButtonFaceColor();
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
   private:
-    void OnPriorityChanged(int value);
-    void OnNumbersChanged(int value);
     bool SliderKey(QSlider* slider, int keyCode);
     bool EntryKey(QLineEdit* field, QKeyEvent* key);
+    bool NavigationKey(const QKeyEvent* key);
     void CommitWeight(bool enter);
     void CommitLimit(bool enter);
     void ManualEdit();
@@ -87,7 +98,10 @@ class frmUnit : public QWidget {
     void SetValuesBold(bool bold);
     void SetIncludedView(bool included);
     void SetSliders(const SliderSettings& priority, const SliderSettings& numbers);
-    void ShowUnitValues();
+    // The unit's values on the labels, fields and sliders (no notification).
+    void ShowWeight();
+    void ShowLimit();
+    void ShowValue(QSlider* slider, QLabel* label, QLineEdit* field, float value, int position);
     vtUnit& Unit();
 
     void SetValueCaption(QLabel* label, const std::string& text);
@@ -95,6 +109,7 @@ class frmUnit : public QWidget {
     Definitions& defs_;
     CardLayout layout_;
     bool active_ = false;
+    int wheelTurn_ = 0; // wheel turn short of a whole notch (1/8 degrees)
     View view_;
 };
 

@@ -2,6 +2,7 @@
 
 #include "catalogue/text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -53,31 +54,19 @@ int NumbersPosition(float limit, const SliderSettings& slider) {
     return slider.Clamp(RoundHalfEven(static_cast<double>(limit)));
 }
 
-void ApplyPriorityPosition(Definitions& defs, vtUnit& unit, int position) {
-    unit.Weight = static_cast<float>(position / 100.0);
+bool ApplyPriorityPosition(Definitions& defs, vtUnit& unit, int position) {
+    const auto weight = static_cast<float>(position / 100.0);
+    if (unit.Weight == weight) return false;
+    unit.Weight = weight;
     defs.Changed = true;
+    return true;
 }
-void ApplyNumbersPosition(Definitions& defs, vtUnit& unit, int position) {
-    unit.Limit = static_cast<float>(position);
+bool ApplyNumbersPosition(Definitions& defs, vtUnit& unit, int position) {
+    const auto limit = static_cast<float>(position);
+    if (unit.Limit == limit) return false;
+    unit.Limit = limit;
     defs.Changed = true;
-}
-
-int FillPriority(Definitions& defs, vtUnit& unit, const SliderSettings& slider, int previous) {
-    int position = PriorityPosition(unit.Weight, slider);
-    if (position != previous) ApplyPriorityPosition(defs, unit, position);
-    return position;
-}
-int FillNumbers(Definitions& defs, vtUnit& unit, const SliderSettings& slider, int previous) {
-    int position = NumbersPosition(unit.Limit, slider);
-    if (position != previous) ApplyNumbersPosition(defs, unit, position);
-    return position;
-}
-
-void FillUnit(Definitions& defs, int unitIndex, const SliderSettings& priority,
-              const SliderSettings& numbers) {
-    vtUnit& unit = defs.Units[unitIndex];
-    FillPriority(defs, unit, priority);
-    FillNumbers(defs, unit, numbers);
+    return true;
 }
 
 int SliderKeyDelta(int keyCode, bool prioritySlider) {
@@ -114,6 +103,19 @@ int TrackbarStep(int keyCode, const SliderSettings& slider) {
     default:
         return 0;
     }
+}
+
+int SliderKeyPosition(int value, int keyCode, bool prioritySlider, const SliderSettings& slider) {
+    value = slider.Clamp(value + SliderKeyDelta(keyCode, prioritySlider));
+    return slider.Clamp(value + TrackbarStep(keyCode, slider));
+}
+
+int SliderWheelPosition(int value, int notches, bool prioritySlider, const SliderSettings& slider) {
+    for (; notches > 0; --notches)
+        value = SliderKeyPosition(value, KeyUp, prioritySlider, slider);
+    for (; notches < 0; ++notches)
+        value = SliderKeyPosition(value, KeyDown, prioritySlider, slider);
+    return value;
 }
 
 KeyVerdict FilterEntryKey(int charCode, std::string_view currentText) {
@@ -186,6 +188,27 @@ std::optional<int> ManualPriority(std::string_view answer) {
     if (whole > 255) return 255;
     if (whole < 1) return 0;
     return whole;
+}
+
+namespace {
+double Luminance(Rgb c) {
+    auto channel = [](int v) {
+        double s = std::clamp(v, 0, 255) / 255.0;
+        return s <= 0.04045 ? s / 12.92 : std::pow((s + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * channel(c.r) + 0.7152 * channel(c.g) + 0.0722 * channel(c.b);
+}
+} // namespace
+
+double ContrastRatio(Rgb a, Rgb b) {
+    double la = Luminance(a), lb = Luminance(b);
+    if (la < lb) std::swap(la, lb);
+    return (la + 0.05) / (lb + 0.05);
+}
+
+Rgb ReadableText(Rgb back, Rgb preferred) {
+    if (ContrastRatio(back, preferred) >= ReadableContrast) return preferred;
+    return ContrastRatio(back, Black) >= ContrastRatio(back, White) ? Black : White;
 }
 
 int TwipsToPixels(int twips) {

@@ -39,18 +39,12 @@ SliderSettings NumbersSettings(const Definitions& defs);
 int PriorityPosition(float weight, const SliderSettings& slider);
 int NumbersPosition(float limit, const SliderSettings& slider);
 
-// The slider notifications, the only writers of a unit's values.
-void ApplyPriorityPosition(Definitions& defs, vtUnit& unit, int position);
-void ApplyNumbersPosition(Definitions& defs, vtUnit& unit, int position);
-
-// What a card's slider does when the board fills it: the slider, at
-// `previous`, moves to the unit's position; when that differs the
-// notification writes the unit and sets Changed. Returns the new position.
-int FillPriority(Definitions& defs, vtUnit& unit, const SliderSettings& slider, int previous = 0);
-int FillNumbers(Definitions& defs, vtUnit& unit, const SliderSettings& slider, int previous = 0);
-// Both sliders of a freshly made card (both at 0 before the fill).
-void FillUnit(Definitions& defs, int unitIndex, const SliderSettings& priority,
-              const SliderSettings& numbers);
+// The player's edits, the only writers of a unit's values: Weight from a
+// priority position (hundredths), Limit from a whole number. A value equal to
+// the unit's own is not written again, so Changed is set only by a real change.
+// Returns whether the unit changed.
+bool ApplyPriorityPosition(Definitions& defs, vtUnit& unit, int position);
+bool ApplyNumbersPosition(Definitions& defs, vtUnit& unit, int position);
 
 // Key codes the sliders react to.
 enum SliderKey : int {
@@ -67,6 +61,16 @@ int SliderKeyDelta(int keyCode, bool prioritySlider);
 // The slider's own keyboard step on the trackbar: Left, Up and Page Up move
 // towards Min, Right, Down and Page Down towards Max (0 for other keys).
 int TrackbarStep(int keyCode, const SliderSettings& slider);
+// Where a slider at `value` ends after a key: the card's step, then the
+// trackbar's, each kept within the range.
+int SliderKeyPosition(int value, int keyCode, bool prioritySlider, const SliderSettings& slider);
+// The wheel on the active card's focused slider: each notch away from the
+// player (positive) is an Up key, each notch towards the player a Down key.
+int SliderWheelPosition(int value, int notches, bool prioritySlider, const SliderSettings& slider);
+
+// The keys that move from card to card (Ctrl+Down, Ctrl+Up, Ctrl+Home,
+// Ctrl+End); the board decides where they lead.
+enum class CardStep { Next, Previous, First, Last };
 
 // The entry fields' per-character filter.
 enum class KeyVerdict { Accept, Cancel, Commit };
@@ -94,6 +98,23 @@ inline constexpr std::string_view EntryTooltip =
 inline constexpr std::string_view ManualEditTitle = "Manual Edit";
 inline constexpr std::string_view ManualEditPrompt =
     "Please enter a Build Priority for this unit.\r\n\r\n0 to 255";
+
+// ---------------------------------------------------------------------------
+// Colours
+// ---------------------------------------------------------------------------
+struct Rgb {
+    int r = 0, g = 0, b = 0;
+    bool operator==(const Rgb&) const = default;
+};
+inline constexpr Rgb Black{0, 0, 0};
+inline constexpr Rgb White{255, 255, 255};
+// The contrast of two colours, 1 (none) to 21 (black on white), from their
+// relative luminance as the accessibility guidelines define it.
+double ContrastRatio(Rgb a, Rgb b);
+inline constexpr double ReadableContrast = 4.5;
+// `preferred` when it reads on `back` at 4.5:1 or better, otherwise black or
+// white, whichever reads better.
+Rgb ReadableText(Rgb back, Rgb preferred);
 
 // ---------------------------------------------------------------------------
 // Geometry in twips.

@@ -60,21 +60,48 @@ std::int32_t LaidOutBoardTop(int cardCount) {
     return static_cast<std::int32_t>(cardCount) * BoardDesign::LayoutRowPitch;
 }
 
-std::optional<ScrollSettings> FinishedScroll(int cardCount, std::int32_t boardTop,
-                                             int innerHeight) {
-    if (cardCount < 2) return std::nullopt;
+ScrollSettings BoardScroll(std::int32_t boardTop, int innerHeight, int bannerHeight) {
     ScrollSettings s;
     s.CardAreaHeight = 2 * boardTop;
-    s.Min = BoardDesign::ScrollMin;
-    s.Max =
-        innerHeight < boardTop ? boardTop - (innerHeight - BoardDesign::BannerHeight) : boardTop;
-    s.Value = BoardDesign::ScrollMin;
-    s.Enabled = innerHeight < boardTop;
+    s.Min = -bannerHeight;
+    s.Value = s.Min;
+    s.Enabled = boardTop > innerHeight - bannerHeight;
+    s.Max = s.Enabled ? boardTop - (innerHeight - bannerHeight) : s.Min;
     return s;
 }
 
-int CardAreaTop(int scrollValue) {
-    return scrollValue == 0 ? -BoardDesign::BannerHeight : -scrollValue;
+int CardAreaTop(int scrollValue, int bannerHeight) {
+    return scrollValue == 0 ? -bannerHeight : -scrollValue;
+}
+
+int ScrollShowingRow(int row, int value, const ScrollSettings& scroll, int innerHeight,
+                     int bannerHeight) {
+    const int pitch = BoardDesign::LayoutRowPitch;
+    const int top = CardAreaTop(value, bannerHeight) + row * pitch; // in the window
+    if (top < bannerHeight)
+        value = row * pitch - bannerHeight;
+    else if (top + pitch > innerHeight) // a card taller than the window shows its top
+        value = std::min((row + 1) * pitch - innerHeight, row * pitch - bannerHeight);
+    return std::clamp(value, scroll.Min, std::max(scroll.Min, scroll.Max));
+}
+
+int StepRow(int row, CardStep step, int count) {
+    if (count <= 0) return -1;
+    switch (step) {
+    case CardStep::Next:
+        row += 1;
+        break;
+    case CardStep::Previous:
+        row -= 1;
+        break;
+    case CardStep::First:
+        row = 0;
+        break;
+    case CardStep::Last:
+        row = count - 1;
+        break;
+    }
+    return std::clamp(row, 0, count - 1);
 }
 
 RowSpan VisibleRows(int viewTop, int viewHeight, int pitch, int count, int areaHeight) {
@@ -170,11 +197,10 @@ bool ResourceGuard::Check(ResourceGauge& gauge, Messages& messages) {
 }
 
 BoardBuild BuildBoard(Definitions& defs, std::string_view menuCaption, Messages& messages,
-                      Progress& progress, ResourceGauge& gauge, const SliderSettings& priority,
-                      const SliderSettings& numbers) {
+                      Progress& progress, ResourceGauge& gauge, bool askAll) {
     BoardBuild build;
     std::string_view keywords = KeywordsForMenuCaption(menuCaption);
-    if (menuCaption == AllCaption &&
+    if (askAll && menuCaption == AllCaption &&
         messages.Show(std::string(AllQuestion), std::string(ProgramTitle), MsgButtons::YesNo,
                       MsgIcon::Question) != MsgAnswer::Yes) {
         build.declined = true;
@@ -202,7 +228,6 @@ BoardBuild BuildBoard(Definitions& defs, std::string_view menuCaption, Messages&
             if (SameSide(defs.Units[index].Side, defs.CurrentSide)) {
                 build.unitIndices.push_back(index);
                 defs.BoardTop += BoardDesign::BuildRowPitch;
-                FillUnit(defs, index, priority, numbers);
             }
             progress.AddValue(1);
             if (Steady::now() - lastRepaint >= std::chrono::milliseconds(16)) {

@@ -69,11 +69,22 @@ struct ScrollSettings {
     bool Enabled = false;
     int CardAreaHeight = 0;
 };
-// The scroll bar and card area after a build; nullopt with fewer than two
-// cards (both keep their previous settings).
-std::optional<ScrollSettings> FinishedScroll(int cardCount, std::int32_t boardTop, int innerHeight);
-// Top of the card area for a scroll bar value (0 shows at -255).
-int CardAreaTop(int scrollValue);
+// The scroll bar and card area for a board `boardTop` high (all its rows) in
+// a window `innerHeight` high whose banner is `bannerHeight` high. Value is
+// the start (the first card right below the banner). A board that fits below
+// the banner, an empty one too, has no range: Max = Min, bar disabled.
+ScrollSettings BoardScroll(std::int32_t boardTop, int innerHeight,
+                           int bannerHeight = BoardDesign::BannerHeight);
+// Top of the card area for a scroll bar value (0 shows at -bannerHeight).
+int CardAreaTop(int scrollValue, int bannerHeight = BoardDesign::BannerHeight);
+// The scroll value nearest to `value` (within `scroll`'s range) that shows
+// the whole of `row` between the banner and the bottom of the window.
+int ScrollShowingRow(int row, int value, const ScrollSettings& scroll, int innerHeight,
+                     int bannerHeight = BoardDesign::BannerHeight);
+
+// The row a step from `row` leads to on a board of `count` rows (kept on the
+// board; -1 when the board is empty).
+int StepRow(int row, CardStep step, int count);
 
 // Rows of the card area (pitch `pitch`, `count` rows, area `areaHeight`
 // high) that meet the window [viewTop, viewTop + viewHeight) measured in the
@@ -139,14 +150,14 @@ struct BoardBuild {
     bool stoppedEarly = false;    // resource guard or out of memory
 };
 
-// Asks the "&All" question, shows the progress form, collects and sorts the
-// candidates, and takes every candidate of defs.CurrentSide (any case) in
-// list order, filling its unit as a new card's sliders would (Changed set
-// when a slider moves). BoardTop grows by one build row per card. Stopping
-// early closes the progress form and shows the "not enough resources"
-// message; the caller finishes the board either way.
+// Asks the "&All" question (unless `askAll` is false: the player already
+// answered it for this board), shows the progress form, collects and sorts
+// the candidates, and takes every candidate of defs.CurrentSide (any case)
+// in list order. Showing a unit never writes it: the units and Changed stay
+// as they are. BoardTop grows by one build row per card. Stopping early
+// closes the progress form and shows the "not enough resources" message; the
+// caller finishes the board either way.
 BoardBuild BuildBoard(Definitions& defs, std::string_view menuCaption, Messages& messages,
-                      Progress& progress, ResourceGauge& gauge, const SliderSettings& priority,
-                      const SliderSettings& numbers);
+                      Progress& progress, ResourceGauge& gauge, bool askAll = true);
 
 } // namespace vantrel

@@ -214,6 +214,10 @@ void frmMain::ResizeMe() {
 // Type and Side menus
 // ---------------------------------------------------------------------------
 void frmMain::mnuTypes_Click(int index) {
+    ChooseType(index, false);
+}
+
+void frmMain::ChooseType(int index, bool refresh) {
     defs_.BoardTop = 0;
     if (index < 0 || index >= static_cast<int>(mnuTypes.size()) || mnuTypes[index]->isSeparator())
         return;
@@ -223,12 +227,13 @@ void frmMain::mnuTypes_Click(int index) {
         item->setChecked(false);
     chosen->setChecked(true);
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    board->BuildForCategory(StdText(ItemCaption(chosen)));
+    board->BuildForCategory(StdText(ItemCaption(chosen)),
+                            refresh ? UnitBoard::Build::Refresh : UnitBoard::Build::Choice);
     QApplication::restoreOverrideCursor();
 }
 
 void frmMain::SelectSide(std::vector<QAction*>& chosen, std::vector<QAction*>& other, int first,
-                         int index) {
+                         int index, bool refresh) {
     defs_.CurrentSideIndex = index;
     // A separator or a missing item is skipped, as with any failing step.
     auto isItem = [](const std::vector<QAction*>& array, int i) {
@@ -248,7 +253,7 @@ void frmMain::SelectSide(std::vector<QAction*>& chosen, std::vector<QAction*>& o
     for (int i = 0; i < static_cast<int>(mnuTypes.size()); ++i) {
         if (!mnuTypes[static_cast<std::size_t>(i)]->isChecked()) continue;
         mnuTypes[static_cast<std::size_t>(i)]->setChecked(false);
-        mnuTypes_Click(i);
+        ChooseType(i, refresh);
         break;
     }
 }
@@ -262,9 +267,9 @@ void frmMain::mnuSideOption_Click(int index) {
 
 void frmMain::ReselectCurrentSide() {
     if (IsStandardSide(defs_.CurrentSide))
-        mnuSideOptionA_Click(defs_.CurrentSideIndex);
+        SelectSide(mnuSideOptionA, mnuSideOption, 1, defs_.CurrentSideIndex, true);
     else
-        mnuSideOption_Click(defs_.CurrentSideIndex);
+        SelectSide(mnuSideOption, mnuSideOptionA, 1, defs_.CurrentSideIndex, true);
 }
 
 // ---------------------------------------------------------------------------

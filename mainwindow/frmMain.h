@@ -124,8 +124,11 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     // handler, not the click, decides the check mark.
     QAction* AddArrayItem(QMenu* menu, const char* name, const QString& caption,
                           std::vector<QAction*>& array, void (frmMain::*handler)(int));
+    // `refresh`: the re-select step after a command; the board is rebuilt
+    // without asking the "&All" question again.
     void SelectSide(std::vector<QAction*>& chosen, std::vector<QAction*>& other, int first,
-                    int index);
+                    int index, bool refresh = false);
+    void ChooseType(int index, bool refresh);
 
     Definitions& defs_;
     MainWindowPorts ports_;

@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QScrollBar>
+#include <QSignalBlocker>
+#include <QWheelEvent>
 #include <QWindow>
 
 namespace vantrel {
@@ -25,8 +27,7 @@ UnitBoard::UnitBoard(Definitions& defs, Messages& messages, Progress& progress, 
     systemGauge_.graphics = &WidgetsFreePercent;
     picScreen = new QWidget(this);
     picScreen->setObjectName("picScreen");
-    picScreen->setGeometry(0, TwipsToPixels(BoardDesign::StartCardAreaTop), 0,
-                           TwipsToPixels(2 * BoardDesign::BuildRowPitch));
+    picScreen->setGeometry(0, TwipsToPixels(BoardDesign::StartCardAreaTop), 0, 0);
     Vscroll1 = new QScrollBar(Qt::Vertical, this);
     Vscroll1->setObjectName("Vscroll1");
     Vscroll1->setPageStep(BoardDesign::ScrollLargeChange);
@@ -57,6 +58,10 @@ int UnitBoard::InnerWidth() const {
 int UnitBoard::InnerHeight() const {
     return PixelsToTwips(height());
 }
+// The banner's real height: the first card starts right below it.
+int UnitBoard::BannerHeight() const {
+    return banner_ ? PixelsToTwips(banner_->height()) : BoardDesign::BannerHeight;
+}
 
 int UnitBoard::CardCount() const {
     return static_cast<int>(entries_.size());
@@ -79,14 +84,19 @@ std::vector<int> UnitBoard::RowsWithCards() const {
     return rows;
 }
 
-void UnitBoard::BuildForCategory(const std::string& menuCaption) {
+void UnitBoard::BuildForCategory(const std::string& menuCaption, Build kind) {
     defs_.BoardTop = 0;
-    picScreen->move(0, TwipsToPixels(BoardDesign::StartCardAreaTop));
+    picScreen->move(0, TwipsToPixels(BannerHeight()));
     QApplication::setOverrideCursor(Qt::WaitCursor);
     Clear();
-    BoardBuild build = BuildBoard(defs_, menuCaption, messages_, progress_, *gauge_,
-                                  PrioritySettings(defs_), NumbersSettings(defs_));
-    if (build.declined) {
+    const bool keepDeclined = kind == Build::Refresh && declined_ && menuCaption == AllCaption;
+    BoardBuild build;
+    if (!keepDeclined)
+        build =
+            BuildBoard(defs_, menuCaption, messages_, progress_, *gauge_, kind == Build::Choice);
+    declined_ = keepDeclined || build.declined;
+    if (declined_) {
+        ResizeMe();
         QApplication::restoreOverrideCursor();
         return;
     }
@@ -102,16 +112,23 @@ void UnitBoard::Finish() {
     if (CardCount() > 0) FocusRow(0);
     QApplication::restoreOverrideCursor();
     progress_.Close();
-    auto scroll = FinishedScroll(CardCount(), defs_.BoardTop, InnerHeight());
-    if (!scroll) return;
     progress_.ProcessEvents();
-    FocusRow(0);
-    picScreen->resize(picScreen->width(), TwipsToPixels(scroll->CardAreaHeight));
-    Vscroll1->setRange(scroll->Min, scroll->Max);
-    Vscroll1->setValue(scroll->Value);
+    UpdateScroll(true);
+    if (CardCount() > 0) FocusRow(0);
+    progress_.ProcessEvents();
+}
+
+void UnitBoard::UpdateScroll(bool toStart) {
+    ScrollSettings scroll = BoardScroll(defs_.BoardTop, InnerHeight(), BannerHeight());
+    picScreen->resize(picScreen->width(), TwipsToPixels(scroll.CardAreaHeight));
+    const int value = toStart ? scroll.Value : Vscroll1->value();
+    {
+        QSignalBlocker block(Vscroll1);
+        Vscroll1->setRange(scroll.Min, scroll.Max);
+        Vscroll1->setValue(std::clamp(value, scroll.Min, scroll.Max));
+    }
+    Vscroll1->setEnabled(scroll.Enabled);
     OnScroll(Vscroll1->value());
-    progress_.ProcessEvents();
-    Vscroll1->setEnabled(scroll->Enabled);
 }
 
 void UnitBoard::Clear() {
@@ -133,7 +150,7 @@ void UnitBoard::ResizeMe() {
     defs_.BoardTop = 0;
     const int inner = InnerWidth();
     const int scrollWidth = BoardDesign::ScrollBarWidth;
-    const int bannerHeight = BoardDesign::BannerHeight;
+    const int bannerHeight = BannerHeight();
     Vscroll1->setGeometry(TwipsToPixels(inner - scrollWidth), TwipsToPixels(bannerHeight),
                           TwipsToPixels(scrollWidth), TwipsToPixels(InnerHeight() - bannerHeight));
     picScreen->setGeometry(0, picScreen->y(), std::max(0, TwipsToPixels(inner - scrollWidth)),
@@ -142,16 +159,49 @@ void UnitBoard::ResizeMe() {
     defs_.BoardTop = LaidOutBoardTop(CardCount());
     for (const auto& [row, card] : bound_)
         PlaceCard(row, card);
-    RefreshCards();
+    // The range follows the size (and the card count): the last card stays
+    // reachable and no blank area opens below it.
+    UpdateScroll(false);
 }
 
 void UnitBoard::resizeEvent(QResizeEvent*) {
     ResizeMe();
 }
 
+void UnitBoard::wheelEvent(QWheelEvent* event) {
+    // The wheel anywhere over the board scrolls it (a card's slider passes
+    // the wheel on itself, unless it is the active card's and has the focus).
+    QApplication::sendEvent(Vscroll1, event);
+}
+
 void UnitBoard::OnScroll(int value) {
-    picScreen->move(picScreen->x(), TwipsToPixels(CardAreaTop(value)));
+    picScreen->move(picScreen->x(), TwipsToPixels(CardAreaTop(value, BannerHeight())));
     RefreshCards();
+}
+
+int UnitBoard::ActiveRow() const {
+    for (const auto& [row, card] : bound_)
+        if (card->IsActive()) return row;
+    return -1;
+}
+
+void UnitBoard::StepTo(CardStep step) {
+    const int from = ActiveRow();
+    const int row = StepRow(from < 0 ? 0 : from, step, CardCount());
+    if (row < 0) return;
+    // The same control of the new card takes the focus (a slider stays a
+    // slider), or the card itself.
+    QString control;
+    if (frmUnit* old = CardAt(from); old && old->Contains(QApplication::focusWidget()))
+        if (QApplication::focusWidget() != old) control = QApplication::focusWidget()->objectName();
+    ScrollSettings range{Vscroll1->minimum(), Vscroll1->maximum()};
+    Vscroll1->setValue(
+        ScrollShowingRow(row, Vscroll1->value(), range, InnerHeight(), BannerHeight()));
+    FocusRow(row);
+    frmUnit* card = CardAt(row);
+    if (QWidget* same = control.isEmpty() ? nullptr : card->findChild<QWidget*>(control);
+        same && same->isVisible())
+        same->setFocus(Qt::ShortcutFocusReason);
 }
 
 void UnitBoard::PlaceCard(int row, frmUnit* card) {
@@ -182,6 +232,8 @@ frmUnit* UnitBoard::EnsureCard(int row) {
     if (pool_.empty()) {
         card = new frmUnit(defs_, picScreen);
         if (inputBox) card->InputBox = inputBox;
+        card->Navigate = [this](CardStep step) { StepTo(step); };
+        card->PassWheel = [this](QWheelEvent* wheel) { QApplication::sendEvent(Vscroll1, wheel); };
     } else {
         card = pool_.back();
         pool_.pop_back();

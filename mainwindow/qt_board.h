@@ -4,8 +4,8 @@
 // The board keeps one entry (a unit index) per card in board order, and
 // makes card widgets only for the rows in view, reusing them as the board
 // scrolls; the card that has the focus keeps its widget while out of view.
-// Every unit of the board is filled when the board is built, whether or not
-// its card widget ever exists.
+// Showing a unit never writes it: building, scrolling, resizing and
+// activating leave every unit and the unsaved-changes flag as they are.
 #pragma once
 
 #include "catalogue/definitions.h"
@@ -34,7 +34,10 @@ class UnitBoard : public QWidget {
     // Builds the board for defs.CurrentSide and the category with this Type-menu
     // caption ("&Kbots", "&All", ...), after the menu has checked it: clears the
     // old cards, asks the "&All" question, collects, sorts and shows the cards.
-    void BuildForCategory(const std::string& menuCaption);
+    // A refresh (after Randomize, Open, Merge, Options, Build Set) rebuilds the
+    // same board without asking again; a declined "&All" board stays empty.
+    enum class Build { Choice, Refresh };
+    void BuildForCategory(const std::string& menuCaption, Build kind = Build::Choice);
     // Throws the cards away (board empty).
     void Clear();
     // The layout pass (also run on every resize).
@@ -61,6 +64,11 @@ class UnitBoard : public QWidget {
     int UnitIndexAt(int row) const;
     // The card widget of a row, nullptr while the row has none.
     frmUnit* CardAt(int row) const;
+    // Activates the card a keyboard step leads to (Ctrl+Down and the like)
+    // from the active card and scrolls it into view.
+    void StepTo(CardStep step);
+    // Row of the active card (-1: none).
+    int ActiveRow() const;
     // Rows that have a card widget at the moment.
     std::vector<int> RowsWithCards() const;
     // Card widgets made so far (in use or waiting to be reused).
@@ -68,6 +76,7 @@ class UnitBoard : public QWidget {
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
 
   private:
     void Finish();
@@ -77,8 +86,11 @@ class UnitBoard : public QWidget {
     void PlaceCard(int row, frmUnit* card);
     void FocusRow(int row);
     void OnScroll(int value);
-    int InnerWidth() const;  // twips
-    int InnerHeight() const; // twips
+    // Range and card area for the board as it stands; `toStart` shows the first card.
+    void UpdateScroll(bool toStart);
+    int InnerWidth() const;   // twips
+    int InnerHeight() const;  // twips
+    int BannerHeight() const; // twips
 
     Definitions& defs_;
     Messages& messages_;
@@ -92,6 +104,7 @@ class UnitBoard : public QWidget {
     std::map<int, frmUnit*> bound_;    // rows with a widget
     std::vector<frmUnit*> pool_;       // widgets waiting for a row
     bool shown_ = false;               // the build has finished: cards may be made
+    bool declined_ = false;            // the board is an "&All" the player declined
 };
 
 } // namespace vantrel

@@ -2,6 +2,7 @@
 
 #include "catalogue/load_units.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace vantrel {
@@ -10,7 +11,8 @@ bool Randomize(Definitions& defs, Messages& messages, Clock& clock, RandomSource
     if (messages.Show("This will overwrite current weights and limits.  Continue?", "Random",
                       MsgButtons::YesNo, MsgIcon::Question) != MsgAnswer::Yes)
         return false;
-    const double weightMax = defs.Option(optWeightMax);
+    const double weightMax = std::max(0, defs.Option(optWeightMax));
+    const double limitMax = std::max(0, defs.Option(optLimitMax));
     double carry = 0;
     for (int i = 1; i <= defs.Units.UBound(); ++i) {
         // A fresh seed from the clock for every unit. The clock may read the
@@ -19,10 +21,14 @@ bool Randomize(Definitions& defs, Messages& messages, Clock& clock, RandomSource
         random.Seed(clock.SecondsSinceMidnight() + carry);
         vtUnit& unit = defs.Units[i];
         double r1 = random.Next();
-        unit.Weight = RoundToHundredths(r1 * weightMax + 1);
+        // From 1 to WeightMax (0 to WeightMax when the maximum is below 1).
+        const double lowest = weightMax >= 1 ? 1 : 0;
+        unit.Weight = RoundToHundredths(std::min(lowest + r1 * (weightMax - lowest), weightMax));
         double r2 = random.Next();
         double r3 = random.Next();
-        unit.Limit = static_cast<float>(std::floor(r3 * 6) + std::floor(r2 * 6) + 1);
+        // Two six-sided dice minus one, no higher than LimitMax.
+        unit.Limit =
+            static_cast<float>(std::min(std::floor(r3 * 6) + std::floor(r2 * 6) + 1, limitMax));
         carry = r3;
     }
     return true;

@@ -6,6 +6,8 @@
 
 namespace vantrel {
 
+// Every unit gets a Weight from 1 to WeightMax in hundredths and a Limit
+// from 1 to 11 (two dice), both kept within the options' maxima.
 // Asks first; returns true when the units were changed (the caller then
 // re-selects the current side).
 bool Randomize(Definitions& defs, Messages& messages, Clock& clock, RandomSource& random);

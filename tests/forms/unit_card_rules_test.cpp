@@ -44,27 +44,20 @@ TEST(UnitCardRules, SliderStepsAreTenthsRoundedHalfToEvenAndPositionsAreClamped)
     EXPECT_EQ(NumbersPosition(80.0f, NumbersSettings(50)), 50);
 }
 
-TEST(UnitCardRules, FillBringsTheUnitToTheSlidersAndSetsChanged) {
+TEST(UnitCardRules, EditsWriteOnlyAChangedValueAndThenSetChanged) {
     Definitions defs;
     int a = test::AddUnit(defs, "A", "ARM", "KBOT", 0.125f, 3.0f);
-    int b = test::AddUnit(defs, "B", "ARM", "KBOT", 0.375f, 70.0f);
-    int z = test::AddUnit(defs, "Z", "ARM", "KBOT", 0.0f, 0.0f);
-    FillUnit(defs, z, PrioritySettings(defs), NumbersSettings(defs));
-    EXPECT_FALSE(defs.Changed) << "sliders that stay at 0 do not notify";
-    FillUnit(defs, a, PrioritySettings(defs), NumbersSettings(defs));
+    EXPECT_FALSE(ApplyNumbersPosition(defs, defs.Units[a], 3));
+    EXPECT_FALSE(defs.Changed) << "the same value is no change";
+    EXPECT_TRUE(ApplyPriorityPosition(defs, defs.Units[a], 12));
     EXPECT_TRUE(defs.Changed);
     EXPECT_FLOAT_EQ(defs.Units[a].Weight, 0.12f);
-    EXPECT_FLOAT_EQ(defs.Units[a].Limit, 3.0f);
-    FillUnit(defs, b, PrioritySettings(defs), NumbersSettings(defs));
-    EXPECT_FLOAT_EQ(defs.Units[b].Weight, 0.38f);
-    EXPECT_FLOAT_EQ(defs.Units[b].Limit, 50.0f);
 }
 
 TEST(UnitCardRules, SliderKeysAddTheTableStepThenTheTrackbarStep) {
     SliderSettings p = PrioritySettings(10);
-    auto press = [&](int value, int key, bool priority, const SliderSettings& s) {
-        value = s.Clamp(value + SliderKeyDelta(key, priority));
-        return s.Clamp(value + TrackbarStep(key, s));
+    auto press = [](int value, int key, bool priority, const SliderSettings& s) {
+        return SliderKeyPosition(value, key, priority, s);
     };
     EXPECT_EQ(press(250, KeyPageUp, true, p), 350);
     EXPECT_EQ(press(250, KeyPageDown, true, p), 150);
@@ -148,4 +141,12 @@ TEST(UnitCardRules, TwipsConvertAtFifteenPerPixel) {
     EXPECT_EQ(TwipsToPixels(1365), 91);
     EXPECT_EQ(TwipsToPixels(255), 17);
     EXPECT_EQ(PixelsToTwips(400), 6000);
+}
+
+TEST(UnitCardRules, TextKeepsItsColourOnlyWhereItReads) {
+    EXPECT_NEAR(ContrastRatio(Black, White), 21.0, 1e-9);
+    const Rgb mid{160, 160, 160}, face{239, 239, 239}, dark{32, 93, 132};
+    EXPECT_EQ(ReadableText(mid, face), Black) << "light grey on grey is about 1.9:1";
+    EXPECT_EQ(ReadableText(dark, White), White);
+    EXPECT_EQ(ReadableText(dark, Black), White);
 }

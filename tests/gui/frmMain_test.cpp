@@ -109,6 +109,15 @@ TEST_F(MainWindowTest, SideAndTypeMenusKeepOneCheckEach) {
     EXPECT_TRUE(window->mnuSideOptionA[2]->isChecked());
     EXPECT_FALSE(window->mnuSideOption[2]->isChecked());
     EXPECT_TRUE(window->mnuTypes[2]->isChecked());
+
+    // "&All" asks when chosen, not again when a command refreshes the board.
+    messages.answers = {MsgAnswer::Yes, MsgAnswer::Yes};
+    window->mnuTypes[0]->trigger();
+    window->mnuViewRandomize_Click();
+    ASSERT_EQ(messages.shown.size(), 2u);
+    EXPECT_EQ(messages.shown[1].title, "Random");
+    window->ReselectCurrentSide();
+    EXPECT_EQ(messages.shown.size(), 2u);
 }
 
 TEST_F(MainWindowTest, ClosingGoesThroughTheSavePrompt) {

@@ -34,7 +34,7 @@ struct CardFixture : vantrel::testing::GuiTest {
     // A filled card, activated through the focus.
     void Open(float weight, float limit, bool include = true) {
         unit = test::AddUnit(defs, "Flash", "ARM", "TANK", weight, limit, include);
-        card->Fill(unit, QPixmap());
+        card->Show(unit, QPixmap());
         ASSERT_TRUE(ShowActive(host));
         card->setFocus();
         QApplication::processEvents();
@@ -53,7 +53,16 @@ TEST_F(CardFixture, ActivationShowsTheValuesReadingTheOptionsEachTimeAndLeavingD
     EXPECT_EQ(Text(card->txtWeight), "8");
     EXPECT_EQ(Text(card->lblLimit), "40");
     EXPECT_TRUE(card->txtWeight->isVisible());
-    EXPECT_EQ(card->lblUnitName->palette().color(QPalette::Window), frmUnit::ActiveCaptionColor());
+    auto readable = [](QLabel* l) {
+        QColor back = l->palette().color(QPalette::Window),
+               text = l->palette().color(QPalette::WindowText);
+        return ContrastRatio({back.red(), back.green(), back.blue()},
+                             {text.red(), text.green(), text.blue()}) >= 4.5;
+    };
+    EXPECT_EQ(card->lblUnitName->palette().color(QPalette::Window), frmUnit::ActiveTitleColor());
+    EXPECT_NE(frmUnit::ActiveTitleColor(), QApplication::palette().color(QPalette::Highlight))
+        << "distinct from the banner";
+    EXPECT_TRUE(readable(card->lblUnitName));
     EXPECT_EQ(card->imgUnit->toolTip().toStdString(), "Flash - Flash unit");
 
     elsewhere->setFocus();
@@ -62,18 +71,31 @@ TEST_F(CardFixture, ActivationShowsTheValuesReadingTheOptionsEachTimeAndLeavingD
     EXPECT_FALSE(card->txtWeight->isVisible());
     EXPECT_EQ(card->lblUnitName->palette().color(QPalette::Window),
               frmUnit::InactiveCaptionColor());
+    EXPECT_TRUE(readable(card->lblUnitName));
 
+    // Lower maxima: the values above them show as they are, sliders at the end.
     defs.OptionValues[optWeightMax] = 5;
-    defs.OptionValues[optLimitMax] = 30;
+    defs.OptionValues[optLimitMax] = 0;
     card->setFocus();
     QApplication::processEvents();
     EXPECT_EQ(card->sldPriority->maximum(), 500);
-    EXPECT_FLOAT_EQ(Unit().Weight, 5.0f) << "the slider kept its value in range and notified";
-    EXPECT_FLOAT_EQ(Unit().Limit, 30.0f);
+    EXPECT_EQ(card->sldPriority->value(), 500);
+    EXPECT_EQ(Text(card->lblWeight), "8");
+    EXPECT_EQ(Text(card->txtLimit), "40");
+    elsewhere->setFocus(); // leaving the untouched fields commits nothing
+    QApplication::processEvents();
+    EXPECT_FLOAT_EQ(Unit().Weight, 8.0f);
+    EXPECT_FLOAT_EQ(Unit().Limit, 40.0f);
+    EXPECT_FALSE(defs.Changed) << "showing and activating never write";
 }
 
-TEST_F(CardFixture, ExcludedUnitShowsTheNoticeUntilTheNextActivation) {
-    Open(2.5f, 7, false);
+TEST_F(CardFixture, ExcludedUnitShowsTheNoticeBeforeAndAfterActivation) {
+    unit = test::AddUnit(defs, "Flash", "ARM", "TANK", 2.5f, 7, false);
+    card->Show(unit, QPixmap());
+    ASSERT_TRUE(ShowActive(host));
+    EXPECT_TRUE(card->lblExclude->isVisible()) << "without being clicked";
+    card->setFocus();
+    QApplication::processEvents();
     EXPECT_TRUE(card->lblExclude->isVisible());
     for (QWidget* w : std::initializer_list<QWidget*>{card->sldPriority, card->sldNumbers,
                                                       card->txtWeight, card->txtLimit})
@@ -81,7 +103,6 @@ TEST_F(CardFixture, ExcludedUnitShowsTheNoticeUntilTheNextActivation) {
     elsewhere->setFocus();
     QApplication::processEvents();
     EXPECT_TRUE(card->lblExclude->isVisible());
-    EXPECT_TRUE(card->CurrentView().excluded);
 }
 
 TEST_F(CardFixture, EntriesFilterKeysAndCommitOnEnterAndOnLeaving) {
@@ -104,7 +125,8 @@ TEST_F(CardFixture, EntriesFilterKeysAndCommitOnEnterAndOnLeaving) {
 
     card->txtLimit->setFocus();
     card->txtLimit->setText("12.7");
-    card->sldPriority->setFocus();
+    PressKey(card->txtLimit, Qt::Key_Tab, "\t"); // Tab leaves the field
+    EXPECT_NE(QApplication::focusWidget(), card->txtLimit);
     EXPECT_FLOAT_EQ(Unit().Limit, 13.0f);
 
     card->txtWeight->setFocus();
@@ -118,6 +140,17 @@ TEST_F(CardFixture, EntriesFilterKeysAndCommitOnEnterAndOnLeaving) {
     EXPECT_EQ(QApplication::focusWidget(), card->sldPriority);
 }
 
+TEST_F(CardFixture, EntryFieldsLieOnTheirValueLabels) {
+    Open(2.5f, 3);
+    for (auto [label, field] :
+         {std::pair{card->lblWeight, card->txtWeight}, std::pair{card->lblLimit, card->txtLimit}})
+        EXPECT_EQ(card->childAt(label->geometry().center()), field) << Text(field);
+    card->txtWeight->setFocus();
+    card->txtWeight->selectAll();
+    TypeText(card->txtWeight, "2.35");
+    EXPECT_EQ(Text(card->txtWeight), "2.35");
+}
+
 TEST_F(CardFixture, SliderKeysStepLikeTheTrackbar) {
     Open(2.5f, 20);
     card->sldPriority->setFocus();
@@ -129,7 +162,7 @@ TEST_F(CardFixture, SliderKeysStepLikeTheTrackbar) {
     EXPECT_EQ(Text(card->txtLimit), "25");
 }
 
-TEST_F(CardFixture, ManualEditShowsTheNumberOnly) {
+TEST_F(CardFixture, ManualEditSetsAndShowsThePriority) {
     Open(2.5f, 3);
     elsewhere->setFocus();
     QApplication::processEvents();
@@ -139,7 +172,8 @@ TEST_F(CardFixture, ManualEditShowsTheNumberOnly) {
                     Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(card->lblWeight, &dbl);
     EXPECT_EQ(Text(card->lblWeight), "255");
-    EXPECT_FLOAT_EQ(Unit().Weight, 2.5f);
+    EXPECT_FLOAT_EQ(Unit().Weight, 255.0f);
+    EXPECT_EQ(card->sldPriority->value(), 1000) << "above the maximum: the slider at its end";
     answer = std::nullopt;
     QApplication::sendEvent(card->lblWeight, &dbl);
     EXPECT_EQ(Text(card->lblWeight), "255");

@@ -24,8 +24,7 @@ struct BuildFixture : ::testing::Test {
     test::FixedGauge gauge;
 
     BoardBuild Build(const std::string& caption) {
-        return BuildBoard(defs, caption, messages, progress, gauge, PrioritySettings(defs),
-                          NumbersSettings(defs));
+        return BuildBoard(defs, caption, messages, progress, gauge);
     }
 };
 
@@ -93,7 +92,7 @@ TEST_F(BuildFixture, OnlyTheCurrentSideInAnyCaseGetsCards) {
     EXPECT_FALSE(build.declined);
     EXPECT_FALSE(build.stoppedEarly);
     EXPECT_EQ(defs.BoardTop, 3 * 1365);
-    EXPECT_TRUE(defs.Changed);
+    EXPECT_FALSE(defs.Changed) << "showing a unit never writes it";
     EXPECT_TRUE(messages.shown.empty());
     EXPECT_EQ(progress.statuses.back(), "Getting units...");
     EXPECT_EQ(progress.Maximum(), 5);
@@ -116,7 +115,12 @@ TEST_F(BuildFixture, AllAsksFirstAndNoLeavesEverythingAlone) {
 
     BoardBuild yes = Build("&All");
     EXPECT_EQ(yes.unitIndices, (std::vector<int>{1}));
-    EXPECT_FLOAT_EQ(defs.Units[1].Weight, 0.12f);
+    EXPECT_FLOAT_EQ(defs.Units[1].Weight, 0.125f) << "shown as it is";
+
+    // A refresh of the board the player accepted does not ask again.
+    messages.shown.clear();
+    EXPECT_EQ(BuildBoard(defs, "&All", messages, progress, gauge, false).unitIndices.size(), 1u);
+    EXPECT_TRUE(messages.shown.empty());
 }
 
 TEST_F(BuildFixture, LowResourcesAskNoHalvesTheThresholdAndYesStops) {
@@ -153,24 +157,36 @@ TEST_F(BuildFixture, LowResourcesAskNoHalvesTheThresholdAndYesStops) {
 
 TEST(BoardRules, TwelveCardsInAWindow6000HighAndTheirScrolling) {
     EXPECT_EQ(LaidOutBoardTop(12), 16200);
-    auto s = FinishedScroll(12, LaidOutBoardTop(12), 6000);
-    ASSERT_TRUE(s);
-    EXPECT_EQ(s->Min, -255);
-    EXPECT_EQ(s->Max, 10455);
-    EXPECT_EQ(s->Value, -255);
-    EXPECT_TRUE(s->Enabled);
-    EXPECT_EQ(s->CardAreaHeight, 32400);
+    ScrollSettings s = BoardScroll(LaidOutBoardTop(12), 6000);
+    EXPECT_EQ(s.Min, -255);
+    EXPECT_EQ(s.Max, 10455);
+    EXPECT_EQ(s.Value, -255);
+    EXPECT_TRUE(s.Enabled);
+    EXPECT_EQ(s.CardAreaHeight, 32400);
 
-    auto tall = FinishedScroll(3, LaidOutBoardTop(3), 9000);
-    ASSERT_TRUE(tall);
-    EXPECT_EQ(tall->Max, 4050);
-    EXPECT_FALSE(tall->Enabled);
-    EXPECT_FALSE(FinishedScroll(1, 1350, 6000)) << "one card keeps the old scroll settings";
+    // A board that fits below the banner (or is empty) has no range.
+    for (int cards : {0, 1, 3}) {
+        ScrollSettings fits = BoardScroll(LaidOutBoardTop(cards), 9000, 300);
+        EXPECT_EQ(fits.Max, -300) << cards;
+        EXPECT_FALSE(fits.Enabled) << cards;
+    }
+    EXPECT_TRUE(BoardScroll(LaidOutBoardTop(7), 9000, 300).Enabled) << "9450 is taller than 8700";
 
     // Scroll value 0 shows the first card at the banner.
     EXPECT_EQ(CardAreaTop(-255), 255);
     EXPECT_EQ(CardAreaTop(0), -255);
     EXPECT_EQ(CardAreaTop(1), -1);
+
+    // Bringing a row into view scrolls as little as needed, within the range.
+    EXPECT_EQ(ScrollShowingRow(4, -255, s, 6000), 4 * 1350 + 1350 - 6000) << "to the bottom edge";
+    EXPECT_EQ(ScrollShowingRow(2, 5000, s, 6000), 2 * 1350 - 255) << "to the banner";
+    EXPECT_EQ(ScrollShowingRow(1, -255, s, 6000), -255) << "already in view";
+    EXPECT_EQ(ScrollShowingRow(0, 5000, s, 6000), -255);
+    EXPECT_EQ(ScrollShowingRow(11, -255, s, 6000), 12 * 1350 - 6000);
+    EXPECT_EQ(StepRow(11, CardStep::Next, 12), 11);
+    EXPECT_EQ(StepRow(0, CardStep::Previous, 12), 0);
+    EXPECT_EQ(StepRow(3, CardStep::Last, 12), 11);
+    EXPECT_EQ(StepRow(0, CardStep::First, 0), -1);
 }
 
 TEST(BoardRules, VisibleRowsMeetTheWindowAndTheArea) {

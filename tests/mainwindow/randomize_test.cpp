@@ -60,7 +60,7 @@ TEST_F(RandomizeFixture, EveryUnitGetsAWeightAndLimitInRange) {
     for (int i = 1; i <= defs.Units.UBound(); ++i) {
         const vtUnit& u = defs.Units[i];
         ASSERT_GE(u.Weight, 1.0f) << i;
-        ASSERT_LE(u.Weight, 11.0f) << i;
+        ASSERT_LE(u.Weight, 10.0f) << i;
         double hundredths = static_cast<double>(u.Weight) * 100.0;
         ASSERT_NEAR(hundredths, std::round(hundredths), 1e-3) << u.Weight;
         ASSERT_EQ(u.Limit, std::floor(u.Limit));
@@ -72,22 +72,23 @@ TEST_F(RandomizeFixture, EveryUnitGetsAWeightAndLimitInRange) {
     }
     // Spread over the whole range although the clock never moved.
     EXPECT_LT(lowest, 1.1f);
-    EXPECT_GT(highest, 10.9f);
+    EXPECT_GT(highest, 9.9f);
     EXPECT_EQ(limits.size(), 11u);
     for (const auto& [value, count] : limits)
         if (value != 6) EXPECT_LT(count, limits[6]) << value << " beats 6";
 }
 
-TEST_F(RandomizeFixture, WeightsFollowTheWeightMaxOption) {
+TEST_F(RandomizeFixture, ValuesStayWithinTheMaximaOfTheOptions) {
     AddUnits(50);
     defs.OptionValues[optWeightMax] = 2;
+    defs.OptionValues[optLimitMax] = 6;
     test::SequenceRandom scripted({0.0, 0.999, 0.0, 0.5, 0.5, 0.5, 0.999999, 0.0, 0.999});
     ASSERT_TRUE(Randomize(defs, messages, clock, scripted));
     EXPECT_FLOAT_EQ(defs.Units[1].Weight, 1.0f);
     EXPECT_FLOAT_EQ(defs.Units[1].Limit, 6.0f); // 0 * 6 + 5.994 -> 0 + 5 + 1
-    EXPECT_FLOAT_EQ(defs.Units[2].Weight, 2.0f);
-    EXPECT_FLOAT_EQ(defs.Units[2].Limit, 7.0f);
-    EXPECT_FLOAT_EQ(defs.Units[3].Weight, 3.0f) << "the top value is reached when it rounds up";
+    EXPECT_FLOAT_EQ(defs.Units[2].Weight, 1.5f);
+    EXPECT_FLOAT_EQ(defs.Units[2].Limit, 6.0f) << "7 is above LimitMax";
+    EXPECT_FLOAT_EQ(defs.Units[3].Weight, 2.0f) << "the top is WeightMax";
     EXPECT_FLOAT_EQ(defs.Units[3].Limit, 6.0f);
     ASSERT_EQ(scripted.seeds.size(), 50u);
     EXPECT_NE(scripted.seeds[1], scripted.seeds[2]) << "equal clock readings, different seeds";
