@@ -155,6 +155,14 @@ frmUnit::frmUnit(Definitions& defs, QWidget* parent) : QWidget(parent), defs_(de
     connect(sldPriority, &QSlider::valueChanged, this, &frmUnit::OnPriorityChanged);
     connect(sldNumbers, &QSlider::valueChanged, this, &frmUnit::OnNumbersChanged);
     connect(qApp, &QApplication::focusChanged, this, &frmUnit::OnFocusChanged);
+    // A drag is one edit from press to release; a wheel step or a click
+    // beside the handle is one edit of its own.
+    for (auto [sl, field] : {std::pair{sldPriority, UnitField::Weight},
+                             std::pair{sldNumbers, UnitField::Limit}}) {
+        connect(sl, &QSlider::sliderPressed, this, [this, f = field] { BeginEdit(f); });
+        connect(sl, &QSlider::actionTriggered, this, [this, f = field] { BeginEdit(f); });
+        connect(sl, &QSlider::sliderReleased, this, [this, f = field] { EndEdit(f); });
+    }
 
     for (QObject* o : std::initializer_list<QObject*>{Frame1, imgUnit, lblNumbers, lblPriority,
                                                       lblUnitName, lblWeight, lblLimit, txtWeight,
@@ -205,6 +213,8 @@ void frmUnit::Show(int unitIndex, const QPixmap& picture, View view) {
     active_ = false;
     UnitIndex = unitIndex;
     view_ = view;
+    editBefore_[0].reset();
+    editBefore_[1].reset();
     Load();
     const vtUnit& unit = Unit();
     {
@@ -331,6 +341,7 @@ void frmUnit::OnPriorityChanged(int value) {
     ApplyPriorityPosition(defs_, unit, value);
     SetValueCaption(lblWeight, FloatText(unit.Weight));
     txtWeight->setText(lblWeight->text());
+    if (!sldPriority->isSliderDown() && !keying_) EndEdit(UnitField::Weight);
 }
 
 void frmUnit::OnNumbersChanged(int value) {
@@ -338,14 +349,50 @@ void frmUnit::OnNumbersChanged(int value) {
     ApplyNumbersPosition(defs_, unit, value);
     SetValueCaption(lblLimit, FloatText(unit.Limit));
     txtLimit->setText(lblLimit->text());
+    if (!sldNumbers->isSliderDown() && !keying_) EndEdit(UnitField::Limit);
+}
+
+void frmUnit::BeginEdit(UnitField field) {
+    std::optional<double>& before = editBefore_[field == UnitField::Weight ? 0 : 1];
+    if (!before) before = FieldValue(Unit(), field);
+}
+
+void frmUnit::EndEdit(UnitField field) {
+    std::optional<double>& before = editBefore_[field == UnitField::Weight ? 0 : 1];
+    if (!before) return;
+    const double old = *before;
+    before.reset();
+    if (old != FieldValue(Unit(), field) && OnValueCommitted)
+        OnValueCommitted(UnitIndex, field, old);
+}
+
+void frmUnit::ShowValues() {
+    {
+        QSignalBlocker blockPriority(sldPriority);
+        QSignalBlocker blockNumbers(sldNumbers);
+        sldPriority->setValue(PriorityPosition(Unit().Weight, SettingsOf(sldPriority)));
+        sldNumbers->setValue(NumbersPosition(Unit().Limit, SettingsOf(sldNumbers)));
+    }
+    ShowUnitValues();
+    if (active_) {
+        view_.excluded = !Unit().Include;
+        SetIncludedView(Unit().Include);
+        txtWeight->setVisible(Unit().Include);
+        txtLimit->setVisible(Unit().Include);
+    }
 }
 
 bool frmUnit::SliderKey(QSlider* slider, int keyCode) {
     if (keyCode == 0) return false;
+    const UnitField field = slider == sldPriority ? UnitField::Weight : UnitField::Limit;
+    BeginEdit(field);
+    keying_ = true;
     SliderSettings s = SettingsOf(slider);
     slider->setValue(s.Clamp(slider->value() + SliderKeyDelta(keyCode, slider == sldPriority)));
     // The trackbar's own step follows (Qt's would go the other way for some keys).
     slider->setValue(s.Clamp(slider->value() + TrackbarStep(keyCode, s)));
+    keying_ = false;
+    EndEdit(field);
     return true;
 }
 
@@ -383,7 +430,9 @@ void frmUnit::CommitWeight(bool enter) {
         return;
     }
     txtWeight->setText(Latin1(text));
+    BeginEdit(UnitField::Weight);
     sldPriority->setValue(*position);
+    EndEdit(UnitField::Weight);
     if (enter) sldPriority->setFocus(Qt::OtherFocusReason);
 }
 
@@ -395,7 +444,9 @@ void frmUnit::CommitLimit(bool enter) {
         return;
     }
     txtLimit->setText(Latin1(text));
+    BeginEdit(UnitField::Limit);
     sldNumbers->setValue(*position);
+    EndEdit(UnitField::Limit);
     if (enter) sldNumbers->setFocus(Qt::OtherFocusReason);
 }
 

@@ -6,6 +6,7 @@
 
 #include "catalogue/definitions.h"
 #include "forms/unit_card_rules.h"
+#include "mainwindow/unit_edits.h"
 
 #include <QWidget>
 
@@ -46,6 +47,13 @@ class frmUnit : public QWidget {
     std::function<std::optional<std::string>(const std::string& title, const std::string& prompt)>
         InputBox;
 
+    // Called once for every value the player commits (a slider released, a
+    // key, a wheel step, a typed value) with the value before the edit.
+    std::function<void(int unitIndex, UnitField field, double before)> OnValueCommitted;
+    // Shows the unit's present values after a change made elsewhere (the unit
+    // table, undo); writes nothing.
+    void ShowValues();
+
     // The Load handler: left edge 0, entry fields hidden, value labels from
     // the unit at UnitIndex.
     void Load();
@@ -77,6 +85,10 @@ class frmUnit : public QWidget {
   private:
     void OnPriorityChanged(int value);
     void OnNumbersChanged(int value);
+    // An edit of one value runs from BeginEdit to EndEdit, however many
+    // slider notifications it takes.
+    void BeginEdit(UnitField field);
+    void EndEdit(UnitField field);
     bool SliderKey(QSlider* slider, int keyCode);
     bool EntryKey(QLineEdit* field, QKeyEvent* key);
     void CommitWeight(bool enter);
@@ -96,6 +108,8 @@ class frmUnit : public QWidget {
     CardLayout layout_;
     bool active_ = false;
     View view_;
+    std::optional<double> editBefore_[2]; // Weight, Limit: value when the edit began
+    bool keying_ = false;
 };
 
 } // namespace vantrel

@@ -31,6 +31,7 @@ void FileCommands::New() {
     p_.fields.SetAIName("New");
     window_.ShowSettings(true);
     window_.ReselectCurrentSide();
+    window_.StartFreshHistory();
 }
 
 void FileCommands::UseRememberedFolder() {
@@ -72,6 +73,7 @@ void FileCommands::OpenOrMerge(bool merge) {
     if (!read) return;
 
     if (!merge) {
+        window_.StartFreshHistory();
         window_.ReselectCurrentSide();
         window_.SetInUse(true);
         p_.settings.Set("LastDir", FolderPart(chosen.path));
@@ -95,6 +97,7 @@ void FileCommands::Save() {
     bool written =
         RunWithProgress("Save", [&](ProfileContext& ctx) { p_.profiles.Save(ctx, chosen.path); });
     if (!written) return;
+    window_.ValuesSaved();
     window_.SetInUse(true);
     p_.settings.Set("LastDir", FolderPart(chosen.path));
 }

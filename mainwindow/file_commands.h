@@ -63,6 +63,9 @@ class MainWindowHooks {
     virtual void ShowSettings(bool forNewAI) = 0;
     // The Merge dialog, modal; it reports through DialogOK.
     virtual void ShowMerge() = 0;
+    // New and Open start a fresh edit history; a Save marks the values as saved.
+    virtual void StartFreshHistory() {}
+    virtual void ValuesSaved() {}
 };
 
 struct FileCommandPorts {

@@ -6,8 +6,11 @@
 #include "forms/frmSettings.h"
 #include "forms/qt_icon.h"
 #include "forms/qt_text.h"
+#include "mainwindow/frmTable.h"
 #include "mainwindow/help_file.h"
 #include "mainwindow/qt_board.h"
+#include "mainwindow/qt_edit_history.h"
+#include "mainwindow/qt_unit_table.h"
 #include "mainwindow/qt_picture.h"
 #include "mainwindow/randomize.h"
 #include "startup/paths.h"
@@ -54,6 +57,13 @@ frmMain::frmMain(Definitions& defs, MainWindowPorts ports, QWidget* parent)
             pictures_.Load(JoinPath(UnitsDir(defs_.AppDir), fileName), ports_.messages));
     };
     setCentralWidget(central);
+
+    // One history of value edits for the board and the table.
+    history_ = new EditHistory(defs_, this);
+    board->valueCommitted = [this](int unitIndex, UnitField field, double before) {
+        history_->RecordEdit(unitIndex, field, before);
+    };
+    connect(history_, &EditHistory::valuesChanged, board, &UnitBoard::RefreshValues);
 
     settings_ = new frmSettings(defs_, this);
     settings_->SetBannerLabel(lblAIName);
@@ -137,6 +147,18 @@ void frmMain::BuildMenus() {
     mnuFileSep2 = AddSeparator(mnuFile, "mnuFileSep2");
     mnuFileExit = AddItem(mnuFile, "mnuFileExit", "&Exit", [this] { mnuFileExit_Click(); });
 
+    mnuEdit = bar->addMenu("&Edit");
+    mnuEdit->setObjectName("mnuEdit");
+    mnuEditUndo = history_->Stack().createUndoAction(this, "&Undo");
+    mnuEditUndo->setObjectName("mnuEditUndo");
+    mnuEditUndo->setShortcut(QKeySequence::Undo);
+    mnuEditRedo = history_->Stack().createRedoAction(this, "&Redo");
+    mnuEditRedo->setObjectName("mnuEditRedo");
+    mnuEditRedo->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z),
+                               QKeySequence(Qt::CTRL | Qt::Key_Y)});
+    mnuEdit->addAction(mnuEditUndo);
+    mnuEdit->addAction(mnuEditRedo);
+
     mnuView = bar->addMenu("&View");
     mnuView->setObjectName("mnuView");
     mnuViewOptions =
@@ -150,6 +172,8 @@ void frmMain::BuildMenus() {
         AddItem(mnuView, "mnuViewExternal", "&External...", [this] { commands_->External(); });
     mnuViewRandomize =
         AddItem(mnuView, "mnuViewRandomize", "&Randomize...", [this] { mnuViewRandomize_Click(); });
+    mnuViewTable = AddItem(mnuView, "mnuViewTable", "&Table...", [this] { mnuViewTable_Click(); });
+    mnuViewTable->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_T));
 
     mnuSide = bar->addMenu("&Side");
     mnuSide->setObjectName("mnuSide");
@@ -212,6 +236,7 @@ void frmMain::mnuTypes_Click(int index) {
     QApplication::setOverrideCursor(Qt::WaitCursor);
     board->BuildForCategory(StdText(ItemCaption(chosen)));
     QApplication::restoreOverrideCursor();
+    BoardChoiceChanged();
 }
 
 void frmMain::SelectSide(std::vector<QAction*>& chosen, std::vector<QAction*>& other, int first,
@@ -238,6 +263,16 @@ void frmMain::SelectSide(std::vector<QAction*>& chosen, std::vector<QAction*>& o
         mnuTypes_Click(i);
         break;
     }
+    BoardChoiceChanged();
+}
+
+void frmMain::BoardChoiceChanged() {
+    if (!table_) return;
+    std::string keywords;
+    for (QAction* item : mnuTypes)
+        if (item->isChecked())
+            keywords = std::string(KeywordsForMenuCaption(StdText(ItemCaption(item))));
+    table_->SetBoardChoice(defs_.CurrentSide, keywords);
 }
 
 void frmMain::mnuSideOptionA_Click(int index) {
@@ -274,7 +309,23 @@ void frmMain::ShowSettings(bool forNewAI) {
 }
 
 void frmMain::ShowMerge() {
-    showMerge();
+    Recorded("Merge", [this] {
+        showMerge();
+        return defs_.DialogOK;
+    });
+}
+
+template <class Command> void frmMain::Recorded(const std::string& name, Command command) {
+    const std::vector<UnitValues> before = SnapshotValues(defs_);
+    if (command()) history_->Record(name, ChangesSince(defs_, before));
+}
+
+void frmMain::StartFreshHistory() {
+    history_->Reset();
+}
+
+void frmMain::ValuesSaved() {
+    history_->MarkSaved();
 }
 
 void frmMain::mnuFileExit_Click() {
@@ -289,12 +340,32 @@ void frmMain::mnuViewOptions_Click() {
 
 void frmMain::mnuViewIncludes_Click() {
     defs_.DialogOK = false;
-    showBuildSet();
+    // The dialog writes every tick at once, also when it is cancelled.
+    Recorded("Build Set", [this] {
+        showBuildSet();
+        return true;
+    });
     if (defs_.DialogOK) ReselectCurrentSide();
 }
 
 void frmMain::mnuViewRandomize_Click() {
-    if (Randomize(defs_, ports_.messages, ports_.clock, ports_.random)) ReselectCurrentSide();
+    bool changed = false;
+    Recorded("Randomize", [&] {
+        return changed = Randomize(defs_, ports_.messages, ports_.clock, ports_.random);
+    });
+    if (changed) ReselectCurrentSide();
+}
+
+void frmMain::mnuViewTable_Click() {
+    if (!table_) {
+        table_ = new frmTable(defs_, *history_, this);
+        table_->Model().pictureLoader = board->pictureLoader;
+        // Undo and Redo work from the table's window too.
+        table_->addAction(mnuEditUndo);
+        table_->addAction(mnuEditRedo);
+        BoardChoiceChanged();
+    }
+    table_->ShowWithFocus();
 }
 
 void frmMain::mnuHelpContents_Click() {

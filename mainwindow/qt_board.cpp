@@ -182,6 +182,9 @@ frmUnit* UnitBoard::EnsureCard(int row) {
     if (pool_.empty()) {
         card = new frmUnit(defs_, picScreen);
         if (inputBox) card->InputBox = inputBox;
+        card->OnValueCommitted = [this](int unitIndex, UnitField field, double before) {
+            if (valueCommitted) valueCommitted(unitIndex, field, before);
+        };
     } else {
         card = pool_.back();
         pool_.pop_back();
@@ -194,6 +197,11 @@ frmUnit* UnitBoard::EnsureCard(int row) {
     card->setVisible(!views_[static_cast<std::size_t>(row)].selfHidden);
     bound_[row] = card;
     return card;
+}
+
+void UnitBoard::RefreshValues(int firstUnit, int lastUnit) {
+    for (const auto& [row, card] : bound_)
+        if (card->UnitIndex >= firstUnit && card->UnitIndex <= lastUnit) card->ShowValues();
 }
 
 void UnitBoard::Release(int row, frmUnit* card) {
