@@ -44,14 +44,22 @@ std::string_view CategoryOf(const vtUnit& unit) {
     return {};
 }
 
+namespace {
+// Rounded in double precision, as the card's entry fields do; out-of-range
+// values (and NaN) are pulled in before rounding.
+int Position(double value, const SliderSettings& slider) {
+    if (!(value > slider.Min)) return slider.Min;
+    if (value > slider.Max) return slider.Max;
+    return slider.Clamp(RoundHalfEven(value));
+}
+} // namespace
+
 float BoundedWeight(double value, int weightMax) {
-    const SliderSettings slider = PrioritySettings(weightMax);
-    return static_cast<float>(PriorityPosition(static_cast<float>(value), slider) / 100.0);
+    return static_cast<float>(Position(value * 100.0, PrioritySettings(weightMax)) / 100.0);
 }
 
 float BoundedLimit(double value, int limitMax) {
-    const SliderSettings slider = NumbersSettings(limitMax);
-    return static_cast<float>(NumbersPosition(static_cast<float>(value), slider));
+    return static_cast<float>(Position(value, NumbersSettings(limitMax)));
 }
 
 double FieldValue(const vtUnit& unit, UnitField field) {
