@@ -22,6 +22,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScreen>
 #include <QVBoxLayout>
 
 namespace vantrel {
@@ -361,9 +362,16 @@ void frmMain::mnuViewTable_Click() {
         table_ = new frmTable(defs_, *history_, this);
         table_->Model().pictureLoader = board->pictureLoader;
         // Undo and Redo work from the table's window too.
-        table_->addAction(mnuEditUndo);
-        table_->addAction(mnuEditRedo);
+        QAction* first = table_->mnuEdit->actions().value(0);
+        table_->mnuEdit->insertActions(first, {mnuEditUndo, mnuEditRedo});
+        table_->mnuEdit->insertSeparator(first);
         BoardChoiceChanged();
+        // Beside the main window where the screen has room, else overlapping its right part.
+        const QRect screen = this->screen()->availableGeometry();
+        const QRect main = frameGeometry();
+        table_->move(std::max(screen.left(), std::min(main.right() + 1,
+                                                      screen.right() - table_->width())),
+                     main.top());
     }
     table_->ShowWithFocus();
 }

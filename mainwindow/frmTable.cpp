@@ -13,6 +13,8 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QStyledItemDelegate>
@@ -78,8 +80,11 @@ frmTable::frmTable(Definitions& defs, EditHistory& history, QWidget* parent)
     tblUnits->setIconSize(QSize(UnitTableModel::ThumbnailSize, UnitTableModel::ThumbnailSize));
     tblUnits->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder); // catalogue order
     tblUnits->setSortingEnabled(true);
-    tblUnits->setColumnWidth(UnitTableModel::ColPicture, UnitTableModel::ThumbnailSize + 8);
-    tblUnits->setColumnWidth(UnitTableModel::ColName, 170);
+    QHeaderView* header = tblUnits->horizontalHeader();
+    for (int c = UnitTableModel::ColName; c < UnitTableModel::ColumnCount; ++c)
+        header->resizeSection(c, std::max(80, header->sectionSizeHint(c)));
+    header->resizeSection(UnitTableModel::ColPicture, UnitTableModel::ThumbnailSize + 8);
+    header->resizeSection(UnitTableModel::ColName, 170);
 
     auto button = [this](const char* name, const char* caption) {
         auto* b = new QPushButton(QString::fromLatin1(caption), this);
@@ -103,20 +108,22 @@ frmTable::frmTable(Definitions& defs, EditHistory& history, QWidget* parent)
         buttonRow->addWidget(b);
     buttonRow->addStretch(1);
     auto* layout = new QVBoxLayout(this);
+    auto* bar = new QMenuBar(this);
+    layout->setMenuBar(bar);
     layout->addLayout(filterRow);
     layout->addWidget(tblUnits, 1);
     layout->addLayout(buttonRow);
-    resize(900, 560);
+    resize(980, 560);
 
     // Ctrl+W and Ctrl+L work wherever the focus is in this window.
-    actSetWeight = new QAction("Set Build Priority...", this);
-    actSetWeight->setObjectName("actSetWeight");
+    mnuEdit = bar->addMenu("&Edit");
+    mnuEdit->setObjectName("mnuTableEdit");
+    actSetWeight = mnuEdit->addAction("Set Build &Priority...");
     actSetWeight->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_W));
-    actSetLimit = new QAction("Set Number Produced...", this);
-    actSetLimit->setObjectName("actSetLimit");
+    actSetLimit = mnuEdit->addAction("Set &Number Produced...");
     actSetLimit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_L));
-    addAction(actSetWeight);
-    addAction(actSetLimit);
+    actInclude = mnuEdit->addAction("&Include");
+    actExclude = mnuEdit->addAction("E&xclude");
 
     askValue = [this](const QString& title, const QString& prompt, double start, double max,
                       int decimals) -> std::optional<double> {
@@ -136,8 +143,10 @@ frmTable::frmTable(Definitions& defs, EditHistory& history, QWidget* parent)
             [this] { SetSelected(UnitTableModel::ColLimit); });
     connect(cmdWeight, &QPushButton::clicked, actSetWeight, &QAction::trigger);
     connect(cmdLimit, &QPushButton::clicked, actSetLimit, &QAction::trigger);
-    connect(cmdInclude, &QPushButton::clicked, this, [this] { IncludeSelected(true); });
-    connect(cmdExclude, &QPushButton::clicked, this, [this] { IncludeSelected(false); });
+    connect(actInclude, &QAction::triggered, this, [this] { IncludeSelected(true); });
+    connect(actExclude, &QAction::triggered, this, [this] { IncludeSelected(false); });
+    connect(cmdInclude, &QPushButton::clicked, actInclude, &QAction::trigger);
+    connect(cmdExclude, &QPushButton::clicked, actExclude, &QAction::trigger);
 }
 
 void frmTable::ShowWithFocus() {

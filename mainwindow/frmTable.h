@@ -16,6 +16,7 @@
 class QAction;
 class QCheckBox;
 class QLineEdit;
+class QMenu;
 class QPushButton;
 class QTableView;
 
@@ -49,6 +50,9 @@ class frmTable : public QWidget {
     std::function<std::optional<double>(const QString&, const QString&, double, double, int)>
         askValue;
 
+    // The window's Edit menu: the bulk commands (the main window puts Undo
+    // and Redo in front of them).
+    QMenu* mnuEdit = nullptr;
     QLineEdit* txtFilter = nullptr;
     QCheckBox* chkBoard = nullptr;
     QTableView* tblUnits = nullptr;
@@ -58,6 +62,8 @@ class frmTable : public QWidget {
     QPushButton* cmdExclude = nullptr;
     QAction* actSetWeight = nullptr;
     QAction* actSetLimit = nullptr;
+    QAction* actInclude = nullptr;
+    QAction* actExclude = nullptr;
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
