@@ -74,11 +74,15 @@ struct Tables {
         table->ShowWithFocus();
         QApplication::processEvents(); // painted once
     }
-    std::vector<int> AllUnits() const {
-        std::vector<int> all;
-        for (int i = 1; i <= defs.Units.UBound(); ++i)
-            all.push_back(i);
-        return all;
+};
+
+// An open table of `units` units sorted by weight, so that every change of
+// weights re-sorts the rows.
+struct SortedTable : Tables {
+    explicit SortedTable(int units) : Tables(units) {
+        App();
+        Open();
+        table->tblUnits->sortByColumn(UnitTableModel::ColWeight, Qt::AscendingOrder);
     }
 };
 
@@ -125,10 +129,7 @@ BENCHMARK(BM_FilterKeystroke)->Arg(20000)->Unit(benchmark::kMillisecond);
 // Ctrl+A and one value for every unit, on a table sorted by that value
 // (the proxy re-sorts every row), painted.
 void BM_BulkSet(benchmark::State& state) {
-    App();
-    Tables t(static_cast<int>(state.range(0)));
-    t.Open();
-    t.table->tblUnits->sortByColumn(UnitTableModel::ColWeight, Qt::AscendingOrder);
+    SortedTable t(static_cast<int>(state.range(0)));
     t.table->tblUnits->selectAll();
     double value = 1;
     for (auto _ : state) {
@@ -141,11 +142,8 @@ BENCHMARK(BM_BulkSet)->Arg(20000)->Unit(benchmark::kMillisecond);
 
 // Undo of that bulk set (the set itself is outside the timing).
 void BM_BulkUndo(benchmark::State& state) {
-    App();
-    Tables t(static_cast<int>(state.range(0)));
-    t.Open();
-    t.table->tblUnits->sortByColumn(UnitTableModel::ColWeight, Qt::AscendingOrder);
-    const std::vector<int> all = t.AllUnits();
+    SortedTable t(static_cast<int>(state.range(0)));
+    const std::vector<int> all = UnitsMatching(t.defs, "*");
     for (auto _ : state) {
         state.PauseTiming();
         t.history.Set(all, UnitField::Weight, 5);

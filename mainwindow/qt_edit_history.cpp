@@ -12,7 +12,8 @@ namespace vantrel {
 class ValuesCommand : public QUndoCommand {
   public:
     ValuesCommand(EditHistory& history, const std::string& name, UnitChanges changes)
-        : QUndoCommand(QtText(name)), history_(history), changes_(std::move(changes)) {
+        : QUndoCommand(QtText(name).replace('&', "&&")), // shown in menus as typed
+          history_(history), changes_(std::move(changes)) {
         auto [low, high] = std::minmax_element(
             changes_.begin(), changes_.end(),
             [](const UnitChange& a, const UnitChange& b) { return a.Unit < b.Unit; });
@@ -34,6 +35,7 @@ class ValuesCommand : public QUndoCommand {
 };
 
 EditHistory::EditHistory(Definitions& defs, QObject* parent) : QObject(parent), defs_(defs) {
+    stack_.setUndoLimit(UndoLimit);
     connect(&stack_, &QUndoStack::indexChanged, this,
             [this] { defs_.Changed = !stack_.isClean(); });
 }
