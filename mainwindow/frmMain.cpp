@@ -30,6 +30,13 @@ namespace vantrel {
 namespace {
 constexpr int BannerHeight = 20; // pixels (255 twips at 96 dpi, with room for the bold font)
 
+class SilentMessages : public Messages {
+  public:
+    MsgAnswer Show(const std::string&, const std::string&, MsgButtons, MsgIcon) override {
+        return MsgAnswer::OK;
+    }
+};
+
 // The caption a control-array item stands for ('&' kept as typed).
 QString ItemCaption(const QAction* action) {
     return action->data().toString();
@@ -54,8 +61,7 @@ frmMain::frmMain(Definitions& defs, MainWindowPorts ports, QWidget* parent)
     board->SetBanner(picBorder);
     // Unit pictures come from the Units folder through the decoder's cache.
     board->pictureLoader = [this](const std::string& fileName) {
-        return ToQPixmap(
-            pictures_.Load(JoinPath(UnitsDir(defs_.AppDir), fileName), ports_.messages));
+        return UnitPicture(fileName, ports_.messages);
     };
     setCentralWidget(central);
 
@@ -84,6 +90,10 @@ frmMain::frmMain(Definitions& defs, MainWindowPorts ports, QWidget* parent)
 }
 
 frmMain::~frmMain() = default;
+
+QPixmap frmMain::UnitPicture(const std::string& fileName, Messages& messages) {
+    return ToQPixmap(pictures_.Load(JoinPath(UnitsDir(defs_.AppDir), fileName), messages));
+}
 
 void frmMain::BuildBanner() {
     picBorder = new QWidget(this);
@@ -360,7 +370,12 @@ void frmMain::mnuViewRandomize_Click() {
 void frmMain::mnuViewTable_Click() {
     if (!table_) {
         table_ = new frmTable(defs_, *history_, this);
-        table_->Model().pictureLoader = board->pictureLoader;
+        // The table paints thumbnails as rows scroll by: a picture without
+        // its palette stays blank there, with no message each time it is painted.
+        table_->Model().pictureLoader = [this](const std::string& fileName) {
+            static SilentMessages silent;
+            return UnitPicture(fileName, silent);
+        };
         // Undo and Redo work from the table's window too.
         QAction* first = table_->mnuEdit->actions().value(0);
         table_->mnuEdit->insertActions(first, {mnuEditUndo, mnuEditRedo});

@@ -120,6 +120,8 @@ class frmMain : public QMainWindow, public MainWindowHooks {
 
   private:
     PictureCache pictures_; // unit pictures, decoded once per file version
+    // A picture of the Units folder ("UnitName.pcx"), through the cache.
+    QPixmap UnitPicture(const std::string& fileName, Messages& messages);
     void BuildMenus();
     void BuildBanner();
     QAction* AddItem(QMenu* menu, const char* name, const char* caption,

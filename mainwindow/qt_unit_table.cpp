@@ -98,8 +98,7 @@ bool UnitTableModel::setData(const QModelIndex& index, const QVariant& value, in
         return true;
     }
     if (role == Qt::CheckStateRole && column == ColIncluded) {
-        history_.Set({unit}, UnitField::Include,
-                     value.value<Qt::CheckState>() == Qt::Checked ? 1 : 0);
+        history_.Set({unit}, UnitField::Include, value.toInt() == Qt::Checked ? 1 : 0);
         return true;
     }
     return false;

@@ -302,8 +302,15 @@ TEST_F(TableTest, CardAndTableShowEachOthersEditsAndShareOneHistory) {
     EXPECT_EQ(card->lblLimit->text(), "50");
     EXPECT_EQ(card->sldNumbers->value(), 50);
 
-    window->mnuEditUndo->trigger();
-    window->mnuEditUndo->trigger();
+    // A click on Included, as the view's delegate sends it.
+    table.Model().setData(table.Model().index(3, UnitTableModel::ColIncluded), Qt::Unchecked,
+                          Qt::CheckStateRole);
+    EXPECT_FALSE(defs.Units[4].Include);
+    EXPECT_EQ(UndoText(), "&Undo Exclude Thud");
+
+    for (int i = 0; i < 3; ++i)
+        window->mnuEditUndo->trigger();
+    EXPECT_TRUE(defs.Units[4].Include);
     EXPECT_EQ(card->lblLimit->text(), "5");
     EXPECT_EQ(card->lblWeight->text(), "1");
     EXPECT_EQ(defs.Units[4].Weight, 1.0f);
