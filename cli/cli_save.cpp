@@ -1,6 +1,7 @@
 // vantrel-cli save UNITS_DIR OUT [--open FILE [--tessaly]] [--name NAME] ...
 #include "cli/cli_profile_common.h"
 
+#include "mainwindow/unit_edits.h"
 #include "startup/options.h"
 
 #include <iostream>
@@ -9,7 +10,8 @@ namespace vantrel::cli {
 namespace {
 
 const char* Usage = "save UNITS_DIR OUT [--open FILE [--tessaly]] [--name NAME] [--author AUTHOR] "
-                    "[--easy N] [--medium N] [--hard N] [--weight-max N] [--limit-max N]";
+                    "[--easy N] [--medium N] [--hard N] [--weight-max N] [--limit-max N] "
+                    "[--set FILTER:weight=V] [--set FILTER:limit=V]...";
 
 const char* Details =
     "Loads the units of UNITS_DIR and the stored options, optionally opens FILE as\n"
@@ -24,7 +26,13 @@ const char* Details =
     "author is \"N/A\", the opened profile's author, or AUTHOR.\n"
     "--easy, --medium, --hard (plan percentages), --weight-max and --limit-max\n"
     "override the stored options for this run only; N is a whole number from\n"
-    "-32768 to 32767.";
+    "-32768 to 32767.\n"
+    "--set FILTER:weight=V and --set FILTER:limit=V (repeatable, applied in\n"
+    "order after --open) set the build priority or number produced of every\n"
+    "unit whose Name, UnitName, Side or class contains FILTER, without regard\n"
+    "to case (\"*\" or nothing before the colon: every unit), as the unit\n"
+    "table's bulk edits do: weights in hundredths from 0 to WeightMax, limits\n"
+    "whole from 0 to LimitMax.";
 
 struct OptionFlag {
     const char* flag;
@@ -42,6 +50,7 @@ int RunSave(const std::vector<std::string>& args) {
     std::optional<std::string> open, name, author;
     bool tessaly = false;
     std::vector<std::pair<OptionIndex, std::int32_t>> overrides;
+    std::vector<BulkSet> sets;
     for (std::size_t i = 0; i < args.size(); ++i) {
         const std::string& a = args[i];
         auto value = [&]() -> std::optional<std::string> {
@@ -50,6 +59,15 @@ int RunSave(const std::vector<std::string>& args) {
         };
         if (a == "--tessaly") {
             tessaly = true;
+            continue;
+        }
+        if (a == "--set") {
+            auto v = value();
+            auto set = v ? ParseBulkSet(*v) : std::nullopt;
+            if (!set)
+                return UsageError(Usage, "--set needs FILTER:weight=V or FILTER:limit=V, not '" +
+                                             v.value_or("") + "'");
+            sets.push_back(*set);
             continue;
         }
         std::optional<std::string>* text = a == "--open"     ? &open
@@ -83,6 +101,9 @@ int RunSave(const std::vector<std::string>& args) {
         run.defs.OptionValues[index] = value;
     if (open)
         if (auto status = OpenProfile(run, *open, tessaly, false)) return *status;
+    for (const BulkSet& set : sets)
+        if (ApplyBulkSet(run.defs, set) == 0)
+            std::cerr << "vantrel-cli: --set " << set.Filter << ": no unit matches\n";
     if (name) run.fields.SetAIName(*name);
     if (author) run.fields.SetAuthor(*author);
     run.fields.SetBanner(run.fields.AIName() + " AI");

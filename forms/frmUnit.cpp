@@ -179,6 +179,10 @@ frmUnit::frmUnit(Definitions& defs, QWidget* parent) : QWidget(parent), defs_(de
     connect(sldPriority, &QSlider::valueChanged, this, &frmUnit::EditWeight);
     connect(sldNumbers, &QSlider::valueChanged, this, &frmUnit::EditLimit);
     connect(qApp, &QApplication::focusChanged, this, &frmUnit::OnFocusChanged);
+    // A drag is one edit from its first move to the release; a key, a wheel
+    // notch or a click beside the handle is one edit of its own.
+    connect(sldPriority, &QSlider::sliderReleased, this, [this] { EndEdit(UnitField::Weight); });
+    connect(sldNumbers, &QSlider::sliderReleased, this, [this] { EndEdit(UnitField::Limit); });
 
     for (QObject* o : std::initializer_list<QObject*>{Frame1, imgUnit, lblNumbers, lblPriority,
                                                       lblUnitName, lblWeight, lblLimit, txtWeight,
@@ -224,6 +228,8 @@ void frmUnit::Show(int unitIndex, const QPixmap& picture, View view) {
     active_ = false;
     UnitIndex = unitIndex;
     view_ = view;
+    editBefore_[0].reset();
+    editBefore_[1].reset();
     Load();
     const vtUnit& unit = Unit();
     SetSliders(PrioritySettings(defs_), NumbersSettings(defs_));
@@ -348,13 +354,41 @@ void frmUnit::OnFocusChanged(QWidget*, QWidget* now) {
 }
 
 void frmUnit::EditWeight(int position) {
+    BeginEdit(UnitField::Weight);
     ApplyPriorityPosition(defs_, Unit(), position);
     ShowWeight();
+    if (!sldPriority->isSliderDown()) EndEdit(UnitField::Weight);
 }
 
 void frmUnit::EditLimit(int limit) {
+    BeginEdit(UnitField::Limit);
     ApplyNumbersPosition(defs_, Unit(), limit);
     ShowLimit();
+    if (!sldNumbers->isSliderDown()) EndEdit(UnitField::Limit);
+}
+
+void frmUnit::BeginEdit(UnitField field) {
+    std::optional<double>& before = editBefore_[field == UnitField::Weight ? 0 : 1];
+    if (!before) before = FieldValue(Unit(), field);
+}
+
+void frmUnit::EndEdit(UnitField field) {
+    std::optional<double>& before = editBefore_[field == UnitField::Weight ? 0 : 1];
+    if (!before) return;
+    const double old = *before;
+    before.reset();
+    if (old != FieldValue(Unit(), field) && OnValueCommitted)
+        OnValueCommitted(UnitIndex, field, old);
+}
+
+void frmUnit::ShowValues() {
+    ShowWeight();
+    ShowLimit();
+    SetIncludedView(Unit().Include);
+    if (!active_) {
+        txtWeight->hide();
+        txtLimit->hide();
+    }
 }
 
 bool frmUnit::SliderKey(QSlider* slider, int keyCode) {

@@ -6,6 +6,7 @@
 
 #include "catalogue/definitions.h"
 #include "forms/unit_card_rules.h"
+#include "mainwindow/unit_edits.h"
 
 #include <QWidget>
 
@@ -47,6 +48,13 @@ class frmUnit : public QWidget {
     std::function<std::optional<std::string>(const std::string& title, const std::string& prompt)>
         InputBox;
 
+    // Called once for every value the player commits (a slider released, a
+    // key, a wheel step, a typed value) with the value before the edit.
+    std::function<void(int unitIndex, UnitField field, double before)> OnValueCommitted;
+    // Shows the unit's present values after a change made elsewhere (the unit
+    // table, undo); writes nothing.
+    void ShowValues();
+
     // The Load handler: left edge 0, entry fields hidden, value labels from
     // the unit at UnitIndex.
     void Load();
@@ -87,6 +95,10 @@ class frmUnit : public QWidget {
     void resizeEvent(QResizeEvent* event) override;
 
   private:
+    // An edit of one value runs from BeginEdit to EndEdit, however many
+    // slider notifications it takes.
+    void BeginEdit(UnitField field);
+    void EndEdit(UnitField field);
     bool SliderKey(QSlider* slider, int keyCode);
     bool EntryKey(QLineEdit* field, QKeyEvent* key);
     bool NavigationKey(const QKeyEvent* key);
@@ -111,6 +123,7 @@ class frmUnit : public QWidget {
     bool active_ = false;
     int wheelTurn_ = 0; // wheel turn short of a whole notch (1/8 degrees)
     View view_;
+    std::optional<double> editBefore_[2]; // Weight, Limit: value when the edit began
 };
 
 } // namespace vantrel

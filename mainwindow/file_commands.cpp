@@ -40,6 +40,7 @@ void FileCommands::New() {
     }
     p_.defs.Changed = false; // a new AI has nothing to save yet
     window_.ReselectCurrentSide();
+    window_.StartFreshHistory();
 }
 
 void FileCommands::UseRememberedFolder() {
@@ -108,6 +109,7 @@ void FileCommands::ReadChosen(const std::string& path, bool tessaly, bool merge,
     if (!read) return;
 
     if (!merge) {
+        window_.StartFreshHistory();
         window_.ReselectCurrentSide();
         window_.SetInUse(true);
         if (rememberFolder) RememberFolderOf(path);
@@ -131,6 +133,7 @@ bool FileCommands::Save() {
         RunWithProgress("Save", [&](ProfileContext& ctx) { p_.profiles.Save(ctx, chosen.path); });
     if (!written) return false;
     saved_ = chosen.path;
+    window_.ValuesSaved();
     window_.SetInUse(true);
     RememberFolderOf(chosen.path);
     p_.defs.Changed = false;

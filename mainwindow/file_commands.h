@@ -70,6 +70,9 @@ class MainWindowHooks {
     virtual bool ShowSettings(bool forNewAI) = 0;
     // The Merge dialog, modal; it reports through DialogOK.
     virtual void ShowMerge() = 0;
+    // New and Open start a fresh edit history; a Save marks the values as saved.
+    virtual void StartFreshHistory() {}
+    virtual void ValuesSaved() {}
 };
 
 struct FileCommandPorts {

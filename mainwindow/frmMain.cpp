@@ -10,8 +10,11 @@
 #include "forms/qt_icon.h"
 #include "forms/qt_text.h"
 #include "mainwindow/game_commands.h"
+#include "mainwindow/frmTable.h"
 #include "mainwindow/help_file.h"
 #include "mainwindow/qt_board.h"
+#include "mainwindow/qt_edit_history.h"
+#include "mainwindow/qt_unit_table.h"
 #include "mainwindow/qt_picture.h"
 #include "mainwindow/randomize.h"
 #include "profile/profile_numbers.h"
@@ -24,12 +27,20 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScreen>
 #include <QVBoxLayout>
 
 namespace vantrel {
 
 namespace {
 constexpr int BannerHeight = 20; // pixels (255 twips at 96 dpi, with room for the bold font)
+
+class SilentMessages : public Messages {
+  public:
+    MsgAnswer Show(const std::string&, const std::string&, MsgButtons, MsgIcon) override {
+        return MsgAnswer::OK;
+    }
+};
 
 // The caption a control-array item stands for ('&' kept as typed).
 QString ItemCaption(const QAction* action) {
@@ -55,9 +66,16 @@ frmMain::frmMain(Definitions& defs, MainWindowPorts ports, QWidget* parent)
     board->SetBanner(picBorder);
     // Unit pictures come from the Units folder through the decoder's cache.
     board->pictureLoader = [this](const std::string& fileName) {
-        return ToQPixmap(pictures_.LoadUnitPicture(defs_.UnitFiles, fileName, ports_.messages));
+        return UnitPicture(fileName, ports_.messages);
     };
     setCentralWidget(central);
+
+    // One history of value edits for the board and the table.
+    history_ = new EditHistory(defs_, this);
+    board->valueCommitted = [this](int unitIndex, UnitField field, double before) {
+        history_->RecordEdit(unitIndex, field, before);
+    };
+    connect(history_, &EditHistory::valuesChanged, board, &UnitBoard::RefreshValues);
 
     settings_ = new frmSettings(defs_, this);
     settings_->SetBannerLabel(lblAIName);
@@ -77,6 +95,10 @@ frmMain::frmMain(Definitions& defs, MainWindowPorts ports, QWidget* parent)
 }
 
 frmMain::~frmMain() = default;
+
+QPixmap frmMain::UnitPicture(const std::string& fileName, Messages& messages) {
+    return ToQPixmap(pictures_.LoadUnitPicture(defs_.UnitFiles, fileName, messages));
+}
 
 void frmMain::BuildBanner() {
     picBorder = new QWidget(this);
@@ -145,6 +167,18 @@ void frmMain::BuildMenus() {
     mnuFileSep2 = AddSeparator(mnuFile, "mnuFileSep2");
     mnuFileExit = AddItem(mnuFile, "mnuFileExit", "&Exit", [this] { mnuFileExit_Click(); });
 
+    mnuEdit = bar->addMenu("&Edit");
+    mnuEdit->setObjectName("mnuEdit");
+    mnuEditUndo = history_->Stack().createUndoAction(this, "&Undo");
+    mnuEditUndo->setObjectName("mnuEditUndo");
+    mnuEditUndo->setShortcut(QKeySequence::Undo);
+    mnuEditRedo = history_->Stack().createRedoAction(this, "&Redo");
+    mnuEditRedo->setObjectName("mnuEditRedo");
+    mnuEditRedo->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z),
+                               QKeySequence(Qt::CTRL | Qt::Key_Y)});
+    mnuEdit->addAction(mnuEditUndo);
+    mnuEdit->addAction(mnuEditRedo);
+
     mnuView = bar->addMenu("&View");
     mnuView->setObjectName("mnuView");
     mnuViewOptions =
@@ -160,6 +194,8 @@ void frmMain::BuildMenus() {
         AddItem(mnuView, "mnuViewRandomize", "&Randomize...", [this] { mnuViewRandomize_Click(); });
     mnuViewCheck =
         AddItem(mnuView, "mnuViewCheck", "&Check Profile...", [this] { mnuViewCheck_Click(); });
+    mnuViewTable = AddItem(mnuView, "mnuViewTable", "&Table...", [this] { mnuViewTable_Click(); });
+    mnuViewTable->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_T));
 
     mnuSide = bar->addMenu("&Side");
     mnuSide->setObjectName("mnuSide");
@@ -230,6 +266,7 @@ void frmMain::ChooseType(int index, bool refresh) {
     board->BuildForCategory(StdText(ItemCaption(chosen)),
                             refresh ? UnitBoard::Build::Refresh : UnitBoard::Build::Choice);
     QApplication::restoreOverrideCursor();
+    BoardChoiceChanged();
 }
 
 void frmMain::SelectSide(std::vector<QAction*>& chosen, std::vector<QAction*>& other, int first,
@@ -256,6 +293,16 @@ void frmMain::SelectSide(std::vector<QAction*>& chosen, std::vector<QAction*>& o
         ChooseType(i, refresh);
         break;
     }
+    BoardChoiceChanged();
+}
+
+void frmMain::BoardChoiceChanged() {
+    if (!table_) return;
+    std::string keywords;
+    for (QAction* item : mnuTypes)
+        if (item->isChecked())
+            keywords = std::string(KeywordsForMenuCaption(StdText(ItemCaption(item))));
+    table_->SetBoardChoice(defs_.CurrentSide, keywords);
 }
 
 void frmMain::mnuSideOptionA_Click(int index) {
@@ -294,7 +341,23 @@ bool frmMain::ShowSettings(bool forNewAI) {
 }
 
 void frmMain::ShowMerge() {
-    showMerge();
+    Recorded("Merge", [this] {
+        showMerge();
+        return defs_.DialogOK;
+    });
+}
+
+template <class Command> void frmMain::Recorded(const std::string& name, Command command) {
+    const std::vector<UnitValues> before = SnapshotValues(defs_);
+    if (command()) history_->Record(name, ChangesSince(defs_, before));
+}
+
+void frmMain::StartFreshHistory() {
+    history_->Reset();
+}
+
+void frmMain::ValuesSaved() {
+    history_->MarkSaved();
 }
 
 void frmMain::mnuFileExit_Click() {
@@ -336,12 +399,44 @@ void frmMain::mnuViewOptions_Click() {
 
 void frmMain::mnuViewIncludes_Click() {
     defs_.DialogOK = false;
-    showBuildSet();
+    // The dialog writes every tick at once, also when it is cancelled.
+    Recorded("Build Set", [this] {
+        showBuildSet();
+        return true;
+    });
     if (defs_.DialogOK) ReselectCurrentSide();
 }
 
 void frmMain::mnuViewRandomize_Click() {
-    if (Randomize(defs_, ports_.messages, ports_.clock, ports_.random)) ReselectCurrentSide();
+    bool changed = false;
+    Recorded("Randomize", [&] {
+        return changed = Randomize(defs_, ports_.messages, ports_.clock, ports_.random);
+    });
+    if (changed) ReselectCurrentSide();
+}
+
+void frmMain::mnuViewTable_Click() {
+    if (!table_) {
+        table_ = new frmTable(defs_, *history_, this);
+        // The table paints thumbnails as rows scroll by: a picture without
+        // its palette stays blank there, with no message each time it is painted.
+        table_->Model().pictureLoader = [this](const std::string& fileName) {
+            static SilentMessages silent;
+            return UnitPicture(fileName, silent);
+        };
+        // Undo and Redo work from the table's window too.
+        QAction* first = table_->mnuEdit->actions().value(0);
+        table_->mnuEdit->insertActions(first, {mnuEditUndo, mnuEditRedo});
+        table_->mnuEdit->insertSeparator(first);
+        BoardChoiceChanged();
+        // Beside the main window where the screen has room, else overlapping its right part.
+        const QRect screen = this->screen()->availableGeometry();
+        const QRect main = frameGeometry();
+        table_->move(std::max(screen.left(), std::min(main.right() + 1,
+                                                      screen.right() - table_->width())),
+                     main.top());
+    }
+    table_->ShowWithFocus();
 }
 
 void frmMain::mnuHelpContents_Click() {

@@ -20,8 +20,10 @@ class QMenu;
 
 namespace vantrel {
 
+class EditHistory;
 class UnitBoard;
 class frmSettings;
+class frmTable;
 class frmHelp;
 
 struct MainWindowPorts {
@@ -57,6 +59,8 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     frmSettings& Settings() { return *settings_; }
     FileCommands& Commands() { return *commands_; }
     frmHelp* HelpViewer() { return help_; }
+    EditHistory& History() { return *history_; }
+    frmTable* Table() { return table_; } // nullptr until View, Table... first opens it
 
     // Menu handlers (menu clicks and re-selection call them).
     void mnuTypes_Click(int index);
@@ -70,6 +74,7 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     void mnuViewIncludes_Click();
     void mnuViewSettings_Click() { ShowSettings(false); }
     void mnuViewRandomize_Click();
+    void mnuViewTable_Click();
     void mnuHelpContents_Click();
     void mnuHelpAbout_Click();
 
@@ -87,6 +92,9 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     QAction* mnuFileExit = nullptr;
     QAction* mnuFileOpenGame = nullptr;
     QAction* mnuFileInstall = nullptr;
+    QMenu* mnuEdit = nullptr;
+    QAction* mnuEditUndo = nullptr;
+    QAction* mnuEditRedo = nullptr;
     QMenu* mnuView = nullptr;
     QAction* mnuViewOptions = nullptr;
     QAction* mnuVIewSep1 = nullptr;
@@ -95,6 +103,7 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     QAction* mnuViewExternal = nullptr;
     QAction* mnuViewRandomize = nullptr;
     QAction* mnuViewCheck = nullptr;
+    QAction* mnuViewTable = nullptr;
     QMenu* mnuSide = nullptr;
     std::vector<QAction*> mnuSideOptionA; // [1] Arm, [2] Core, [3] separator ([0] unused)
     std::vector<QAction*> mnuSideOption;  // [0] hidden template, [1..] further sides
@@ -109,12 +118,16 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     void SetInUse(bool inUse) override;
     bool ShowSettings(bool forNewAI) override;
     void ShowMerge() override;
+    void StartFreshHistory() override;
+    void ValuesSaved() override;
 
   protected:
     void closeEvent(QCloseEvent* event) override;
 
   private:
     PictureCache pictures_; // unit pictures, decoded once per file version
+    // A picture of the Units folder ("UnitName.pcx"), through the cache.
+    QPixmap UnitPicture(const std::string& fileName, Messages& messages);
     void BuildMenus();
     void BuildBanner();
     QAction* AddItem(QMenu* menu, const char* name, const char* caption,
@@ -124,6 +137,10 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     // handler, not the click, decides the check mark.
     QAction* AddArrayItem(QMenu* menu, const char* name, const QString& caption,
                           std::vector<QAction*>& array, void (frmMain::*handler)(int));
+    // Runs `command` and records what it changed in the units as one step.
+    template <class Command> void Recorded(const std::string& name, Command command);
+    // The table's second filter follows the Side and Type menus.
+    void BoardChoiceChanged();
     // `refresh`: the re-select step after a command; the board is rebuilt
     // without asking the "&All" question again.
     void SelectSide(std::vector<QAction*>& chosen, std::vector<QAction*>& other, int first,
@@ -134,6 +151,8 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     MainWindowPorts ports_;
     frmSettings* settings_ = nullptr;
     frmHelp* help_ = nullptr;
+    EditHistory* history_ = nullptr;
+    frmTable* table_ = nullptr;
     std::unique_ptr<FileCommands> commands_;
 };
 

@@ -234,6 +234,9 @@ frmUnit* UnitBoard::EnsureCard(int row) {
         if (inputBox) card->InputBox = inputBox;
         card->Navigate = [this](CardStep step) { StepTo(step); };
         card->PassWheel = [this](QWheelEvent* wheel) { QApplication::sendEvent(Vscroll1, wheel); };
+        card->OnValueCommitted = [this](int unitIndex, UnitField field, double before) {
+            if (valueCommitted) valueCommitted(unitIndex, field, before);
+        };
     } else {
         card = pool_.back();
         pool_.pop_back();
@@ -246,6 +249,11 @@ frmUnit* UnitBoard::EnsureCard(int row) {
     card->setVisible(!views_[static_cast<std::size_t>(row)].selfHidden);
     bound_[row] = card;
     return card;
+}
+
+void UnitBoard::RefreshValues(int firstUnit, int lastUnit) {
+    for (const auto& [row, card] : bound_)
+        if (card->UnitIndex >= firstUnit && card->UnitIndex <= lastUnit) card->ShowValues();
 }
 
 void UnitBoard::Release(int row, frmUnit* card) {

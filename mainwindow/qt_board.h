@@ -53,6 +53,11 @@ class UnitBoard : public QWidget {
     // The manual edit's input box for every card (default: a Qt input dialog).
     std::function<std::optional<std::string>(const std::string&, const std::string&)> inputBox;
 
+    // Every value the player commits on a card, with its value before the edit.
+    std::function<void(int unitIndex, UnitField field, double before)> valueCommitted;
+    // The cards of units firstUnit..lastUnit show their units' present values.
+    void RefreshValues(int firstUnit, int lastUnit);
+
     // The main window's banner (picBorder), laid out across the top of the
     // board by the layout pass. Optional; the board leaves the banner's
     // height (255 twips) free either way.

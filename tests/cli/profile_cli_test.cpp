@@ -94,8 +94,20 @@ TEST_F(ProfileCli, TessalyNamesAndStoredOptions) {
     EXPECT_NE(out.find("Weight Armcom 3\r\n"), std::string::npos); // capped by the stored WeightMax
 }
 
+TEST_F(ProfileCli, BulkSetsApplyInOrderAfterOpen) {
+    WriteBytes(dir / "in.txt", "Name: B AI\r\nWeight ARMCK 2.5\r\nWeight CORAK 2.5\r\n");
+    Result r = Run("save " + Units() + Q(dir / "out.txt") + " --open " + Q(dir / "in.txt") +
+                   " --set '*:limit=99' --set KBOT:weight=7.125 --set nothing:weight=1");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.err.find("--set nothing: no unit matches"), std::string::npos) << r.err;
+    r = Run("show " + Units() + Q(dir / "out.txt"));
+    EXPECT_NE(r.out.find("\tARMCK\tCNSTR\td\t2.5\t50\t1\n"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("\tCORAK\tKBOT\td\t7.12\t50\t1\n"), std::string::npos) << r.out;
+}
+
 TEST_F(ProfileCli, ErrorsAndExitStatuses) {
     const std::string out = Q(dir / "x.txt");
+    EXPECT_EQ(Run("save " + Units() + out + " --set core:speed=2").status, 2);
     EXPECT_EQ(Run("save " + Units()).status, 2);
     EXPECT_EQ(Run("save " + Units() + out + " --easy lots").status, 2);
     EXPECT_EQ(Run("save " + Units() + out + " --tessaly").status, 2);

@@ -4,14 +4,20 @@
 #include "forms/frmHelp.h"
 #include "forms/frmSettings.h"
 #include "gui/gui_app.h"
+#include "forms/frmUnit.h"
 #include "mainwindow/frmMain.h"
+#include "mainwindow/frmTable.h"
+#include "mainwindow/qt_board.h"
+#include "mainwindow/qt_edit_history.h"
 #include "mainwindow/qt_file_dialogs.h"
+#include "mainwindow/qt_unit_table.h"
 #include "startup/frmLoad.h"
 #include "startup/hpi_archive.h"
 #include "startup/paths.h"
 #include "support/command_fakes.h"
 #include "support/hpi_writer.h"
 #include "support/test_support.h"
+#include "support/unit_fixtures.h"
 
 #include <QAction>
 #include <QFile>
@@ -20,6 +26,9 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QCheckBox>
+#include <QTableView>
+#include <QTest>
 #include <QTextBrowser>
 #include <QTimer>
 #include <QTreeWidget>
@@ -287,6 +296,153 @@ TEST_F(MainWindowTest, SaveDialogAddsTxtToATypedPath) {
     ASSERT_TRUE(chosen.accepted);
     EXPECT_EQ(chosen.path, elsewhere.path() + "/Rusher.txt");
     EXPECT_EQ(FolderPart(chosen.path), elsewhere.path() + "/");
+}
+
+// ---------------------------------------------------------------------------
+// The unit table and the edit history
+// ---------------------------------------------------------------------------
+class TableTest : public MainWindowTest {
+  protected:
+    void SetUp() override {
+        MainWindowTest::SetUp();
+        test::AddUnit(defs, "Thud", "CORE", "KBOT", 1, 5);      // 4
+        test::AddUnit(defs, "Goliath", "CORE", "TANK", 7.5, 2); // 5
+        Load();
+        ASSERT_TRUE(ShowActive(*window));
+    }
+    // Ctrl+T on the main window; the table's window becomes the active one.
+    frmTable& OpenTable() {
+        EXPECT_TRUE(ShowActive(*window)); // the progress form may have taken the activation
+        window->setFocus();
+        QTest::keyClick(window.get(), Qt::Key_T, Qt::ControlModifier);
+        frmTable* table = window->Table();
+        if (!table) throw std::runtime_error("Ctrl+T opened no table");
+        ShowActive(*table);
+        return *table;
+    }
+    QString Shown(frmTable& table, int unit, int column) {
+        return table.Model().index(unit - 1, column).data().toString();
+    }
+    QString UndoText() { return window->mnuEditUndo->text(); }
+};
+
+TEST_F(TableTest, KeyboardFlowFilterSelectAllBulkSetAndUndo) {
+    frmTable& table = OpenTable();
+    EXPECT_EQ(table.windowTitle(), "Unit Table");
+    ASSERT_EQ(QApplication::focusWidget(), table.txtFilter);
+    EXPECT_EQ(table.Proxy().rowCount(), 5);
+
+    QTest::keyClicks(table.txtFilter, "cOrE");
+    EXPECT_EQ(table.Proxy().rowCount(), 2);
+    QTest::keyClick(table.txtFilter, Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(table.SelectedUnits().size(), 2u);
+
+    QString prompt;
+    table.askValue = [&](const QString&, const QString& label, double, double max, int decimals) {
+        prompt = label + QString(" %1 %2").arg(max).arg(decimals);
+        return std::optional<double>(12.345); // above WeightMax 10
+    };
+    QTest::keyClick(table.txtFilter, Qt::Key_W, Qt::ControlModifier);
+    EXPECT_EQ(prompt, "Build Priority of 2 units: 10 2");
+    EXPECT_EQ(defs.Units[4].Weight, 10.0f);
+    EXPECT_EQ(defs.Units[5].Weight, 10.0f);
+    EXPECT_EQ(defs.Units[1].Weight, 2.5f);
+    EXPECT_EQ(Shown(table, 4, UnitTableModel::ColWeight), "10");
+    EXPECT_EQ(UndoText(), "&Undo Set Build Priority of 2 units");
+    EXPECT_EQ(window->History().Stack().count(), 1); // one step for the whole set
+    EXPECT_TRUE(defs.Changed);
+
+    // Ctrl+Z in the filter box undoes the edit, not the typing.
+    QTest::keyClick(table.txtFilter, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(table.txtFilter->text(), "cOrE");
+    EXPECT_EQ(defs.Units[4].Weight, 1.0f);
+    EXPECT_EQ(defs.Units[5].Weight, 7.5f);
+    EXPECT_FALSE(defs.Changed) << "back at the values of the fresh history";
+    QTest::keyClick(table.txtFilter, Qt::Key_Y, Qt::ControlModifier);
+    EXPECT_EQ(defs.Units[5].Weight, 10.0f);
+
+    // Sorting on the numbers, and the board's side and type as a second filter.
+    table.txtFilter->clear();
+    table.tblUnits->sortByColumn(UnitTableModel::ColLimit, Qt::AscendingOrder);
+    EXPECT_EQ(table.Proxy().index(0, UnitTableModel::ColName).data().toString(), "Goliath");
+    window->mnuSideOptionA[2]->trigger(); // Core
+    window->mnuTypes[5]->trigger();       // Kbots
+    table.chkBoard->setChecked(true);
+    ASSERT_EQ(table.Proxy().rowCount(), 1);
+    EXPECT_EQ(table.Proxy().index(0, UnitTableModel::ColName).data().toString(), "Thud");
+}
+
+TEST_F(TableTest, CardAndTableShowEachOthersEditsAndShareOneHistory) {
+    window->mnuSideOptionA[2]->trigger();
+    window->mnuTypes[5]->trigger(); // Kbots: Thud's card
+    frmUnit* card = window->board->CardAt(0);
+    ASSERT_NE(card, nullptr);
+    ASSERT_EQ(card->UnitIndex, 4);
+    frmTable& table = OpenTable();
+    const int stepsAfterBuild = window->History().Stack().count();
+    EXPECT_EQ(stepsAfterBuild, 0) << "showing the board is no edit";
+
+    // A typed value committed with Enter is one step, whatever the slider does.
+    card->activateWindow();
+    card->txtWeight->setFocus();
+    card->txtWeight->setText("4.5");
+    QTest::keyClick(card->txtWeight, Qt::Key_Return);
+    EXPECT_EQ(defs.Units[4].Weight, 4.5f);
+    EXPECT_EQ(window->History().Stack().count(), 1);
+    EXPECT_EQ(UndoText(), "&Undo Set Build Priority of Thud");
+    EXPECT_EQ(Shown(table, 4, UnitTableModel::ColWeight), "4.5");
+
+    // An edit in the table shows on the card at once.
+    table.Model().setData(table.Model().index(3, UnitTableModel::ColLimit), 60, Qt::EditRole);
+    EXPECT_EQ(defs.Units[4].Limit, 50.0f); // LimitMax
+    EXPECT_EQ(card->lblLimit->text(), "50");
+    EXPECT_EQ(card->sldNumbers->value(), 50);
+
+    // A click on Included, as the view's delegate sends it.
+    table.Model().setData(table.Model().index(3, UnitTableModel::ColIncluded), Qt::Unchecked,
+                          Qt::CheckStateRole);
+    EXPECT_FALSE(defs.Units[4].Include);
+    EXPECT_EQ(UndoText(), "&Undo Exclude Thud");
+
+    for (int i = 0; i < 3; ++i)
+        window->mnuEditUndo->trigger();
+    EXPECT_TRUE(defs.Units[4].Include);
+    EXPECT_EQ(card->lblLimit->text(), "5");
+    EXPECT_EQ(card->lblWeight->text(), "1");
+    EXPECT_EQ(defs.Units[4].Weight, 1.0f);
+    EXPECT_EQ(Shown(table, 4, UnitTableModel::ColWeight), "1");
+}
+
+TEST_F(TableTest, RandomizeMergeAndBuildSetAreStepsAndOpenStartsAfresh) {
+    window->mnuViewRandomize->trigger();
+    EXPECT_NE(defs.Units[5].Weight, 7.5f);
+    EXPECT_EQ(UndoText(), "&Undo Randomize");
+    window->mnuEditUndo->trigger();
+    EXPECT_EQ(defs.Units[5].Weight, 7.5f);
+    EXPECT_EQ(defs.Units[4].Limit, 5.0f);
+
+    window->showBuildSet = [&] { defs.Units[4].Include = false; }; // a tick, then Cancel
+    window->mnuViewIncludes->trigger();
+    EXPECT_EQ(UndoText(), "&Undo Build Set");
+
+    window->showMerge = [&] {
+        defs.Units[5].Limit = 9;
+        defs.DialogOK = true;
+    };
+    dialogs.opens = {FileDialogResult{true, "/x/Two.txt", 1, "/x/"}};
+    window->mnuFileMerge->trigger();
+    EXPECT_EQ(UndoText(), "&Undo Merge");
+    window->mnuEditUndo->trigger();
+    window->mnuEditUndo->trigger();
+    EXPECT_EQ(defs.Units[5].Limit, 2.0f);
+    EXPECT_TRUE(defs.Units[4].Include);
+
+    window->mnuEditRedo->trigger();
+    dialogs.opens = {FileDialogResult{true, "/x/One.txt", 1, "/x/"}};
+    messages.answers = {MsgAnswer::No}; // no save first
+    window->mnuFileOpen->trigger();
+    EXPECT_FALSE(window->mnuEditUndo->isEnabled());
+    EXPECT_FALSE(window->mnuEditRedo->isEnabled());
 }
 
 TEST(FileDialogFilters, PipeListBecomesQtNameFilters) {

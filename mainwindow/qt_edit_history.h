@@ -1,0 +1,55 @@
+// The history of value edits: every change of a unit's weight, limit or
+// build-set flag, wherever it is made (a card, the unit table, a bulk set,
+// Randomize, Merge, the Build Set dialog), is one step of a QUndoStack.
+//
+// The unsaved-changes flag follows the stack: after every push, undo and redo
+// it is set unless the stack is back at its clean index (the values of the
+// last New, Open or Save). Marking the stack clean leaves the flag alone, so
+// the file commands' own rules for it still hold.
+#pragma once
+
+#include "catalogue/definitions.h"
+#include "mainwindow/unit_edits.h"
+
+#include <QObject>
+#include <QUndoStack>
+
+#include <string>
+#include <vector>
+
+namespace vantrel {
+
+class EditHistory : public QObject {
+    Q_OBJECT
+  public:
+    // Steps kept: a step holds 28 bytes per unit it touched, so even bulk
+    // sets on 20,000 units stay within a few tens of megabytes.
+    static constexpr int UndoLimit = 100;
+
+    explicit EditHistory(Definitions& defs, QObject* parent = nullptr);
+
+    QUndoStack& Stack() { return stack_; }
+
+    // Records changes already made in the units as one step named `name`
+    // ("Randomize", "Merge"). Nothing is recorded when no value differs.
+    void Record(const std::string& name, UnitChanges changes);
+    // Records one value that a card changed; `before` is its earlier value.
+    void RecordEdit(int unit, UnitField field, double before);
+    // Sets `field` of every listed unit (bounded as on the card) as one step.
+    void Set(const std::vector<int>& units, UnitField field, double value);
+    // A fresh history (New, Open): nothing to undo, the values count as saved.
+    void Reset();
+    // The present values are the saved ones (Save).
+    void MarkSaved() { stack_.setClean(); }
+
+  signals:
+    // Values of units in firstUnit..lastUnit may have changed (views refresh them).
+    void valuesChanged(int firstUnit, int lastUnit);
+
+  private:
+    friend class ValuesCommand;
+    Definitions& defs_;
+    QUndoStack stack_;
+};
+
+} // namespace vantrel
