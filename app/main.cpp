@@ -1,6 +1,7 @@
 // Vantrel desktop program: start-up, then the main window.
 #include "app/qt_gui_ports.h"
 #include "app/qt_settings_store.h"
+#include "base/paths.h"
 #include "forms/frmBuild.h"
 #include "forms/frmMerge.h"
 #include "forms/frmOptions.h"
@@ -11,7 +12,6 @@
 #include "startup/frmLoad.h"
 #include "startup/hpi_library.h"
 #include "startup/main_sequence.h"
-#include "startup/paths.h"
 #include "startup/zip_steps.h"
 
 #include <QApplication>

@@ -1,7 +1,7 @@
 // Desktop implementations of the message boxes and the shell.
 #pragma once
 
-#include "startup/ports.h"
+#include "base/ports.h"
 
 class QWidget;
 

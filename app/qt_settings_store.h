@@ -1,7 +1,7 @@
 // The per-user settings store: QSettings, application "vantrel", group "Options".
 #pragma once
 
-#include "startup/ports.h"
+#include "base/ports.h"
 
 #include <memory>
 

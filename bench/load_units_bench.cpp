@@ -1,9 +1,9 @@
 // Loading 20,000 unit files against reading every file once (the floor) and
 // against five whole-file reads per unit (one per field).
+#include "base/paths.h"
+#include "base/text.h"
 #include "catalogue/load_units.h"
-#include "catalogue/text.h"
 #include "demo/demo_units.h"
-#include "startup/paths.h"
 
 #include <benchmark/benchmark.h>
 

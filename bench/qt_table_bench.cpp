@@ -3,7 +3,7 @@
 // over the units that reads what one table row shows.
 // Run one benchmark per process to read its peak memory:
 //   QT_QPA_PLATFORM=offscreen build/qt_table_bench --benchmark_filter=TableOpen/
-#include "catalogue/text.h"
+#include "base/text.h"
 #include "mainwindow/frmTable.h"
 #include "mainwindow/qt_edit_history.h"
 #include "mainwindow/qt_unit_table.h"

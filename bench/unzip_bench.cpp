@@ -1,8 +1,8 @@
 // Unpacking a package of 500 small unit files: the unzip object (temporary
 // file, rename without replacing, existing-name check, size limits) against a
 // plain libzip copy loop that writes every entry straight to its place.
+#include "base/paths.h"
 #include "startup/cUnzip.h"
-#include "startup/paths.h"
 
 #include <benchmark/benchmark.h>
 #include <zip.h>

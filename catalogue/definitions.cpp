@@ -1,6 +1,6 @@
 #include "catalogue/definitions.h"
 
-#include "catalogue/text.h"
+#include "base/text.h"
 
 namespace vantrel {
 

@@ -1,7 +1,7 @@
 #include "catalogue/load_units.h"
 
-#include "catalogue/text.h"
-#include "startup/paths.h"
+#include "base/paths.h"
+#include "base/text.h"
 
 #include <algorithm>
 #include <cmath>

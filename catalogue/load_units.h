@@ -1,8 +1,8 @@
 // Reading unit definition files (*.fbi) into the catalogue.
 #pragma once
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
-#include "startup/ports.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,7 +1,7 @@
 #include "catalogue/units_folder.h"
 
-#include "catalogue/text.h"
-#include "startup/paths.h"
+#include "base/paths.h"
+#include "base/text.h"
 
 namespace vantrel {
 

@@ -1,8 +1,8 @@
 #include "cli/cli_common.h"
 
+#include "base/paths.h"
+#include "base/text.h"
 #include "catalogue/load_units.h"
-#include "catalogue/text.h"
-#include "startup/paths.h"
 
 #include <iostream>
 

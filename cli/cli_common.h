@@ -2,8 +2,8 @@
 // stderr, and table output.
 #pragma once
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
-#include "startup/ports.h"
 
 #include <functional>
 #include <initializer_list>

@@ -1,11 +1,11 @@
 // vantrel-cli demo APP_DIR: the headless demo that `make run` falls back to.
 #include "cli/cli_common.h"
 
-#include "catalogue/text.h"
+#include "base/paths.h"
+#include "base/text.h"
 #include "mainwindow/randomize.h"
 #include "profile/profile.h"
 #include "startup/main_sequence.h"
-#include "startup/paths.h"
 
 #include <iostream>
 #include <map>

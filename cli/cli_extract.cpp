@@ -1,9 +1,9 @@
 // vantrel-cli extract GAME_DIR APP_DIR
 #include "cli/cli_common.h"
 
+#include "base/paths.h"
 #include "startup/hpi_library.h"
 #include "startup/main_sequence.h"
-#include "startup/paths.h"
 #include "startup/zip_steps.h"
 
 #include <iostream>

@@ -1,8 +1,8 @@
 // vantrel-cli hpi list ARCHIVE | hpi extract ARCHIVE DEST
 #include "cli/cli_common.h"
 
+#include "base/paths.h"
 #include "startup/hpi_library.h"
-#include "startup/paths.h"
 
 #include <iostream>
 

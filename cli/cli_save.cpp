@@ -1,7 +1,7 @@
 // vantrel-cli save UNITS_DIR OUT [--open FILE [--tessaly]] [--name NAME] ...
 #include "cli/cli_profile_common.h"
 
-#include "mainwindow/unit_edits.h"
+#include "forms/unit_edits.h"
 #include "startup/options.h"
 
 #include <iostream>

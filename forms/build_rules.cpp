@@ -1,6 +1,6 @@
 #include "forms/build_rules.h"
 
-#include "catalogue/text.h"
+#include "base/text.h"
 
 namespace vantrel {
 

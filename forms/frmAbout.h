@@ -3,7 +3,7 @@
 // no web site or mail address, so the box offers none.
 #pragma once
 
-#include "startup/ports.h"
+#include "base/ports.h"
 
 #include <QDialog>
 

@@ -1,7 +1,7 @@
 #include "forms/frmGameProfiles.h"
 
+#include "base/paths.h"
 #include "forms/qt_form_parts.h"
-#include "startup/paths.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>

@@ -2,9 +2,9 @@
 // number produced come from the second profile.
 #pragma once
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
 #include "forms/merge_rules.h"
-#include "startup/ports.h"
 
 #include <QDialog>
 

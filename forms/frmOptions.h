@@ -2,10 +2,10 @@
 // maxima, the two start-up switches and the game folder.
 #pragma once
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
 #include "forms/folder_picker.h"
 #include "forms/options_rules.h"
-#include "startup/ports.h"
 
 #include <QDialog>
 

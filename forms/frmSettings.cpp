@@ -2,7 +2,7 @@
 
 #include "forms/qt_form_parts.h"
 #include "forms/qt_text.h"
-#include "mainwindow/file_commands.h"
+#include "forms/settings_rules.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>

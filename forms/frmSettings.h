@@ -3,8 +3,8 @@
 // author, and it backs the SettingsFields that the profile code uses.
 #pragma once
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
-#include "startup/ports.h"
 
 #include <QDialog>
 #include <QString>

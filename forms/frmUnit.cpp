@@ -1,6 +1,6 @@
 #include "forms/frmUnit.h"
 
-#include "catalogue/text.h"
+#include "base/text.h"
 
 #include <QApplication>
 #include <QFrame>

@@ -6,7 +6,7 @@
 
 #include "catalogue/definitions.h"
 #include "forms/unit_card_rules.h"
-#include "mainwindow/unit_edits.h"
+#include "forms/unit_edits.h"
 
 #include <QWidget>
 

@@ -1,6 +1,6 @@
 #include "forms/merge_rules.h"
 
-#include "catalogue/text.h"
+#include "base/text.h"
 
 #include <utility>
 

@@ -3,8 +3,8 @@
 // profile (held in SavedUnits).
 #pragma once
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
-#include "startup/ports.h"
 
 #include <array>
 #include <string>

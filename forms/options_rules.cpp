@@ -1,6 +1,6 @@
 #include "forms/options_rules.h"
 
-#include "catalogue/text.h"
+#include "base/text.h"
 #include "startup/options.h"
 
 namespace vantrel {

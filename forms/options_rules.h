@@ -2,8 +2,8 @@
 // values are shown, and what OK takes from the boxes and writes to the store.
 #pragma once
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
-#include "startup/ports.h"
 
 #include <array>
 #include <cstdint>

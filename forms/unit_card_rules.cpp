@@ -1,6 +1,6 @@
 #include "forms/unit_card_rules.h"
 
-#include "catalogue/text.h"
+#include "base/text.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,7 +1,7 @@
 // Feeds arbitrary bytes to the unzip object as a zip package and checks that
 // nothing it unpacks lands outside the destination folder.
+#include "base/paths.h"
 #include "startup/cUnzip.h"
-#include "startup/paths.h"
 
 #include <cstdint>
 #include <cstdlib>

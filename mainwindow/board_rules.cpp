@@ -1,6 +1,6 @@
 #include "mainwindow/board_rules.h"
 
-#include "catalogue/text.h"
+#include "base/text.h"
 
 #include <sys/resource.h>
 

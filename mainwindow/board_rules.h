@@ -2,9 +2,9 @@
 // order, the geometry in twips (rows, scroll range), and the resource guard.
 #pragma once
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
 #include "forms/unit_card_rules.h"
-#include "startup/ports.h"
 
 #include <array>
 #include <chrono>

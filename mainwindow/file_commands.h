@@ -4,9 +4,9 @@
 // commands run the same in the program and in tests.
 #pragma once
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
 #include "profile/profile.h"
-#include "startup/ports.h"
 
 #include <optional>
 #include <string>
@@ -157,12 +157,5 @@ std::string ProposedFileName(const std::string& aiName);
 // entry (any letter case, own or Tessaly form). Anything else (a program, a
 // picture) is asked about before it is read.
 bool LooksLikeAIProfile(std::string_view text);
-// Text from a file as the Settings fields and the banner may show it: control
-// characters (also those of the Latin-1 upper half) are dropped.
-std::string WithoutControlCharacters(std::string_view text);
-// The Settings dialog's OK is enabled for a name that is not blank.
-bool IsAcceptableAIName(const std::string& name);
-// OK of the Settings dialog after File, New: every unit starts from nothing.
-void ResetUnitsForNewAI(Definitions& defs);
 
 } // namespace vantrel

@@ -1,6 +1,7 @@
 #include "mainwindow/frmMain.h"
 
-#include "catalogue/text.h"
+#include "base/paths.h"
+#include "base/text.h"
 #include "forms/frmAbout.h"
 #include "forms/frmCheck.h"
 #include "forms/frmGameProfiles.h"
@@ -9,16 +10,15 @@
 #include "forms/qt_form_parts.h"
 #include "forms/qt_icon.h"
 #include "forms/qt_text.h"
-#include "mainwindow/game_commands.h"
 #include "mainwindow/frmTable.h"
+#include "mainwindow/game_commands.h"
 #include "mainwindow/help_file.h"
 #include "mainwindow/qt_board.h"
 #include "mainwindow/qt_edit_history.h"
-#include "mainwindow/qt_unit_table.h"
 #include "mainwindow/qt_picture.h"
+#include "mainwindow/qt_unit_table.h"
 #include "mainwindow/randomize.h"
 #include "profile/profile_numbers.h"
-#include "startup/paths.h"
 
 #include <QAction>
 #include <QApplication>

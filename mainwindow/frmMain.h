@@ -2,10 +2,10 @@
 // File, View, Side, Type and Help menus.
 #pragma once
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
 #include "mainwindow/file_commands.h"
 #include "mainwindow/picture_cache.h"
-#include "startup/ports.h"
 
 #include <QMainWindow>
 

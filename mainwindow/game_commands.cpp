@@ -1,7 +1,7 @@
 #include "mainwindow/game_commands.h"
 
+#include "base/paths.h"
 #include "startup/game_profiles.h"
-#include "startup/paths.h"
 
 namespace vantrel {
 

@@ -1,6 +1,6 @@
 #include "mainwindow/pcx.h"
 
-#include "catalogue/text.h"
+#include "base/text.h"
 
 #include <algorithm>
 #include <cstring>

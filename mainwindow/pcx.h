@@ -9,7 +9,7 @@
 // gives no picture and a reason text for the caller.
 #pragma once
 
-#include "startup/ports.h"
+#include "base/ports.h"
 
 #include <array>
 #include <cstddef>

@@ -8,10 +8,10 @@
 // activating leave every unit and the unsaved-changes flag as they are.
 #pragma once
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
 #include "forms/frmUnit.h"
 #include "mainwindow/board_rules.h"
-#include "startup/ports.h"
 
 #include <QPixmap>
 #include <QWidget>

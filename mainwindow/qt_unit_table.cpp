@@ -1,6 +1,6 @@
 #include "mainwindow/qt_unit_table.h"
 
-#include "catalogue/text.h"
+#include "base/text.h"
 #include "forms/qt_text.h"
 #include "mainwindow/qt_edit_history.h"
 

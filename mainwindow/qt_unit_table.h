@@ -4,7 +4,7 @@
 #pragma once
 
 #include "catalogue/definitions.h"
-#include "mainwindow/unit_edits.h"
+#include "forms/unit_edits.h"
 
 #include <QAbstractTableModel>
 #include <QPixmap>

@@ -1,8 +1,8 @@
 // The Randomize command: random weights and limits for every unit.
 #pragma once
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
-#include "startup/ports.h"
 
 namespace vantrel {
 

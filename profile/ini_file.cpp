@@ -1,6 +1,6 @@
 #include "profile/ini_file.h"
 
-#include "catalogue/text.h"
+#include "base/text.h"
 #include "profile/profile.h"
 #include "profile/profile_io.h"
 

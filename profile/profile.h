@@ -1,8 +1,8 @@
 // AI profiles: the writer, the two readers and the build-set files.
 #pragma once
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
-#include "startup/ports.h"
 
 #include <optional>
 #include <stdexcept>

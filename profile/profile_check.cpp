@@ -1,6 +1,6 @@
 #include "profile/profile_check.h"
 
-#include "catalogue/text.h"
+#include "base/text.h"
 #include "profile/ini_file.h"
 #include "profile/profile_numbers.h"
 #include "profile/profile_writer.h"

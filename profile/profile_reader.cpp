@@ -10,13 +10,13 @@
 // visits every entry and looks the text after its keyword up among the
 // catalogue's names, once per distinct name length, so that a name finds
 // exactly the entries that a search for it would.
+#include "base/paths.h"
+#include "base/text.h"
 #include "catalogue/load_units.h"
-#include "catalogue/text.h"
 #include "profile/ini_file.h"
 #include "profile/profile.h"
 #include "profile/profile_io.h"
 #include "profile/profile_numbers.h"
-#include "startup/paths.h"
 
 #include <algorithm>
 #include <cmath>

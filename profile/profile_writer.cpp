@@ -1,10 +1,10 @@
 #include "profile/profile_writer.h"
 
-#include "catalogue/text.h"
+#include "base/paths.h"
+#include "base/text.h"
 #include "profile/profile.h"
 #include "profile/profile_io.h"
 #include "profile/profile_numbers.h"
-#include "startup/paths.h"
 
 #include <array>
 #include <cstdio>

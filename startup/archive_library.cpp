@@ -1,7 +1,7 @@
 #include "startup/archive_library.h"
 
-#include "catalogue/text.h"
-#include "startup/paths.h"
+#include "base/paths.h"
+#include "base/text.h"
 
 #include <cstdlib>
 #include <dirent.h>

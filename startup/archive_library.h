@@ -2,8 +2,8 @@
 // over the game's archives that fill the Units folder.
 #pragma once
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
-#include "startup/ports.h"
 
 #include <cstdint>
 #include <string>

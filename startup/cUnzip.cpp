@@ -1,7 +1,7 @@
 #include "startup/cUnzip.h"
 
-#include "catalogue/text.h"
-#include "startup/paths.h"
+#include "base/paths.h"
+#include "base/text.h"
 
 #include <zip.h>
 

@@ -2,7 +2,7 @@
 // profiles are read or written.
 #pragma once
 
-#include "startup/ports.h"
+#include "base/ports.h"
 
 #include <QDialog>
 

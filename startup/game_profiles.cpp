@@ -1,10 +1,10 @@
 #include "startup/game_profiles.h"
 
-#include "catalogue/text.h"
+#include "base/paths.h"
+#include "base/text.h"
 #include "profile/profile_io.h"
 #include "startup/archive_library.h"
 #include "startup/hpi_archive.h"
-#include "startup/paths.h"
 
 #include <dirent.h>
 #include <sys/stat.h>

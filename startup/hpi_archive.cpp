@@ -1,6 +1,6 @@
 #include "startup/hpi_archive.h"
 
-#include "catalogue/text.h"
+#include "base/text.h"
 
 #include <cerrno>
 #include <cstring>

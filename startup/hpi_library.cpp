@@ -1,6 +1,6 @@
 #include "startup/hpi_library.h"
 
-#include "startup/paths.h"
+#include "base/paths.h"
 
 #include <atomic>
 #include <cerrno>

@@ -1,7 +1,7 @@
 #include "startup/main_sequence.h"
 
+#include "base/paths.h"
 #include "startup/options.h"
-#include "startup/paths.h"
 
 namespace vantrel {
 

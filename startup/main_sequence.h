@@ -1,10 +1,10 @@
 // The start-up sequence: options, game folder, extraction, unit loading.
 #pragma once
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
 #include "catalogue/load_units.h"
 #include "startup/archive_library.h"
-#include "startup/ports.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
 #include "startup/options.h"
 
-#include "catalogue/text.h"
+#include "base/text.h"
 
 #include <charconv>
 

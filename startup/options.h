@@ -1,8 +1,8 @@
 // The stored options of section "Options".
 #pragma once
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
-#include "startup/ports.h"
 
 #include <array>
 #include <optional>

@@ -1,5 +1,5 @@
+#include "base/text.h"
 #include "catalogue/definitions.h"
-#include "catalogue/text.h"
 
 #include <gtest/gtest.h>
 #include <random>

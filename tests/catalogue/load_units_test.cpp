@@ -1,7 +1,7 @@
+#include "base/paths.h"
+#include "base/text.h"
 #include "catalogue/load_units.h"
-#include "catalogue/text.h"
 #include "demo/demo_units.h"
-#include "startup/paths.h"
 #include "support/test_support.h"
 
 #include <gtest/gtest.h>

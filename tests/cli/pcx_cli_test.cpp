@@ -1,4 +1,4 @@
-#include "catalogue/text.h"
+#include "base/text.h"
 #include "demo/demo_units.h"
 #include "support/pcx_fixtures.h"
 

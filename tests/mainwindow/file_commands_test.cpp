@@ -1,8 +1,9 @@
-#include "catalogue/text.h"
+#include "base/paths.h"
+#include "base/text.h"
+#include "forms/settings_rules.h"
 #include "mainwindow/file_commands.h"
 #include "mainwindow/game_commands.h"
 #include "mainwindow/help_file.h"
-#include "startup/paths.h"
 #include "support/command_fakes.h"
 #include "support/test_support.h"
 

@@ -1,6 +1,6 @@
 #include "mainwindow/png_writer.h"
 
-#include "catalogue/text.h"
+#include "base/text.h"
 
 #include "demo/demo_units.h"
 #include "support/pcx_fixtures.h"

@@ -1,4 +1,4 @@
-#include "catalogue/text.h"
+#include "base/text.h"
 #include "profile/profile.h"
 #include "profile/profile_numbers.h"
 #include "support/profile_support.h"

@@ -1,7 +1,7 @@
-#include "catalogue/text.h"
+#include "base/paths.h"
+#include "base/text.h"
 #include "demo/demo_units.h"
 #include "startup/hpi_library.h"
-#include "startup/paths.h"
 #include "support/hpi_writer.h"
 #include "support/scratch_folder.h"
 

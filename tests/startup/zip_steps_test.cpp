@@ -1,7 +1,7 @@
 #include "startup/zip_steps.h"
 
-#include "catalogue/text.h"
-#include "startup/paths.h"
+#include "base/paths.h"
+#include "base/text.h"
 #include "support/zip_maker.h"
 
 #include <gtest/gtest.h>

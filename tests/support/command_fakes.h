@@ -2,9 +2,9 @@
 // the file commands run in tests without a modal window (messages and shell: test_support.h).
 #pragma once
 
+#include "base/ports.h"
 #include "mainwindow/file_commands.h"
 #include "profile/profile_io.h"
-#include "startup/ports.h"
 #include "support/test_support.h"
 
 #include <deque>

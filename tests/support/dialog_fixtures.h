@@ -1,8 +1,8 @@
 // Catalogues and ports for the dialog tests.
 #pragma once
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
-#include "startup/ports.h"
 
 #include <string>
 #include <vector>

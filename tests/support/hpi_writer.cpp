@@ -1,6 +1,6 @@
 #include "support/hpi_writer.h"
 
-#include "catalogue/text.h"
+#include "base/text.h"
 #include "startup/hpi_archive.h"
 
 #include <stdexcept>

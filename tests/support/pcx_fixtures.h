@@ -4,9 +4,9 @@
 
 #include "support/test_support.h"
 
+#include "base/ports.h"
 #include "demo/pcx_writer.h"
 #include "mainwindow/pcx.h"
-#include "startup/ports.h"
 
 #include <string>
 #include <vector>

@@ -3,9 +3,9 @@
 
 #include "support/test_support.h"
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
 #include "profile/profile.h"
-#include "startup/ports.h"
 
 #include <ctime>
 #include <string>

@@ -1,7 +1,7 @@
 // Helpers shared by the tests: temporary folders and scripted ports.
 #pragma once
 
-#include "startup/ports.h"
+#include "base/ports.h"
 
 #include <string>
 #include <vector>

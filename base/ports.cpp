@@ -1,4 +1,4 @@
-#include "startup/ports.h"
+#include "base/ports.h"
 
 #include <chrono>
 #include <cstdlib>

@@ -1,6 +1,6 @@
-#include "startup/paths.h"
+#include "base/paths.h"
 
-#include "catalogue/text.h"
+#include "base/text.h"
 
 #include <algorithm>
 #include <climits>

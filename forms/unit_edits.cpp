@@ -1,6 +1,6 @@
-#include "mainwindow/unit_edits.h"
+#include "forms/unit_edits.h"
 
-#include "catalogue/text.h"
+#include "base/text.h"
 #include "forms/unit_card_rules.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "startup/paths.h"
+#include "base/paths.h"
 #include "support/test_support.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "mainwindow/unit_edits.h"
+#include "forms/unit_edits.h"
 
 #include "support/unit_fixtures.h"
 
