@@ -3,6 +3,7 @@
 #pragma once
 
 #include "catalogue/definitions.h"
+#include "startup/extraction_failures.h"
 #include "startup/ports.h"
 
 #include <cstdint>
@@ -33,6 +34,8 @@ class ArchiveLibrary {
     virtual std::int32_t HPIExtractFile(std::int32_t handle, const std::string& pathInArchive,
                                         const std::string& destination) = 0;
     virtual std::int32_t HPIClose(std::int32_t handle) = 0;
+    // Why the last HPIExtractFile that returned 0 failed ("" when unknown).
+    virtual std::string LastFailure() const { return {}; }
 };
 
 // A library that finds the game folder but reads no archives.
@@ -82,9 +85,11 @@ inline constexpr const char* ArchivePatterns[] = {"*.hpi", "*.ccx", "*.gp?", "*.
 void CountArchiveFiles(const Definitions& defs, ArchiveLibrary& lib, Progress& progress,
                        const std::string& folder, const std::string& pattern);
 // Extracts the entries of `folder` whose lower-cased names contain
-// `extension` from every matching archive into the Units folder.
+// `extension` from every matching archive into the Units folder. Files that
+// could not be written are added to `failures` when given.
 void ExtractArchiveFiles(const Definitions& defs, ArchiveLibrary& lib, Progress& progress,
                          const std::string& folder, const std::string& pattern,
-                         const std::string& extension, const std::string& status);
+                         const std::string& extension, const std::string& status,
+                         ExtractionFailures* failures = nullptr);
 
 } // namespace vantrel

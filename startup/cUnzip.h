@@ -3,6 +3,8 @@
 // Progress event, one message per entry.
 #pragma once
 
+#include "startup/extraction_failures.h"
+
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -50,7 +52,7 @@ class cUnzip {
     bool UseFolderNames() const { return useFolderNames_; }
     void UseFolderNames(bool value) { useFolderNames_ = value; }
 
-    // Reads the package's entry list (folders are not listed); every listed
+    // Reads the package's entry list (folder entries included); every listed
     // entry is selected. Returns 0, or the library's error code when the
     // package cannot be read (the list is then empty).
     std::int32_t Directory();
@@ -58,6 +60,8 @@ class cUnzip {
     // are selected or the list is empty. Existing files are never replaced.
     // False when the package could not be read.
     bool Unzip();
+    // The files of the last Unzip that could not be written, with reasons.
+    const ExtractionFailures& Failures() const { return failures_; }
 
     std::int32_t FileCount() const { return static_cast<std::int32_t>(entries_.size()); }
     // Per-entry getters, lIndex 1-based; out of range gives an empty entry.
@@ -77,6 +81,7 @@ class cUnzip {
     std::string unzipFolder_;
     bool useFolderNames_ = false;
     std::vector<Entry> entries_;
+    ExtractionFailures failures_;
 };
 
 } // namespace vantrel

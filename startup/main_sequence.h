@@ -18,6 +18,8 @@ class ZipSteps {
     virtual void CreateUnzip(const Definitions&, Progress&) {}
     virtual void CountZipFiles(const Definitions&, Progress&) {}
     virtual void UnpackZips(const Definitions&, Progress&) {}
+    // Files the last UnpackZips could not write.
+    virtual ExtractionFailures Failures() const { return {}; }
 };
 
 struct StartupPorts {
@@ -37,7 +39,12 @@ inline constexpr const char* ArchiveStatusText = "Reading Total Annihilation Dir
 LoadOutcome Main(Definitions& defs, StartupPorts& ports, const std::string& programFolder);
 
 // The extraction part alone (counting passes, zip count, extraction passes,
-// unpacking), as run when "Extract" is on.
-void RunExtraction(Definitions& defs, StartupPorts& ports);
+// unpacking), as run when "Extract" is on. Returns the files that could not
+// be written; when there are any, the progress form's status says how many
+// and why.
+ExtractionFailures RunExtraction(Definitions& defs, StartupPorts& ports);
+
+// The message start-up shows when extraction could not write every file.
+std::string ExtractionFailureMessage(const Definitions& defs, const ExtractionFailures& failures);
 
 } // namespace vantrel
