@@ -93,7 +93,7 @@ fuzz-smoke: fuzz
 	  if ls -d "$$work"/vantrel-* >/dev/null 2>&1; then \
 	    echo "fuzz-smoke: $$name left files behind"; exit 1; \
 	  fi; \
-	  printf '%-12s %s\n' "$$name" "$$(grep -E '^#[0-9]+ +DONE' "$$work/$$name.log" | tail -1)"; \
+	  printf '%-12s %s\n' "$$name" "$$(grep -E '^#[0-9]+[[:space:]]+DONE' "$$work/$$name.log" | tail -1)"; \
 	done
 
 install: build

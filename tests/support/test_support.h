@@ -29,6 +29,7 @@ class TempDir {
 struct CliResult {
     int status = -1;
     std::string out;
+    std::string err;
 };
 CliResult RunCli(const std::string& args);
 
