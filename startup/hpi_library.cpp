@@ -154,7 +154,7 @@ std::int32_t HpiLibrary::HPIExtractFile(std::int32_t handle, const std::string& 
                                         const std::string& destination) {
     const HpiArchive* archive = Find(handle);
     const HpiEntry* file = archive ? archive->FindFile(pathInArchive) : nullptr;
-    lastFailure_ = !file ? "not in the archive" : !IsSafeBareName(file->name) ? "unsafe name" : "";
+    lastFailure_ = !file ? "not a file in the archive" : !IsSafeBareName(file->name) ? "unsafe name" : "";
     if (!lastFailure_.empty()) return 0;
     return ExtractToFile(*archive, *file, destination, &lastFailure_) ? 1 : 0;
 }

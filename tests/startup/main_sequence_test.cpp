@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <unistd.h>
 
 namespace vantrel {
 namespace {
@@ -219,6 +220,17 @@ TEST_F(StartUp, FilesThatCannotBeWrittenAreCountedReportedAndNothingIsLost) {
               "4 files could not be written (TOTALA1.HPI: BOMB1.FBI: larger than 16 MiB)");
     EXPECT_EQ(FolderContent(UnitsDir(defs.AppDir)), (Log{"ARMCOM.FBI", "CORCOM.FBI"}));
     EXPECT_EQ(ReadWholeFile(Unit("CORCOM.FBI/keep.txt")), "kept");
+
+    // A read-only Units folder (root writes anyway, so only checked for others).
+    if (::geteuid() != 0) {
+        std::filesystem::permissions(UnitsDir(defs.AppDir), std::filesystem::perms::owner_read |
+                                                                std::filesystem::perms::owner_exec);
+        const ExtractionFailures readOnly = RunExtraction(defs, ports);
+        std::filesystem::permissions(UnitsDir(defs.AppDir), std::filesystem::perms::owner_all);
+        ASSERT_EQ(readOnly.files.size(), 5u);
+        EXPECT_EQ(readOnly.files[0], "TOTALA1.HPI: ARMCOM.FBI: Permission denied");
+        EXPECT_EQ(ReadWholeFile(Unit("ARMCOM.FBI")), "UnitName=ARMCOM;Side=ARM;");
+    }
 
     settings.Set("Extract", "1");
     ASSERT_EQ(Main(defs, ports, tmp / "app"), LoadOutcome::Loaded);
