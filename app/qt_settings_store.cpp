@@ -27,8 +27,11 @@ std::string QtSettingsStore::Get(const std::string& key, const std::string& fall
 
 void QtSettingsStore::Set(const std::string& key, const std::string& value) {
     const QVariant before = settings_->value(Key(key));
-    settings_->setValue(Key(key),
-                        QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size())));
+    const QByteArray bytes(value.data(), static_cast<qsizetype>(value.size()));
+    QString text = QString::fromUtf8(bytes);
+    // Bytes that are not UTF-8 are kept letter for letter rather than lost.
+    if (text.toUtf8() != bytes) text = QString::fromLatin1(bytes);
+    settings_->setValue(Key(key), text);
     settings_->sync();
     if (settings_->status() == QSettings::NoError) return;
     if (before.isValid())
