@@ -326,10 +326,13 @@ std::uint32_t HpiArchive::WalkFolders(const std::vector<std::string_view>& parts
 }
 
 const HpiEntry* HpiArchive::FindFolder(std::string_view path) const {
-    // The listing protocol asks for the same folder once per entry.
-    if (lastFolder_ && path == lastPath_) return lastFolder_;
     const auto parts = SplitPath(path);
     if (parts.empty()) return &Root();
+    // Listing and extracting ask for the same folder once per entry.
+    std::string key;
+    for (std::string_view part : parts)
+        key.append(part).push_back('/');
+    if (lastFolder_ && key == lastPath_) return lastFolder_;
     const std::uint32_t header = WalkFolders(parts, parts.size());
     if (header == 0) return nullptr;
     std::unique_ptr<HpiEntry>& folder = folders_[header];
@@ -338,7 +341,7 @@ const HpiEntry* HpiArchive::FindFolder(std::string_view path) const {
         folder->name = std::string(parts.back());
         DirectoryReader(block_, start_, source_->Size()).Build(header, *folder);
     }
-    lastPath_ = std::string(path);
+    lastPath_ = std::move(key);
     lastFolder_ = folder.get();
     return folder.get();
 }
