@@ -4,6 +4,7 @@
 #   make sanitize  core tests under AddressSanitizer and UndefinedBehaviorSanitizer
 #   make bench     build and run the benchmarks
 #   make fuzz      build the fuzz targets with clang (libFuzzer)
+#   make fuzz-smoke  build them, run each over its seed corpus plus 20 seconds
 #   make install   install the programs, the help file and the desktop entry
 
 BUILD      ?= build
@@ -21,13 +22,14 @@ LAUNCHER := $(shell command -v ccache >/dev/null 2>&1 && echo -DCMAKE_CXX_COMPIL
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
-.PHONY: all deps configure build run demo test sanitize bench fuzz install clean
+.PHONY: all deps configure build run demo test sanitize bench fuzz fuzz-smoke install clean
 
 all: build
 
 # Install the Debian packages that are not there yet (nothing when all are present).
+# The fuzz targets add clang and its libFuzzer runtime.
 deps:
-	@missing=""; for p in $(DEB_PACKAGES); do \
+	@missing=""; for p in $(DEB_PACKAGES) $(EXTRA_PACKAGES); do \
 	  dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q "ok installed" || missing="$$missing $$p"; \
 	done; \
 	if [ -n "$$missing" ]; then \
@@ -68,11 +70,33 @@ sanitize: deps
 bench: build
 	@for b in $(BUILD)/*_bench; do echo "== $$b"; $$b; done
 
+fuzz: EXTRA_PACKAGES = clang libclang-rt-dev
 fuzz: deps
 	CXX=clang++ CC=clang cmake -S . -B $(FUZZ_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-	  -DVANTREL_FUZZ=ON -DVANTREL_GUI=OFF -DVANTREL_TESTS=OFF -DVANTREL_BENCH=OFF
+	  -DVANTREL_FUZZ=ON -DVANTREL_GUI=OFF -DVANTREL_TESTS=OFF -DVANTREL_BENCH=OFF $(LAUNCHER)
 	cmake --build $(FUZZ_BUILD) -j $(JOBS)
 	@ls $(FUZZ_BUILD)/*_fuzz 2>/dev/null || true
+
+# Each target (name:seed folder under fuzz/corpus) runs over its seeds, then
+# fuzzes for FUZZ_SECONDS; new inputs go to a scratch folder that is removed.
+# A crash, a sanitizer report or files left behind by a target fail the run.
+FUZZ_SECONDS ?= 20
+FUZZ_TARGETS := hpi:hpi hpi_extract:hpi pcx:pcx profile:profile unzip:unzip units:units \
+                buildset:buildset
+fuzz-smoke: fuzz
+	@work=$$(mktemp -d); trap 'rm -rf "$$work"' EXIT; \
+	for t in $(FUZZ_TARGETS); do \
+	  name=$${t%%:*}; seeds=fuzz/corpus/$${t#*:}; mkdir -p "$$work/$$name"; \
+	  if ! TMPDIR="$$work" $(FUZZ_BUILD)/$${name}_fuzz -max_total_time=$(FUZZ_SECONDS) \
+	       -timeout=10 -artifact_prefix=$(FUZZ_BUILD)/$${name}- "$$work/$$name" "$$seeds" \
+	       >"$$work/$$name.log" 2>&1; then \
+	    tail -40 "$$work/$$name.log"; echo "fuzz-smoke: $$name failed"; exit 1; \
+	  fi; \
+	  if ls -d "$$work"/vantrel-* >/dev/null 2>&1; then \
+	    echo "fuzz-smoke: $$name left files behind"; exit 1; \
+	  fi; \
+	  printf '%-12s %s\n' "$$name" "$$(grep -E '^#[0-9]+[[:space:]]+DONE' "$$work/$$name.log" | tail -1)"; \
+	done
 
 install: build
 	cmake --install $(BUILD) --prefix $(PREFIX)

@@ -57,10 +57,19 @@ void QtMessages::Beep() {
     QApplication::beep();
 }
 
+namespace {
+const QString RestartedFlag = QStringLiteral("--restarted");
+} // namespace
+
 bool QtShell::RestartSelf() {
     QStringList args = QCoreApplication::arguments();
     if (!args.isEmpty()) args.removeFirst();
+    if (!args.contains(RestartedFlag)) args << RestartedFlag;
     return QProcess::startDetached(QCoreApplication::applicationFilePath(), args);
+}
+
+bool QtShell::IsRestart() {
+    return QCoreApplication::arguments().contains(RestartedFlag);
 }
 
 bool QtShell::OpenDocument(const std::string& target) {

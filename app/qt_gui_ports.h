@@ -19,9 +19,11 @@ class QtMessages : public Messages {
     QWidget* parent_;
 };
 
+// A restarted instance carries "--restarted" on its command line.
 class QtShell : public Shell {
   public:
     bool RestartSelf() override;
+    bool IsRestart() override;
     bool OpenDocument(const std::string& target) override;
 };
 

@@ -76,6 +76,8 @@ class SettingsStore {
     virtual ~SettingsStore() = default;
     virtual std::string Get(const std::string& key, const std::string& fallback) = 0;
     virtual void Set(const std::string& key, const std::string& value) = 0;
+    // Where the values are kept, for messages ("" when nowhere in particular).
+    virtual std::string Location() { return {}; }
 };
 
 class Clock {
@@ -109,6 +111,7 @@ class Shell {
   public:
     virtual ~Shell() = default;
     virtual bool RestartSelf() = 0;                           // start a new instance
+    virtual bool IsRestart() { return false; }                // started by RestartSelf
     virtual bool OpenDocument(const std::string& target) = 0; // false when it failed
 };
 

@@ -164,15 +164,28 @@ LoadOutcome LoadUnits(Definitions& defs, LoadContext& ctx) {
     ctx.progress.Close();
     if (defs.Races.UBound() >= 1) return LoadOutcome::Loaded;
 
-    if (defs.OptionOn(optExtract)) {
-        std::string folder = defs.AppDir;
-        if (!folder.empty() && folder.back() == PathSep) folder.pop_back();
+    std::string folder = defs.AppDir;
+    if (!folder.empty() && folder.back() == PathSep) folder.pop_back();
+    const std::string units = folder + PathSep + "Units" + PathSep;
+    // A restarted instance never restarts again, whatever it reads.
+    if (defs.OptionOn(optExtract) || ctx.shell.IsRestart()) {
         ctx.messages.Inform("No units found. Please extract all available unit files to your '" +
-                                folder + PathSep + "Units" + PathSep + "' folder.",
+                                units + "' folder.",
                             "Abort", MsgIcon::Critical);
         return LoadOutcome::Abort;
     }
     ctx.settings.Set("Extract", "-1");
+    // Restarting helps only when the new instance will read Extract as on.
+    if (ctx.settings.Get("Extract", "0") != "-1") {
+        const std::string where = ctx.settings.Location();
+        ctx.messages.Inform("No units found, and Vantrel cannot store its settings" +
+                                (where.empty() ? std::string() : " in '" + where + "'") +
+                                ", so it cannot extract them at the next start. Please make the "
+                                "settings writable, or extract all available unit files to your '" +
+                                units + "' folder.",
+                            "Abort", MsgIcon::Critical);
+        return LoadOutcome::Abort;
+    }
     ctx.shell.RestartSelf();
     return LoadOutcome::Restarted;
 }

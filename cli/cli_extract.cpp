@@ -46,7 +46,10 @@ int RunExtract(const std::vector<std::string>& args) {
                   "spelling stays); then unpacks the zip packages of APP_DIR (*.zip) into\n"
                   "APP_DIR/Units, keeping files already there. Prints each status text the\n"
                   "progress form would show, one per line, and at the end\n"
-                  "progress<TAB>value<TAB>maximum. Stored options are not touched."))
+                  "progress<TAB>value<TAB>maximum. Stored options are not touched.\n"
+                  "Files that cannot be written (a full disk, a read-only folder, damaged\n"
+                  "data, a unit file above 16 MiB, an archive past 1 GiB) are listed on\n"
+                  "stderr with their reasons, and the exit status is then 1."))
         return ExitOk;
     if (args.size() != 2) return UsageError(Usage, "expected a game folder and a program folder");
     if (!FolderExists(args[0])) return ExitUsage;
@@ -65,9 +68,13 @@ int RunExtract(const std::vector<std::string>& args) {
     HpiLibrary archives(settings);
     const std::unique_ptr<ZipSteps> zips = MakeZipSteps();
     StartupPorts ports{progress, messages, settings, shell, random, archives, *zips};
-    RunExtraction(defs, ports);
+    const ExtractionFailures failures = RunExtraction(defs, ports);
     std::cout << "progress\t" << progress.Value() << '\t' << progress.Maximum() << "\n";
-    return ExitOk;
+    if (!failures.Any()) return ExitOk;
+    std::cerr << "vantrel-cli: " << ExtractionFailureMessage(defs, failures) << "\n";
+    for (const std::string& f : failures.files)
+        std::cerr << "vantrel-cli: not written: " << Escape(f) << "\n";
+    return ExitFailed;
 }
 
 const CommandRegistrar reg("extract", Usage, "extract unit files from the game's archives",

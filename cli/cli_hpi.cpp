@@ -9,7 +9,7 @@
 namespace vantrel::cli {
 namespace {
 
-const char* Usage = "hpi list ARCHIVE | hpi extract ARCHIVE DEST";
+const char* Usage = "hpi list ARCHIVE | hpi extract [--trusted] ARCHIVE DEST";
 
 // Opens ARCHIVE; nullptr after a message on stderr. `status` gets the exit
 // status: missing input is a usage error, a file that is no archive a failure.
@@ -35,10 +35,11 @@ int List(const std::string& path) {
     return ExitOk;
 }
 
-int Extract(const std::string& path, const std::string& dest) {
+int Extract(const std::string& path, const std::string& dest, bool trusted) {
     int status = ExitOk;
     auto archive = OpenArchive(path, status);
     if (!archive) return status;
+    if (!trusted) archive->SetLimits(DiskLimits);
     if (!MakeDirectory(dest)) {
         std::cerr << "vantrel-cli: cannot create the folder " << dest << "\n";
         return ExitFailed;
@@ -48,7 +49,7 @@ int Extract(const std::string& path, const std::string& dest) {
         std::cerr << "vantrel-cli: skipped a name that would leave the folder: " << Escape(p)
                   << "\n";
     for (const std::string& p : result.failed)
-        std::cerr << "vantrel-cli: could not extract " << Escape(p) << "\n";
+        std::cerr << "vantrel-cli: not written: " << Escape(p) << "\n";
     std::cout << result.written << " files written\n";
     return result.failed.empty() && result.skipped.empty() ? ExitOk : ExitFailed;
 }
@@ -60,13 +61,17 @@ int RunHpi(const std::vector<std::string>& args) {
                   "           separators, TAB, its unpacked size in bytes.\n"
                   "  extract  writes every file below DEST, recreating the archive's folders;\n"
                   "           existing files are replaced. Names that would leave DEST are\n"
-                  "           skipped with a message.\n"
+                  "           skipped with a message. A file above 16 MiB is not unpacked,\n"
+                  "           and the archive stops after 1 GiB in all; --trusted lifts\n"
+                  "           both caps for an archive you trust.\n"
                   "Exit status: 0 done, 1 damaged archive or files not written, 2 bad usage\n"
                   "or missing archive."))
         return ExitOk;
     if (args.size() == 2 && args[0] == "list") return List(args[1]);
-    if (args.size() == 3 && args[0] == "extract") return Extract(args[1], args[2]);
-    return UsageError(Usage, "expected 'list ARCHIVE' or 'extract ARCHIVE DEST'");
+    if (args.size() == 3 && args[0] == "extract") return Extract(args[1], args[2], false);
+    if (args.size() == 4 && args[0] == "extract" && args[1] == "--trusted")
+        return Extract(args[2], args[3], true);
+    return UsageError(Usage, "expected 'list ARCHIVE' or 'extract [--trusted] ARCHIVE DEST'");
 }
 
 const CommandRegistrar reg("hpi", Usage, "list or extract an archive of the game", RunHpi);

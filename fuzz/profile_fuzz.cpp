@@ -1,5 +1,6 @@
 // The profile readers and the INI reader on arbitrary bytes. The first byte
 // chooses the reader and mode; the rest is the file.
+#include "fuzz/fuzz_scratch.h"
 #include "profile/ini_file.h"
 #include "profile/profile.h"
 
@@ -7,7 +8,6 @@
 #include <cstdint>
 #include <fstream>
 #include <string>
-#include <unistd.h>
 
 namespace {
 
@@ -18,7 +18,7 @@ class NoClock : public vantrel::Clock {
 };
 
 std::string ScratchFile() {
-    static const std::string path = "/tmp/vantrel-profile-fuzz-" + std::to_string(::getpid());
+    static const std::string path = (vantrel::fuzz::ScratchFolder::Path() / "profile").string();
     return path;
 }
 

@@ -1,21 +1,17 @@
 // Feeds arbitrary bytes to the unzip object as a zip package and checks that
 // nothing it unpacks lands outside the destination folder.
 #include "base/paths.h"
+#include "fuzz/fuzz_scratch.h"
 #include "startup/cUnzip.h"
 
 #include <cstdint>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 
 namespace fs = std::filesystem;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const fs::path root = [] {
-        std::string pattern = (fs::temp_directory_path() / "vantrel-unzip-fuzz-XXXXXX").string();
-        if (!::mkdtemp(pattern.data())) std::abort();
-        return fs::path(pattern);
-    }();
+    const fs::path& root = vantrel::fuzz::ScratchFolder::Path();
     const fs::path zip = root / "input.zip";
     const fs::path units = root / "Units";
     {
@@ -28,12 +24,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     };
     unzip.ZipFile(zip.string());
     unzip.Directory();
+    // Half of the runs unpack a selection, half every entry.
+    if (size % 2 && unzip.FileCount() > 0) unzip.FileSelected(1, false);
     unzip.UnzipFolder(units.string());
+    unzip.UseFolderNames(size % 3 == 0);
     unzip.Unzip();
     // Only the package itself and the Units folder may exist beside each other.
     for (const auto& e : fs::directory_iterator(root))
         if (e.path() != zip && e.path() != units) std::abort();
-    std::error_code ec;
-    fs::remove_all(units, ec);
+    if (!vantrel::fuzz::OnlyPlainEntriesBelow(root)) std::abort();
+    vantrel::fuzz::ScratchFolder::Clear();
     return 0;
 }

@@ -19,7 +19,10 @@ void FillNameBuffer(std::string& buffer, const std::string& text) {
 
 void GameFolderOnlyLibrary::GetTADirectory(std::string& buffer) {
     std::string dir = FindGameDirectory(GameSearchEnvFromProcess(settings_));
-    if (!dir.empty()) FillNameBuffer(buffer, dir);
+    if (dir.empty()) return;
+    // A longer folder is handed out whole: the buffer grows instead of cutting it.
+    if (dir.size() < NameBufferSize) return FillNameBuffer(buffer, dir);
+    buffer = dir + '\0';
 }
 
 GameSearchEnv GameSearchEnvFromProcess(SettingsStore& settings) {
@@ -151,7 +154,8 @@ void CountArchiveFiles(const Definitions& defs, ArchiveLibrary& lib, Progress& p
 
 void ExtractArchiveFiles(Definitions& defs, ArchiveLibrary& lib, Progress& progress,
                          const std::string& folder, const std::string& pattern,
-                         const std::string& extension, const std::string& status) {
+                         const std::string& extension, const std::string& status,
+                         ExtractionFailures* failures) {
     progress.Show();
     progress.SetStatus(status);
     progress.Repaint();
@@ -171,9 +175,14 @@ void ExtractArchiveFiles(Definitions& defs, ArchiveLibrary& lib, Progress& progr
             std::string name = TrimNull(raw);
             if (!ContainsText(LCase(name), extension)) continue;
             // A name already in Units in another case is written over, not beside.
-            if (IsSafeBareName(name) &&
-                lib.HPIExtractFile(handle, folder + "\\" + name, defs.UnitFiles.PathFor(name)))
+            const bool written =
+                IsSafeBareName(name) &&
+                lib.HPIExtractFile(handle, folder + "\\" + name, defs.UnitFiles.PathFor(name)) != 0;
+            if (written)
                 defs.UnitFiles.Add(name);
+            else if (failures)
+                failures->Add(archive + ": " + name,
+                              IsSafeBareName(name) ? lib.LastFailure() : "unsafe name");
             progress.AddValue(1);
         }
         lib.HPIClose(handle);

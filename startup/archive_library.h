@@ -4,6 +4,7 @@
 
 #include "base/ports.h"
 #include "catalogue/definitions.h"
+#include "startup/extraction_failures.h"
 
 #include <cstdint>
 #include <string>
@@ -33,6 +34,8 @@ class ArchiveLibrary {
     virtual std::int32_t HPIExtractFile(std::int32_t handle, const std::string& pathInArchive,
                                         const std::string& destination) = 0;
     virtual std::int32_t HPIClose(std::int32_t handle) = 0;
+    // Why the last HPIExtractFile that returned 0 failed ("" when unknown).
+    virtual std::string LastFailure() const { return {}; }
 };
 
 // A library that finds the game folder but reads no archives.
@@ -85,9 +88,11 @@ void CountArchiveFiles(const Definitions& defs, ArchiveLibrary& lib, Progress& p
 // `extension` from every matching archive into the Units folder, which
 // defs.UnitFiles must index (RunExtraction reads it first): a name there in
 // another case is replaced under its spelling on disk, and every file
-// written is noted in the index.
+// written is noted in the index. Files that could not be written are
+// added to `failures` when given.
 void ExtractArchiveFiles(Definitions& defs, ArchiveLibrary& lib, Progress& progress,
                          const std::string& folder, const std::string& pattern,
-                         const std::string& extension, const std::string& status);
+                         const std::string& extension, const std::string& status,
+                         ExtractionFailures* failures = nullptr);
 
 } // namespace vantrel

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <fcntl.h>
 #include <map>
 #include <memory>
@@ -118,23 +119,46 @@ class TempFile {
 };
 
 // Copies entry `index` (declared `size` bytes) into `target`. Stops at a read
-// error or as soon as the data runs past the declared size.
+// error or as soon as the data runs past the declared size; `why` then says
+// what went wrong.
 bool ExtractEntry(zip_t* za, zip_uint64_t index, zip_uint64_t size, const std::string& folder,
-                  const std::string& target, std::vector<char>& buffer) {
+                  const std::string& target, std::vector<char>& buffer, std::string& why) {
     TempFile temp(folder);
-    if (!temp.IsOpen()) return false;
+    if (!temp.IsOpen()) {
+        why = std::strerror(errno);
+        return false;
+    }
     zip_file_t* zf = zip_fopen_index(za, index, 0);
-    if (!zf) return false;
+    if (!zf) {
+        why = "damaged data in the package";
+        return false;
+    }
     zip_uint64_t total = 0;
     bool ok = true;
     while (ok) {
         zip_int64_t n = zip_fread(zf, buffer.data(), buffer.size());
         if (n == 0) break;
         total += static_cast<zip_uint64_t>(n);
-        ok = n > 0 && total <= size && temp.Write(buffer.data(), static_cast<std::size_t>(n));
+        ok = n > 0 && total <= size;
+        if (!ok) why = "damaged data in the package";
+        if (ok && !temp.Write(buffer.data(), static_cast<std::size_t>(n))) {
+            ok = false;
+            why = std::strerror(errno);
+        }
     }
-    if (zip_fclose(zf) != 0) ok = false;
-    return ok && total == size && temp.MoveTo(target);
+    if (zip_fclose(zf) != 0 && ok) {
+        ok = false;
+        why = "damaged data in the package";
+    }
+    if (ok && total != size) {
+        ok = false;
+        why = "damaged data in the package";
+    }
+    if (ok && !temp.MoveTo(target)) {
+        ok = false;
+        why = std::strerror(errno);
+    }
+    return ok;
 }
 
 // The files of each destination folder by name without letter case, so that
@@ -209,7 +233,7 @@ std::int32_t cUnzip::Directory() {
                 !st.name)
                 continue;
             std::string name = st.name;
-            if (name.empty() || IsFolderEntry(name)) continue;
+            if (name.empty()) continue;
             entries_.push_back(
                 {name, (st.valid & ZIP_STAT_SIZE) ? st.size : 0,
                  (st.valid & ZIP_STAT_ENCRYPTION_METHOD) && st.encryption_method != ZIP_EM_NONE,
@@ -231,6 +255,7 @@ bool cUnzip::Unzip() {
 }
 
 bool cUnzip::UnzipRun() {
+    failures_ = {};
     std::int32_t error = 0;
     Archive za = OpenArchive(zipFile_, error);
     if (!za) {
@@ -271,6 +296,7 @@ bool cUnzip::UnzipRun() {
         if (!(st.valid & ZIP_STAT_SIZE) || st.size > MaxUnzipEntryBytes ||
             written + st.size > MaxUnzipPackageBytes) {
             Say("  skipping: " + name + "  (too large)");
+            failures_.Add(name, "too large");
             continue;
         }
         std::string folder = root;
@@ -284,8 +310,9 @@ bool cUnzip::UnzipRun() {
             Say("  skipping: " + target + "  (file exists)");
             continue;
         }
-        if (!ExtractEntry(za.get(), index, st.size, folder, target, buffer)) {
+        if (std::string why; !ExtractEntry(za.get(), index, st.size, folder, target, buffer, why)) {
             Say("  error: " + name + "  (not extracted)");
+            failures_.Add(name, why);
             continue;
         }
         existing.Of(folder).Add(bare);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "catalogue/units_folder.h"
+#include "startup/extraction_failures.h"
 
 #include <cstdint>
 #include <functional>
@@ -56,7 +57,7 @@ class cUnzip {
     // reads the folder itself.
     void ExistingFiles(UnitsFolder* index) { existing_ = index; }
 
-    // Reads the package's entry list (folders are not listed); every listed
+    // Reads the package's entry list (folder entries included); every listed
     // entry is selected. Returns 0, or the library's error code when the
     // package cannot be read (the list is then empty).
     std::int32_t Directory();
@@ -64,6 +65,8 @@ class cUnzip {
     // are selected or the list is empty. Existing files are never replaced.
     // False when the package could not be read.
     bool Unzip();
+    // The files of the last Unzip that could not be written, with reasons.
+    const ExtractionFailures& Failures() const { return failures_; }
 
     std::int32_t FileCount() const { return static_cast<std::int32_t>(entries_.size()); }
     // Per-entry getters, lIndex 1-based; out of range gives an empty entry.
@@ -84,6 +87,7 @@ class cUnzip {
     bool useFolderNames_ = false;
     UnitsFolder* existing_ = nullptr;
     std::vector<Entry> entries_;
+    ExtractionFailures failures_;
 };
 
 } // namespace vantrel

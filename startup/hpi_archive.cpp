@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <set>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <zlib.h>
@@ -121,36 +120,87 @@ bool MemorySource::ReadAt(std::uint64_t pos, void* out, std::size_t n) const {
 // ---------------------------------------------------------------------------
 namespace {
 
-// Reads the decrypted directory block [start, end) into a tree, checking
-// every offset. Entries that do not check out are left out.
+// Reads the decrypted directory block [start, end), checking every offset.
+// Entries that do not check out are left out. Check() walks the whole tree
+// once without keeping anything, to refuse a damaged directory; Build() makes
+// the entries of one folder and everything below it.
 class DirectoryReader {
   public:
     DirectoryReader(const std::vector<std::uint8_t>& block, std::uint32_t start,
                     std::uint64_t fileSize)
-        : block_(block), start_(start), fileSize_(fileSize) {}
+        : block_(block), start_(start), fileSize_(fileSize), visited_(block.size()) {}
 
-    // False when the folder's header is unusable or was reached before (a
-    // cycle, or a folder shared by two entries).
-    bool ReadFolder(std::uint32_t headerOffset, HpiEntry& folder, int depth) {
-        if (depth > hpi::MaxFolderDepth || !Inside(headerOffset, hpi::DirectoryHeaderSize))
-            return false;
-        if (!visited_.insert(headerOffset).second) return false;
-        const std::uint32_t count = hpi::ReadU32(At(headerOffset));
-        const std::uint32_t list = hpi::ReadU32(At(headerOffset + 4));
-        if (!Inside(list, std::uint64_t{count} * hpi::EntrySize)) return false;
+    // False when the directory lists more than MaxEntries entries or nests
+    // folders deeper than MaxFolderDepth.
+    bool Check(std::uint32_t headerOffset) {
+        std::uint64_t entries = 0;
+        return Walk(headerOffset, nullptr, 0, entries);
+    }
+    void Build(std::uint32_t headerOffset, HpiEntry& folder) {
+        std::uint64_t entries = 0;
+        folder.isDirectory = true;
+        folder.dataOffset = headerOffset;
+        Walk(headerOffset, &folder, 0, entries);
+    }
+
+    // Calls `fn(entry)` for each usable entry directly in the folder (folder
+    // entries carry their header offset, their children stay empty).
+    template <class Fn> void ForEach(std::uint32_t headerOffset, Fn fn) const {
+        std::uint32_t count = 0, list = 0;
+        if (!ListOf(headerOffset, count, list)) return;
         for (std::uint32_t i = 0; i < count; ++i) {
-            const std::uint8_t* e = At(list + i * static_cast<std::uint32_t>(hpi::EntrySize));
             HpiEntry entry;
-            if (!ReadName(hpi::ReadU32(e), entry.name)) continue;
-            const std::uint32_t data = hpi::ReadU32(e + 4);
-            entry.isDirectory = e[8] != 0;
-            if (entry.isDirectory ? ReadFolder(data, entry, depth + 1) : ReadFileData(data, entry))
-                folder.children.push_back(std::move(entry));
+            if (ReadEntry(list + i * static_cast<std::uint32_t>(hpi::EntrySize), entry) &&
+                (!entry.isDirectory || UsableHeader(entry.dataOffset)))
+                fn(entry);
         }
-        return true;
     }
 
   private:
+    // Visits a folder; `folder` null only checks. A folder reached a second
+    // time (a cycle, or a folder shared by two entries) is left out.
+    bool Walk(std::uint32_t headerOffset, HpiEntry* folder, int depth, std::uint64_t& entries) {
+        if (depth > hpi::MaxFolderDepth) return false;
+        std::uint32_t count = 0, list = 0;
+        if (!ListOf(headerOffset, count, list) || visited_[headerOffset - start_]) return true;
+        visited_[headerOffset - start_] = true;
+        entries += count;
+        if (entries > hpi::MaxEntries) return false;
+        if (folder) folder->children.reserve(count);
+        for (std::uint32_t i = 0; i < count; ++i) {
+            HpiEntry entry;
+            if (!ReadEntry(list + i * static_cast<std::uint32_t>(hpi::EntrySize), entry)) continue;
+            if (entry.isDirectory) {
+                if (!UsableHeader(entry.dataOffset) || visited_[entry.dataOffset - start_]) continue;
+                if (!Walk(entry.dataOffset, folder ? &entry : nullptr, depth + 1, entries))
+                    return false;
+            }
+            if (folder) folder->children.push_back(std::move(entry));
+        }
+        if (folder) folder->children.shrink_to_fit();
+        return true;
+    }
+
+    bool UsableHeader(std::uint32_t headerOffset) const {
+        std::uint32_t count = 0, list = 0;
+        return ListOf(headerOffset, count, list);
+    }
+    bool ListOf(std::uint32_t headerOffset, std::uint32_t& count, std::uint32_t& list) const {
+        if (!Inside(headerOffset, hpi::DirectoryHeaderSize)) return false;
+        count = hpi::ReadU32(At(headerOffset));
+        list = hpi::ReadU32(At(headerOffset + 4));
+        return Inside(list, std::uint64_t{count} * hpi::EntrySize);
+    }
+
+    // One record of a folder's list: its name and, for a file, its FileData.
+    bool ReadEntry(std::uint32_t record, HpiEntry& entry) const {
+        const std::uint8_t* e = At(record);
+        if (!ReadName(hpi::ReadU32(e), entry.name)) return false;
+        entry.isDirectory = e[8] != 0;
+        entry.dataOffset = hpi::ReadU32(e + 4);
+        return entry.isDirectory || ReadFileData(entry.dataOffset, entry);
+    }
+
     bool Inside(std::uint32_t offset, std::uint64_t n) const {
         return offset >= start_ && offset - start_ <= block_.size() &&
                n <= block_.size() - (offset - start_);
@@ -190,7 +240,7 @@ class DirectoryReader {
     const std::vector<std::uint8_t>& block_;
     std::uint32_t start_;
     std::uint64_t fileSize_;
-    std::set<std::uint32_t> visited_;
+    std::vector<bool> visited_; // folder headers reached, by block offset
 };
 
 // Splits "a\\b/c" into its non-empty parts.
@@ -212,14 +262,6 @@ const HpiEntry* FindChild(const HpiEntry& folder, std::string_view name, bool di
     for (const HpiEntry& c : folder.children)
         if (c.isDirectory == directory && EqualsNoCase(c.name, name)) return &c;
     return nullptr;
-}
-
-const HpiEntry* WalkFolders(const HpiEntry& root, const std::vector<std::string_view>& parts,
-                            std::size_t count) {
-    const HpiEntry* folder = &root;
-    for (std::size_t i = 0; i < count && folder; ++i)
-        folder = FindChild(*folder, parts[i], true);
-    return folder;
 }
 
 } // namespace
@@ -244,11 +286,11 @@ std::unique_ptr<HpiArchive> HpiArchive::Open(std::unique_ptr<ByteSource> source)
 
     std::unique_ptr<HpiArchive> archive(new HpiArchive(std::move(source), hpi::FileKey(headerKey)));
     archive->encrypted_ = headerKey != 0;
-    std::vector<std::uint8_t> block(end - start);
-    if (!archive->Read(start, block.data(), block.size())) return nullptr;
-    DirectoryReader reader(block, start, archive->source_->Size());
-    archive->root_.isDirectory = true;
-    reader.ReadFolder(start, archive->root_, 0);
+    archive->start_ = start;
+    archive->block_.resize(end - start);
+    if (!archive->Read(start, archive->block_.data(), archive->block_.size())) return nullptr;
+    DirectoryReader reader(archive->block_, start, archive->source_->Size());
+    if (!reader.Check(start)) return nullptr;
     return archive;
 }
 
@@ -258,20 +300,85 @@ bool HpiArchive::Read(std::uint64_t pos, void* out, std::size_t n) const {
     return true;
 }
 
+const HpiEntry& HpiArchive::Root() const {
+    if (!root_) {
+        root_ = std::make_unique<HpiEntry>();
+        DirectoryReader(block_, start_, source_->Size()).Build(start_, *root_);
+    }
+    return *root_;
+}
+
+std::uint32_t HpiArchive::WalkFolders(const std::vector<std::string_view>& parts,
+                                      std::size_t count, std::string* name) const {
+    const DirectoryReader reader(block_, start_, source_->Size());
+    std::uint32_t header = start_;
+    for (std::size_t i = 0; i < count && header != 0; ++i) {
+        // The exact name first, then one that differs only in case.
+        std::uint32_t exact = 0, nocase = 0;
+        std::string nocaseName;
+        reader.ForEach(header, [&](const HpiEntry& e) {
+            if (!e.isDirectory) return;
+            if (exact == 0 && e.name == parts[i]) exact = e.dataOffset;
+            if (nocase == 0 && EqualsNoCase(e.name, parts[i])) {
+                nocase = e.dataOffset;
+                nocaseName = e.name;
+            }
+        });
+        header = exact != 0 ? exact : nocase;
+        if (name) *name = exact != 0 ? std::string(parts[i]) : nocaseName;
+    }
+    return header;
+}
+
 const HpiEntry* HpiArchive::FindFolder(std::string_view path) const {
     const auto parts = SplitPath(path);
-    return WalkFolders(root_, parts, parts.size());
+    if (parts.empty()) return &Root();
+    // Listing and extracting ask for the same folder once per entry.
+    std::string key;
+    for (std::string_view part : parts)
+        key.append(part).push_back('/');
+    if (lastFolder_ && key == lastPath_) return lastFolder_;
+    std::string name; // as the archive spells it
+    const std::uint32_t header = WalkFolders(parts, parts.size(), &name);
+    if (header == 0) return nullptr;
+    std::unique_ptr<HpiEntry>& folder = folders_[header];
+    if (!folder) {
+        folder = std::make_unique<HpiEntry>();
+        folder->name = std::move(name);
+        DirectoryReader(block_, start_, source_->Size()).Build(header, *folder);
+    }
+    lastPath_ = std::move(key);
+    lastFolder_ = folder.get();
+    return folder.get();
 }
 
 const HpiEntry* HpiArchive::FindFile(std::string_view path) const {
     const auto parts = SplitPath(path);
     if (parts.empty()) return nullptr;
-    const HpiEntry* folder = WalkFolders(root_, parts, parts.size() - 1);
+    std::string folderPath;
+    for (std::size_t i = 0; i + 1 < parts.size(); ++i)
+        folderPath.append(parts[i]).push_back('/');
+    const HpiEntry* folder = FindFolder(folderPath);
     return folder ? FindChild(*folder, parts.back(), false) : nullptr;
 }
 
+namespace {
+std::string SizeText(std::uint64_t bytes) {
+    if (bytes % (1u << 20) == 0) return std::to_string(bytes >> 20) + " MiB";
+    return std::to_string(bytes) + " bytes";
+}
+} // namespace
+
+std::string HpiArchive::LimitReason(const HpiEntry& file) const {
+    if (file.size > limits_.fileBytes) return "larger than " + SizeText(limits_.fileBytes);
+    if (file.size > limits_.archiveBytes || extracted_ > limits_.archiveBytes - file.size)
+        return "past the archive's cap of " + SizeText(limits_.archiveBytes);
+    return {};
+}
+
 bool HpiArchive::Extract(const HpiEntry& file, const HpiSink& sink) const {
-    if (file.isDirectory) return false;
+    if (file.isDirectory || !LimitReason(file).empty()) return false;
+    extracted_ += file.size;
     return file.method == hpi::Stored ? ExtractStored(file, sink) : ExtractChunked(file, sink);
 }
 

@@ -1,15 +1,19 @@
 // Reader for the game's archive format (HPI version 1): header, whole-file
 // encryption, directory tree and chunked file data (stored, LZ77, zlib).
 //
-// The directory is read and checked once when an archive is opened; file data
-// is read chunk by chunk and handed to a sink, so memory stays bounded by one
-// chunk whatever the file's size. A malformed archive opens with fewer entries
-// (or not at all) and a damaged file fails to extract; nothing crashes.
+// The directory block is read and checked once when an archive is opened, but
+// entries are only turned into a tree for the folders that are asked for, so
+// memory follows what is listed and extracted, not what the directory claims.
+// File data is read chunk by chunk and handed to a sink, so memory stays
+// bounded by one chunk whatever the file's size. A malformed archive opens
+// with fewer entries (or not at all) and a damaged file fails to extract;
+// nothing crashes.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -36,7 +40,13 @@ inline constexpr std::uint32_t MaxPackedChunk = 2 * ChunkSize + 1024;
 inline constexpr std::size_t MaxNameLength = 254;
 // Directories larger than this are refused (real ones are far smaller).
 inline constexpr std::uint32_t MaxDirectoryBytes = 64u * 1024u * 1024u;
+// A directory that lists more entries, or nests folders deeper, is damaged.
+inline constexpr std::uint64_t MaxEntries = 1'000'000;
 inline constexpr int MaxFolderDepth = 64;
+// Caps on extraction to disk: a unit file or picture is never larger than the
+// loader reads (16 MiB), and one archive writes at most 1 GiB.
+inline constexpr std::uint64_t MaxFileBytes = 16ull * 1024 * 1024;
+inline constexpr std::uint64_t MaxArchiveBytes = 1024ull * 1024 * 1024;
 
 enum Method : std::uint8_t { Stored = 0, Lz77 = 1, Zlib = 2 };
 
@@ -110,7 +120,7 @@ class MemorySource : public ByteSource {
 struct HpiEntry {
     std::string name;
     bool isDirectory = false;
-    std::uint32_t dataOffset = 0;   // file: its bytes, or its chunk-size table
+    std::uint32_t dataOffset = 0;   // file: its bytes or chunk-size table; folder: its header
     std::uint32_t size = 0;         // file: unpacked size
     std::uint8_t method = 0;        // file: hpi::Method
     std::vector<HpiEntry> children; // folder: its entries in archive order
@@ -120,6 +130,14 @@ struct HpiEntry {
 // false stops the extraction.
 using HpiSink = std::function<bool(const std::uint8_t* data, std::size_t n)>;
 
+// How much an archive may unpack: per file and in all (no limit by default).
+struct HpiLimits {
+    std::uint64_t fileBytes = UINT64_MAX;
+    std::uint64_t archiveBytes = UINT64_MAX;
+};
+// The caps of extraction to disk (start-up and `hpi extract`).
+inline constexpr HpiLimits DiskLimits{hpi::MaxFileBytes, hpi::MaxArchiveBytes};
+
 class HpiArchive {
   public:
     // Reads the header and the directory. nullptr when the source is not an
@@ -127,31 +145,53 @@ class HpiArchive {
     static std::unique_ptr<HpiArchive> Open(std::unique_ptr<ByteSource> source);
     static std::unique_ptr<HpiArchive> OpenFile(const std::string& path);
 
-    const HpiEntry& Root() const { return root_; }
+    // The whole tree (built on first use).
+    const HpiEntry& Root() const;
     // The folder at `path` ("units", "a\\b", "a/b"; folder names match
-    // without regard to case). The empty path is the root.
+    // without regard to case) with everything below it. The empty path is
+    // the root.
     const HpiEntry* FindFolder(std::string_view path) const;
     // The file at `path` (folder part as for FindFolder; the file name is
     // matched exactly first, then without regard to case).
     const HpiEntry* FindFile(std::string_view path) const;
 
+    void SetLimits(const HpiLimits& limits) { limits_ = limits; }
+    // Why `file` may not be extracted under the limits ("" when it may): its
+    // size alone, or what the archive has unpacked so far, says so without
+    // reading its data.
+    std::string LimitReason(const HpiEntry& file) const;
+    std::uint64_t BytesExtracted() const { return extracted_; }
+
     // Streams the unpacked bytes of `file` into `sink`. False (after perhaps
-    // some bytes) when the data is damaged or the sink refused.
+    // some bytes) when the data is damaged, the sink refused or the limits
+    // forbid it (then nothing is read).
     bool Extract(const HpiEntry& file, const HpiSink& sink) const;
 
   private:
     HpiArchive(std::unique_ptr<ByteSource> source, std::uint8_t key)
         : source_(std::move(source)), key_(key) {}
     bool Read(std::uint64_t pos, void* out, std::size_t n) const;
+    // The header offset of the folder at `parts[0..count)`; 0 when missing.
+    // `name`, when given, receives the last folder's name as the archive spells it.
+    std::uint32_t WalkFolders(const std::vector<std::string_view>& parts, std::size_t count,
+                              std::string* name = nullptr) const;
     bool ExtractStored(const HpiEntry& file, const HpiSink& sink) const;
     bool ExtractChunked(const HpiEntry& file, const HpiSink& sink) const;
 
     std::unique_ptr<ByteSource> source_;
+    std::vector<std::uint8_t> block_; // the decrypted directory block
+    std::uint32_t start_ = 0;         // its file offset
+    HpiLimits limits_;
+    mutable std::uint64_t extracted_ = 0;
+    // Folders built so far, by header offset; the whole tree once Root() ran.
+    mutable std::map<std::uint32_t, std::unique_ptr<HpiEntry>> folders_;
+    mutable std::unique_ptr<HpiEntry> root_;
+    mutable std::string lastPath_;
+    mutable const HpiEntry* lastFolder_ = nullptr;
     // Chunk buffers kept from file to file (an archive is used by one thread).
     mutable std::vector<std::uint8_t> table_, packed_, unpacked_;
     std::uint8_t key_;       // whole-file key byte, used when encrypted_
     bool encrypted_ = false; // HeaderKey was not 0
-    HpiEntry root_;
 };
 
 } // namespace vantrel

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -64,11 +65,11 @@ void ExtractFolder(const HpiArchive& archive, const HpiEntry& folder, const std:
             if (MakeDirectory(dest))
                 ExtractFolder(archive, e, dest, path, result);
             else
-                result.failed.push_back(path);
-        } else if (ExtractToFile(archive, e, dest)) {
+                result.failed.push_back(path + ": " + std::strerror(errno));
+        } else if (std::string reason; ExtractToFile(archive, e, dest, &reason)) {
             ++result.written;
         } else {
-            result.failed.push_back(path);
+            result.failed.push_back(path + ": " + reason);
         }
     }
 }
@@ -76,17 +77,35 @@ void ExtractFolder(const HpiArchive& archive, const HpiEntry& folder, const std:
 } // namespace
 
 bool ExtractToFile(const HpiArchive& archive, const HpiEntry& file,
-                   const std::string& destination) {
-    if (file.isDirectory) return false;
-    std::string temp;
-    const int fd = CreateTempFile(FolderOf(destination), temp);
-    if (fd < 0) return false;
-    bool ok = archive.Extract(
-        file, [fd](const std::uint8_t* data, std::size_t n) { return WriteAll(fd, data, n); });
-    ok = (::close(fd) == 0) && ok;
-    ok = ok && std::rename(temp.c_str(), destination.c_str()) == 0;
-    if (!ok) ::unlink(temp.c_str());
-    return ok;
+                   const std::string& destination, std::string* reason) {
+    std::string why = file.isDirectory ? "a folder" : archive.LimitReason(file);
+    if (why.empty()) {
+        std::string temp;
+        const int fd = CreateTempFile(FolderOf(destination), temp);
+        if (fd < 0) {
+            why = std::strerror(errno);
+        } else {
+            int writeError = 0;
+            bool ok = archive.Extract(file, [fd, &writeError](const std::uint8_t* data,
+                                                              std::size_t n) {
+                if (WriteAll(fd, data, n)) return true;
+                writeError = errno;
+                return false;
+            });
+            if (!ok) why = writeError ? std::strerror(writeError) : "damaged data in the archive";
+            if (::close(fd) != 0 && ok) {
+                ok = false;
+                why = std::strerror(errno);
+            }
+            if (ok && std::rename(temp.c_str(), destination.c_str()) != 0) {
+                ok = false;
+                why = std::strerror(errno);
+            }
+            if (!ok) ::unlink(temp.c_str());
+        }
+    }
+    if (reason) *reason = why;
+    return why.empty();
 }
 
 TreeExtraction ExtractTree(const HpiArchive& archive, const std::string& destDir) {
@@ -109,6 +128,7 @@ const HpiArchive* HpiLibrary::Find(std::int32_t handle) const {
 std::int32_t HpiLibrary::HPIOpen(const std::string& fileName) {
     auto archive = HpiArchive::OpenFile(fileName);
     if (!archive) return 0;
+    archive->SetLimits(DiskLimits);
     while (next_ <= 0 || open_.count(next_))
         next_ = next_ <= 0 ? 1 : next_ + 1;
     const std::int32_t handle = next_++;
@@ -134,8 +154,9 @@ std::int32_t HpiLibrary::HPIExtractFile(std::int32_t handle, const std::string& 
                                         const std::string& destination) {
     const HpiArchive* archive = Find(handle);
     const HpiEntry* file = archive ? archive->FindFile(pathInArchive) : nullptr;
-    if (!file || !IsSafeBareName(file->name)) return 0;
-    return ExtractToFile(*archive, *file, destination) ? 1 : 0;
+    lastFailure_ = !file ? "not a file in the archive" : !IsSafeBareName(file->name) ? "unsafe name" : "";
+    if (!lastFailure_.empty()) return 0;
+    return ExtractToFile(*archive, *file, destination, &lastFailure_) ? 1 : 0;
 }
 
 std::int32_t HpiLibrary::HPIClose(std::int32_t handle) {

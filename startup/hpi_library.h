@@ -15,14 +15,18 @@ namespace vantrel {
 // Writes the unpacked bytes of `file` to `destination`, replacing a file that
 // is already there. The bytes go to a temporary file in the same folder that
 // is renamed at the end, so a failed extraction leaves the folder as it was.
-bool ExtractToFile(const HpiArchive& archive, const HpiEntry& file, const std::string& destination);
+// On failure `reason` (when given) says why: the system's error text, the
+// archive's limits, or damaged data. A file the limits refuse is not read.
+bool ExtractToFile(const HpiArchive& archive, const HpiEntry& file, const std::string& destination,
+                   std::string* reason = nullptr);
 
 struct TreeExtraction {
     int written = 0;
-    std::vector<std::string> failed;  // paths inside the archive ("/" separators)
+    std::vector<std::string> failed;  // "path: reason" (paths inside the archive, "/" separators)
     std::vector<std::string> skipped; // names that would leave the destination folder
 };
 // Extracts every file of the archive below `destDir`, recreating its folders.
+// The archive's limits apply as it has them (see HpiArchive::SetLimits).
 TreeExtraction ExtractTree(const HpiArchive& archive, const std::string& destDir);
 
 // Every file below `folder` with its path ("/" separators), in archive order.
@@ -32,10 +36,12 @@ struct ArchiveFile {
 };
 std::vector<ArchiveFile> ListArchiveFiles(const HpiEntry& folder);
 
+// Every archive it opens extracts under DiskLimits.
 class HpiLibrary : public GameFolderOnlyLibrary {
   public:
     using GameFolderOnlyLibrary::GameFolderOnlyLibrary;
-    // 0 when the file cannot be opened as an archive; such a handle lists nothing.
+    // 0 when the file cannot be opened as an archive (or its directory is
+    // damaged); such a handle lists nothing.
     std::int32_t HPIOpen(const std::string& fileName) override;
     // Lists files and sub-folders alike: `type` is 1 for a folder, 0 for a
     // file; `size` is a file's unpacked size.
@@ -45,11 +51,13 @@ class HpiLibrary : public GameFolderOnlyLibrary {
     std::int32_t HPIExtractFile(std::int32_t handle, const std::string& pathInArchive,
                                 const std::string& destination) override;
     std::int32_t HPIClose(std::int32_t handle) override;
+    std::string LastFailure() const override { return lastFailure_; }
 
   private:
     const HpiArchive* Find(std::int32_t handle) const;
     std::map<std::int32_t, std::unique_ptr<HpiArchive>> open_;
     std::int32_t next_ = 1;
+    std::string lastFailure_;
 };
 
 } // namespace vantrel

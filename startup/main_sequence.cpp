@@ -5,7 +5,8 @@
 
 namespace vantrel {
 
-void RunExtraction(Definitions& defs, StartupPorts& ports) {
+ExtractionFailures RunExtraction(Definitions& defs, StartupPorts& ports) {
+    ExtractionFailures failures;
     static const char* folders[] = {"units", "unitpics"};
     static const char* extensions[] = {".fbi", ".pcx"};
     // With no game folder the archive passes are skipped; the zip steps still run.
@@ -22,8 +23,16 @@ void RunExtraction(Definitions& defs, StartupPorts& ports) {
         for (std::size_t f = 0; f < 2; ++f)
             for (const char* pattern : ArchivePatterns)
                 ExtractArchiveFiles(defs, ports.archives, ports.progress, folders[f], pattern,
-                                    extensions[f], ArchiveStatusText);
+                                    extensions[f], ArchiveStatusText, &failures);
     ports.zips.UnpackZips(defs, ports.progress);
+    failures.Add(ports.zips.Failures());
+    if (failures.Any()) ports.progress.SetStatus(failures.Summary());
+    return failures;
+}
+
+std::string ExtractionFailureMessage(const Definitions& defs, const ExtractionFailures& failures) {
+    return failures.Summary() + " to the folder '" + UnitsDir(defs.AppDir) +
+           "'. The unit list may be incomplete or out of date.";
 }
 
 LoadOutcome Main(Definitions& defs, StartupPorts& ports, const std::string& programFolder) {
@@ -39,7 +48,12 @@ LoadOutcome Main(Definitions& defs, StartupPorts& ports, const std::string& prog
     const std::string units = UnitsDir(defs.AppDir);
     if (ListFiles(units, "*").empty()) MakeDirectory(units);
 
-    if (defs.OptionOn(optExtract)) RunExtraction(defs, ports);
+    if (defs.OptionOn(optExtract)) {
+        const ExtractionFailures failures = RunExtraction(defs, ports);
+        if (failures.Any())
+            ports.messages.Inform(ExtractionFailureMessage(defs, failures), "Vantrel",
+                                  MsgIcon::Exclamation);
+    }
 
     LoadContext ctx{ports.progress, ports.messages, ports.settings, ports.shell, ports.random};
     return LoadUnits(defs, ctx);

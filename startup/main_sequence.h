@@ -20,6 +20,8 @@ class ZipSteps {
     // Unpacks into the Units folder indexed in defs.UnitFiles, noting there
     // every file written.
     virtual void UnpackZips(Definitions&, Progress&) {}
+    // Files the last UnpackZips could not write.
+    virtual ExtractionFailures Failures() const { return {}; }
 };
 
 struct StartupPorts {
@@ -39,7 +41,12 @@ inline constexpr const char* ArchiveStatusText = "Reading Total Annihilation Dir
 LoadOutcome Main(Definitions& defs, StartupPorts& ports, const std::string& programFolder);
 
 // The extraction part alone (counting passes, zip count, extraction passes,
-// unpacking), as run when "Extract" is on.
-void RunExtraction(Definitions& defs, StartupPorts& ports);
+// unpacking), as run when "Extract" is on. Returns the files that could not
+// be written; when there are any, the progress form's status says how many
+// and why.
+ExtractionFailures RunExtraction(Definitions& defs, StartupPorts& ports);
+
+// The message start-up shows when extraction could not write every file.
+std::string ExtractionFailureMessage(const Definitions& defs, const ExtractionFailures& failures);
 
 } // namespace vantrel

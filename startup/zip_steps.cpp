@@ -45,6 +45,7 @@ void LibzipSteps::CountZipFiles(const Definitions& defs, Progress& progress) {
 }
 
 void LibzipSteps::UnpackZips(Definitions& defs, Progress& progress) {
+    failures_ = {};
     try {
         cUnzip& unzip = Attach(progress);
         progress.Show();
@@ -56,6 +57,8 @@ void LibzipSteps::UnpackZips(Definitions& defs, Progress& progress) {
             unzip.UseFolderNames(false);
             unzip.ZipFile(JoinPath(defs.AppDir, zip)); // empties the list: every entry
             unzip.Unzip();
+            for (const std::string& f : unzip.Failures().files)
+                failures_.Add(zip, f);
         }
         progress.SetStatus(ProcessingUnitsText);
     } catch (...) {

@@ -23,6 +23,7 @@ class LibzipSteps : public ZipSteps {
     void CreateUnzip(const Definitions& defs, Progress& progress) override;
     void CountZipFiles(const Definitions& defs, Progress& progress) override;
     void UnpackZips(Definitions& defs, Progress& progress) override;
+    ExtractionFailures Failures() const override { return failures_; }
 
     // The unzip object kept for the progress form (null before CreateUnzip).
     cUnzip* Unzip() const { return m_cUnzip.get(); }
@@ -32,6 +33,7 @@ class LibzipSteps : public ZipSteps {
 
     std::unique_ptr<cUnzip> m_cUnzip;
     std::string zipName_; // bare name of the package being read
+    ExtractionFailures failures_;
 };
 
 } // namespace vantrel

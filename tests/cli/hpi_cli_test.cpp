@@ -45,6 +45,18 @@ TEST_F(HpiCli, ListPrintsPathsAndSizesExtractWritesTheTreeBadInputFails) {
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(ReadWholeFile(tmp / "out/units/readme.txt"), "readme!");
 
+    // A file above 16 MiB is skipped unless the archive is trusted.
+    HpiWriter big;
+    big.AddFile("units/big.fbi", std::string(17u << 20, 'z'), hpi::Zlib);
+    ASSERT_TRUE(demo::WriteFile(tmp / "big.hpi", big.Build().bytes));
+    r = RunCli("hpi extract " + Q(tmp / "big.hpi") + " " + Q(tmp / "big"));
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.err, "vantrel-cli: not written: units/big.fbi: larger than 16 MiB\n");
+    EXPECT_FALSE(IsRegularFile(tmp / "big/units/big.fbi"));
+    EXPECT_EQ(RunCli("hpi extract --trusted " + Q(tmp / "big.hpi") + " " + Q(tmp / "big")).status,
+              0);
+    EXPECT_TRUE(IsRegularFile(tmp / "big/units/big.fbi"));
+
     EXPECT_EQ(RunCli("hpi").status, 2);
     EXPECT_EQ(RunCli("hpi list " + Q(tmp / "none.hpi")).status, 2);
     ASSERT_TRUE(demo::WriteFile(tmp / "junk.hpi", "junk"));
@@ -62,6 +74,16 @@ TEST_F(HpiCli, ExtractRunsTheStartUpPassesThenTheZipSteps) {
     EXPECT_EQ(ReadWholeFile(tmp / "app/Units/gokx.fbi"), "gok");
     EXPECT_EQ(ReadWholeFile(tmp / "app/Units/ARMCOM.FBI"), "armcom");
     EXPECT_EQ(RunCli("extract " + Q(tmp / "none") + " " + Q(tmp / "app")).status, 2);
+
+    // A file that cannot be written is named on stderr and fails the run.
+    ASSERT_TRUE(MakeDirectory(tmp / "app2") && MakeDirectory(tmp / "app2/Units") &&
+                MakeDirectory(tmp / "app2/Units/ARMCOM.FBI"));
+    const RunResult bad = RunCli("extract " + Q(tmp / "game") + " " + Q(tmp / "app2"));
+    EXPECT_EQ(bad.status, 1);
+    EXPECT_NE(bad.err.find("vantrel-cli: not written: totala1.hpi: ARMCOM.FBI: Is a directory\n"),
+              std::string::npos)
+        << bad.err;
+    EXPECT_EQ(ReadWholeFile(tmp / "app2/Units/armcom.pcx"), "pcx");
 }
 
 } // namespace

@@ -63,27 +63,29 @@ TEST_F(UnzipTest, DirectoryListsFilesAllSelectedAndOnlySelectedOnesUnpack) {
                                  {"readme.txt", ""}}));
     unzip.ZipFile(Zip());
     EXPECT_EQ(unzip.Directory(), 0);
-    ASSERT_EQ(unzip.FileCount(), 3);
-    EXPECT_EQ(unzip.Filename(1), "ARMX.FBI");
+    ASSERT_EQ(unzip.FileCount(), 4); // the folder entry counts too
+    EXPECT_EQ(unzip.Filename(1), "");
     EXPECT_EQ(unzip.FileDirectory(1), "units/");
-    EXPECT_EQ(unzip.FileSize(1), 10u);
-    EXPECT_EQ(unzip.FileDirectory(3), "");
-    for (int i = 1; i <= 3; ++i)
+    EXPECT_EQ(unzip.Filename(2), "ARMX.FBI");
+    EXPECT_EQ(unzip.FileDirectory(2), "units/");
+    EXPECT_EQ(unzip.FileSize(2), 10u);
+    EXPECT_EQ(unzip.FileDirectory(4), "");
+    for (int i = 1; i <= 4; ++i)
         EXPECT_TRUE(unzip.FileSelected(i)) << i;
     EXPECT_EQ(unzip.Filename(0), "");
-    EXPECT_EQ(unzip.Filename(4), "");
+    EXPECT_EQ(unzip.Filename(5), "");
 
     unzip.Directory(); // listing again does not add the entries twice
-    EXPECT_EQ(unzip.FileCount(), 3);
+    EXPECT_EQ(unzip.FileCount(), 4);
 
-    unzip.FileSelected(2, false);
+    unzip.FileSelected(3, false);
     unzip.FileSelected(9, false); // out of range: ignored
     unzip.UnzipFolder(units);
     unzip.Unzip();
     EXPECT_EQ(FilesBelow(units), (Files{"ARMX.FBI", "readme.txt"}));
     ScratchFolder other; // none selected: nothing unpacked
     unzip.UnzipFolder(other.path());
-    for (int i = 1; i <= 3; ++i)
+    for (int i = 1; i <= 4; ++i)
         unzip.FileSelected(i, false);
     unzip.Unzip();
     EXPECT_TRUE(FilesBelow(other.path()).empty());

@@ -247,6 +247,17 @@ TEST(HpiMalformed, DirectoryCyclesAndBadOffsetsDropEntries) {
     EXPECT_EQ(filesAfter(root + 4, 0xFFFFFFF0), 0u); // list past the end
 }
 
+TEST(HpiMalformed, FoldersNestedDeeperThan64RefuseTheArchive) {
+    for (const int depth : {64, 65}) {
+        std::string path;
+        for (int i = 0; i < depth; ++i)
+            path += "d/";
+        HpiWriter writer;
+        writer.AddFile(path + "x.fbi", "x", hpi::Stored);
+        EXPECT_EQ(OpenBytes(writer.Build().bytes) != nullptr, depth == 64) << depth;
+    }
+}
+
 // The fuzz corpus is written from these seeds: with VANTREL_WRITE_HPI_SEEDS
 // set to a folder, the test writes them there.
 TEST(HpiSeeds, AreSmallAndReadable) {

@@ -140,5 +140,24 @@ TEST(HpiExtractTree, RecreatesFoldersAndSkipsUnsafeNames) {
     EXPECT_EQ(ListArchiveFiles(archive->Root()).size(), 9u);
 }
 
+// The archive's cap counts what it has unpacked so far: once reached, the
+// remaining files are refused before any of their data is read.
+TEST(HpiExtractTree, StopsAtTheArchiveCap) {
+    HpiWriter writer;
+    for (const char* name : {"a", "b", "c", "d"})
+        writer.AddFile(std::string("units/") + name, std::string(4000, *name), hpi::Zlib);
+    const std::string bytes = writer.Build().bytes;
+    auto archive = HpiArchive::Open(std::make_unique<MemorySource>(bytes));
+    ASSERT_TRUE(archive);
+    archive->SetLimits({UINT64_MAX, 10000});
+    ScratchFolder tmp;
+    const TreeExtraction result = ExtractTree(*archive, tmp.path());
+    EXPECT_EQ(result.written, 2);
+    EXPECT_EQ(result.failed, (std::vector<std::string>{
+                                 "units/c: past the archive's cap of 10000 bytes",
+                                 "units/d: past the archive's cap of 10000 bytes"}));
+    EXPECT_EQ(archive->BytesExtracted(), 8000u);
+}
+
 } // namespace
 } // namespace vantrel

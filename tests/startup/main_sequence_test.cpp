@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <unistd.h>
 
 namespace vantrel {
 namespace {
@@ -225,6 +226,74 @@ TEST_F(StartUp, EmptyUnitsFolderRestartsWithExtractOnThenEndsWithTheMessage) {
                                           defs.AppDir + "Units/' folder.");
     EXPECT_EQ(shell.restarts, 1);
     EXPECT_EQ(log, (Log{"zip create", "zip count", "zip unpack"})); // only the zip steps ran
+}
+
+// A unit file whose place in Units is taken by a folder cannot be written
+// (even by root); three names sharing one 17 MiB stream are a bomb that the
+// per-file cap skips without unpacking. Both are reported, the rest lands.
+TEST_F(StartUp, FilesThatCannotBeWrittenAreCountedReportedAndNothingIsLost) {
+    HpiWriter totala;
+    totala.AddFile("units/ARMCOM.FBI", "UnitName=ARMCOM;Side=ARM;", hpi::Stored);
+    totala.AddFile("units/BOMB1.FBI", std::string(17u << 20, '\0'), hpi::Zlib);
+    totala.AddFile("units/BOMB2.FBI", "", hpi::Zlib);
+    totala.AddFile("units/BOMB3.FBI", "", hpi::Zlib);
+    totala.AddFile("units/CORCOM.FBI", "new", hpi::Stored);
+    testing::BuiltArchive built = totala.Build();
+    testing::ShareFileData(built, "units/BOMB1.FBI", {"units/BOMB2.FBI", "units/BOMB3.FBI"});
+    ASSERT_LT(built.bytes.size(), 64u * 1024u);
+    ASSERT_TRUE(demo::WriteFile(JoinPath(game, "TOTALA1.HPI"), built.bytes));
+    ASSERT_TRUE(MakeDirectory(UnitsDir(defs.AppDir)) && MakeDirectory(Unit("CORCOM.FBI")));
+    test::WriteText(Unit("CORCOM.FBI/keep.txt"), "kept");
+
+    const ExtractionFailures failures = RunExtraction(defs, ports);
+    EXPECT_EQ(failures.files, (Log{"TOTALA1.HPI: BOMB1.FBI: larger than 16 MiB",
+                                   "TOTALA1.HPI: BOMB2.FBI: larger than 16 MiB",
+                                   "TOTALA1.HPI: BOMB3.FBI: larger than 16 MiB",
+                                   "TOTALA1.HPI: CORCOM.FBI: Is a directory"}));
+    EXPECT_EQ(progress.Status(),
+              "4 files could not be written (TOTALA1.HPI: BOMB1.FBI: larger than 16 MiB)");
+    EXPECT_EQ(FolderContent(UnitsDir(defs.AppDir)), (Log{"ARMCOM.FBI", "CORCOM.FBI"}));
+    EXPECT_EQ(ReadWholeFile(Unit("CORCOM.FBI/keep.txt")), "kept");
+
+    // A read-only Units folder (root writes anyway, so only checked for others).
+    if (::geteuid() != 0) {
+        std::filesystem::permissions(UnitsDir(defs.AppDir), std::filesystem::perms::owner_read |
+                                                                std::filesystem::perms::owner_exec);
+        const ExtractionFailures readOnly = RunExtraction(defs, ports);
+        std::filesystem::permissions(UnitsDir(defs.AppDir), std::filesystem::perms::owner_all);
+        ASSERT_EQ(readOnly.files.size(), 5u);
+        EXPECT_EQ(readOnly.files[0], "TOTALA1.HPI: ARMCOM.FBI: Permission denied");
+        EXPECT_EQ(ReadWholeFile(Unit("ARMCOM.FBI")), "UnitName=ARMCOM;Side=ARM;");
+    }
+
+    settings.Set("Extract", "1");
+    ASSERT_EQ(Main(defs, ports, tmp / "app"), LoadOutcome::Loaded);
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].text,
+              failures.Summary() + " to the folder '" + UnitsDir(defs.AppDir) +
+                  "'. The unit list may be incomplete or out of date.");
+}
+
+// Restarting is the cure for an empty Units folder only when Extract sticks
+// and only once.
+TEST_F(StartUp, NoRestartWhenSettingsCannotBeStoredOrAfterARestart) {
+    struct RefusingStore : MemorySettingsStore {
+        void Set(const std::string&, const std::string&) override {}
+        std::string Location() override { return "/ro/vantrel.conf"; }
+    } refusing;
+    lib.gameDir = "";
+    StartupPorts refused{progress, messages, refusing, shell, random, lib, zips};
+    EXPECT_EQ(Main(defs, refused, tmp / "app"), LoadOutcome::Abort);
+    EXPECT_EQ(shell.restarts, 0);
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_NE(messages.shown[0].text.find("cannot store its settings in '/ro/vantrel.conf'"),
+              std::string::npos);
+
+    shell.restarted = true; // Extract reads as off in a restarted instance: still no restart
+    EXPECT_EQ(Main(defs, ports, tmp / "app"), LoadOutcome::Abort);
+    EXPECT_EQ(shell.restarts, 0);
+    ASSERT_EQ(messages.shown.size(), 2u);
+    EXPECT_TRUE(messages.shown[1].text.starts_with("No units found."));
 }
 
 TEST(GameFolder, StoredOptionThenWinePrefixThenUsualFolders) {

@@ -324,4 +324,17 @@ std::string SampleData(std::size_t size, std::uint32_t seed) {
     return out;
 }
 
+void ShareFileData(BuiltArchive& built, const std::string& file,
+                   const std::vector<std::string>& others, std::uint32_t headerKey) {
+    const std::uint32_t from = built.fileRecord.at(file);
+    for (const std::string& other : others) {
+        const std::uint32_t to = built.fileRecord.at(other);
+        for (std::uint32_t i = 0; i < hpi::FileDataSize; ++i) {
+            auto b = static_cast<std::uint8_t>(built.bytes[from + i]);
+            if (headerKey != 0) b = hpi::CryptByte(hpi::FileKey(headerKey), from + i, b);
+            PatchByte(built.bytes, to + i, b, headerKey);
+        }
+    }
+}
+
 } // namespace vantrel::testing

@@ -63,6 +63,11 @@ void PatchU32(std::string& archive, std::uint32_t offset, std::uint32_t value,
 void PatchByte(std::string& archive, std::uint32_t offset, std::uint8_t value,
                std::uint32_t headerKey = 0);
 
+// Points the FileData records of `others` at the data of `file` (offset,
+// size and method), as a bomb repeats one large stream under many names.
+void ShareFileData(BuiltArchive& built, const std::string& file,
+                   const std::vector<std::string>& others, std::uint32_t headerKey = 0);
+
 // A few small archives covering every compression and encryption, named for
 // a fuzz corpus (seed-*.hpi); each is a few hundred bytes.
 std::map<std::string, std::string> HpiSeedArchives();

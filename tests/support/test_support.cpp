@@ -1,5 +1,7 @@
 #include "support/test_support.h"
 
+#include "base/text.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -51,7 +53,9 @@ std::string ReadText(const std::string& path) {
 
 CliResult RunCli(const std::string& args) {
     const char* cli = std::getenv("VANTREL_CLI");
-    std::string cmd = std::string(cli ? cli : "vantrel-cli") + " " + args + " 2>/dev/null";
+    TempDir scratch;
+    const std::string errFile = scratch / "stderr";
+    std::string cmd = std::string(cli ? cli : "vantrel-cli") + " " + args + " 2>'" + errFile + "'";
     CliResult r;
     FILE* p = ::popen(cmd.c_str(), "r");
     if (!p) return r;
@@ -60,6 +64,7 @@ CliResult RunCli(const std::string& args) {
         r.out.append(buf, n);
     int status = ::pclose(p);
     r.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    r.err = ReadWholeFile(errFile).value_or("");
     return r;
 }
 

@@ -29,6 +29,7 @@ class TempDir {
 struct CliResult {
     int status = -1;
     std::string out;
+    std::string err;
 };
 CliResult RunCli(const std::string& args);
 
@@ -77,12 +78,14 @@ class RecordingProgress : public Progress {
 class RecordingShell : public Shell {
   public:
     int restarts = 0;
+    bool restarted = false; // this instance was started by RestartSelf
     std::vector<std::string> opened;
     bool openResult = true;
     bool RestartSelf() override {
         ++restarts;
         return true;
     }
+    bool IsRestart() override { return restarted; }
     bool OpenDocument(const std::string& target) override {
         opened.push_back(target);
         return openResult;

@@ -1,0 +1,29 @@
+// Files that extraction could not write, each with its reason, so that a run
+// into a full disk or a read-only Units folder is reported instead of passing
+// for a good one.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace vantrel {
+
+struct ExtractionFailures {
+    std::vector<std::string> files; // "NAME: reason", in the order they failed
+
+    void Add(const std::string& name, const std::string& reason) {
+        files.push_back(name + ": " + (reason.empty() ? "not written" : reason));
+    }
+    void Add(const ExtractionFailures& more) {
+        files.insert(files.end(), more.files.begin(), more.files.end());
+    }
+    bool Any() const { return !files.empty(); }
+    // "3 files could not be written (ARMCOM.FBI: No space left on device)"
+    std::string Summary() const {
+        const std::size_t n = files.size();
+        return std::to_string(n) + (n == 1 ? " file" : " files") + " could not be written (" +
+               (n ? files.front() : std::string()) + ")";
+    }
+};
+
+} // namespace vantrel
