@@ -3,7 +3,10 @@
 #include "base/text.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <climits>
+#include <cstring>
+#include <fcntl.h>
 #include <dirent.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -83,6 +86,50 @@ std::vector<std::string> ListFiles(const std::string& dir, std::string_view patt
     std::sort(names.begin(), names.end(),
               [](const std::string& a, const std::string& b) { return ListingLess(a, b); });
     return names;
+}
+
+FileText ReadFileText(const std::string& path, std::size_t maxBytes) {
+    FileText out;
+    struct stat st {};
+    if (::stat(path.c_str(), &st) != 0) {
+        out.error = std::strerror(errno);
+        return out;
+    }
+    if (!S_ISREG(st.st_mode)) {
+        out.error = S_ISDIR(st.st_mode) ? "it is a folder" : "it is not a regular file";
+        return out;
+    }
+    if (static_cast<unsigned long long>(st.st_size) > maxBytes) {
+        out.error = "the file is larger than " + std::to_string(maxBytes / (1024 * 1024)) + " MB";
+        return out;
+    }
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) {
+        out.error = std::strerror(errno);
+        return out;
+    }
+    out.data.resize(static_cast<std::size_t>(st.st_size));
+    std::size_t got = 0;
+    while (got < out.data.size()) {
+        ssize_t n = ::read(fd, out.data.data() + got, out.data.size() - got);
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0) {
+            out.error = std::strerror(errno);
+            out.data.clear();
+            break;
+        }
+        if (n == 0) break; // the file shrank while we read it
+        got += static_cast<std::size_t>(n);
+    }
+    ::close(fd);
+    if (out.ok()) out.data.resize(got);
+    return out;
+}
+
+std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t maxBytes) {
+    FileText file = ReadFileText(path, maxBytes);
+    if (!file.ok()) return std::nullopt;
+    return std::move(file.data);
 }
 
 bool IsDirectory(const std::string& path) {

@@ -1,6 +1,8 @@
 // Folders, file names and directory listings.
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,6 +30,18 @@ bool WildcardMatch(std::string_view pattern, std::string_view name);
 std::vector<std::string> ListFiles(const std::string& dir, std::string_view pattern);
 // The listing order used everywhere: upper-cased ASCII, then bytes.
 bool ListingLess(std::string_view a, std::string_view b);
+
+struct FileText {
+    std::string data;
+    std::string error; // empty when the file was read
+    bool ok() const { return error.empty(); }
+};
+// The whole file as bytes, or the reason it could not be read (it is
+// missing, not a regular file, larger than `maxBytes`, or a read failed).
+FileText ReadFileText(const std::string& path, std::size_t maxBytes);
+// The same without the reason: nullopt when the file could not be read.
+std::optional<std::string> ReadWholeFile(const std::string& path,
+                                         std::size_t maxBytes = 16u * 1024u * 1024u);
 
 bool IsDirectory(const std::string& path);
 bool IsRegularFile(const std::string& path);

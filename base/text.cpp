@@ -1,8 +1,6 @@
 #include "base/text.h"
 
 #include <charconv>
-#include <fstream>
-#include <sys/stat.h>
 
 namespace vantrel {
 
@@ -91,20 +89,6 @@ std::string FloatText(float value) {
     std::string out(buf, res.ptr);
     if (out == "-0") out = "0";
     return out;
-}
-
-std::optional<std::string> ReadWholeFile(const std::string& path, std::size_t maxBytes) {
-    struct stat st {};
-    if (::stat(path.c_str(), &st) != 0 || !S_ISREG(st.st_mode)) return std::nullopt;
-    if (static_cast<unsigned long long>(st.st_size) > maxBytes) return std::nullopt;
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return std::nullopt;
-    std::string data;
-    data.resize(static_cast<std::size_t>(st.st_size));
-    in.read(data.data(), static_cast<std::streamsize>(data.size()));
-    data.resize(static_cast<std::size_t>(in.gcount()));
-    if (in.bad()) return std::nullopt;
-    return data;
 }
 
 } // namespace vantrel

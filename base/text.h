@@ -35,9 +35,4 @@ std::string ReplaceAll(std::string_view s, std::string_view from, std::string_vi
 // Shortest decimal text that reads back as the same 32-bit float ("1.5", "10", "0.25").
 std::string FloatText(float value);
 
-// Whole-file reading. Returns nullopt when the file cannot be opened, is not a
-// regular file, or is larger than maxBytes.
-std::optional<std::string> ReadWholeFile(const std::string& path,
-                                         std::size_t maxBytes = 16u * 1024u * 1024u);
-
 } // namespace vantrel

@@ -2,10 +2,10 @@
 // loading the catalogue, saving against staging the same bytes. After the
 // runs it prints the two goals, measured in this run: opening costs at most
 // 1.5 times loading the catalogue, saving at most 0.5 s.
+#include "base/staged_file.h"
 #include "catalogue/load_units.h"
 #include "demo/demo_units.h"
 #include "profile/profile.h"
-#include "profile/profile_io.h"
 #include "profile/profile_writer.h"
 
 #include <benchmark/benchmark.h>

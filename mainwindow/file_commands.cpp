@@ -1,8 +1,8 @@
 #include "mainwindow/file_commands.h"
 
 #include "base/paths.h"
+#include "base/staged_file.h"
 #include "base/text.h"
-#include "profile/profile_io.h"
 
 namespace vantrel {
 

@@ -1,8 +1,8 @@
 #include "mainwindow/help_file.h"
 
 #include "base/paths.h"
+#include "base/staged_file.h"
 #include "profile/profile.h"
-#include "profile/profile_io.h"
 
 namespace vantrel {
 

@@ -1,5 +1,6 @@
 #include "mainwindow/pcx.h"
 
+#include "base/paths.h"
 #include "base/text.h"
 
 #include <algorithm>

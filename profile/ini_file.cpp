@@ -1,8 +1,8 @@
 #include "profile/ini_file.h"
 
+#include "base/staged_file.h"
 #include "base/text.h"
 #include "profile/profile.h"
-#include "profile/profile_io.h"
 
 #include <algorithm>
 

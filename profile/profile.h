@@ -1,21 +1,30 @@
 // AI profiles: the writer, the two readers and the build-set files.
 #pragma once
 
+#include "base/paths.h"
 #include "base/ports.h"
+#include "base/staged_file.h"
 #include "catalogue/definitions.h"
 
+#include <cstddef>
 #include <optional>
-#include <stdexcept>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace vantrel {
 
 // A profile or build-set file that could not be read or written; what()
 // names the file and the reason.
-class ProfileError : public std::runtime_error {
-  public:
-    using std::runtime_error::runtime_error;
-};
+using ProfileError = FileError;
+
+// The largest profile, build-set or Tessaly file the readers take (256 MiB).
+inline constexpr std::size_t ProfileFileMax = 256u * 1024u * 1024u;
+
+// A profile, build-set or Tessaly file whole, or the reason it could not be read.
+inline FileText ReadProfileFile(const std::string& path) {
+    return ReadFileText(path, ProfileFileMax);
+}
 
 // What the writer and the readers work with besides the catalogue.
 struct ProfileContext {
@@ -47,6 +56,15 @@ struct ProfileText {
 };
 void ReadAI(ProfileContext& ctx, const ProfileText& profile, bool merge);
 void ReadTessalyAI(ProfileContext& ctx, const ProfileText& profile, bool merge);
+
+// Where ReadAI takes each unit's values from in a profile text of our own
+// format: the positions of the "WEIGHT " and "LIMIT " entries it reads
+// (std::string::npos for none). Unit i is at [i - 1].
+struct EntriesRead {
+    std::size_t weight;
+    std::size_t limit;
+};
+std::vector<EntriesRead> EntriesReadFor(const Definitions& defs, std::string_view text);
 
 // The build-set path of a profile path: its last four characters replaced by ".set".
 std::string BuildSetPath(const std::string& profilePath);

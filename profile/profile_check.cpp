@@ -89,40 +89,8 @@ std::vector<Entry> TessalyEntries(std::string_view text) {
     return entries;
 }
 
-// A name -> its units, and which lengths names have.
-struct NameMap {
-    std::unordered_map<std::string, std::vector<int>> units;
-    std::vector<bool> lengths;
-    void Add(std::string name, int unit) {
-        if (lengths.size() <= name.size()) lengths.resize(name.size() + 1);
-        lengths[name.size()] = true;
-        units[std::move(name)].push_back(unit);
-    }
-};
 using ReadAt =
     std::map<std::pair<std::size_t, bool>, std::vector<int>>; // (position, weight) -> units
-
-// Visits the occurrences of `key` in `text` from `from` on, in order: every
-// unit whose name the text after one starts with and that has found none yet
-// reads that one, as the reader's search for "key + name" finds it first.
-void TakeFirstMatches(std::string_view text, std::string_view key, std::size_t from,
-                      const NameMap& names, std::vector<bool>& found, ReadAt& readAt, bool weight) {
-    if (names.lengths.empty()) return; // no units
-    for (std::size_t p = text.find(key, from); p != std::string_view::npos;
-         p = text.find(key, p + 1)) {
-        const std::string_view after = text.substr(p + key.size(), names.lengths.size() - 1);
-        for (std::size_t len = 1; len <= after.size(); ++len) {
-            if (!names.lengths[len]) continue;
-            auto it = names.units.find(std::string(after.substr(0, len)));
-            if (it == names.units.end()) continue;
-            for (int i : it->second)
-                if (!found[static_cast<std::size_t>(i)]) {
-                    found[static_cast<std::size_t>(i)] = true;
-                    readAt[{p, weight}].push_back(i);
-                }
-        }
-    }
-}
 
 } // namespace
 
@@ -130,31 +98,24 @@ std::vector<CheckFinding> CheckProfile(const Definitions& defs, const ProfileTex
                                        bool tessaly, std::string_view sep) {
     const std::string_view text = profile.text;
     const std::vector<Entry> entries = tessaly ? TessalyEntries(text) : OwnEntries(text);
-    std::vector<std::string> names;
-    NameMap upperNames, exactNames;
-    for (int i = 1; i <= defs.Units.UBound(); ++i) {
-        names.push_back(defs.Units[i].UnitName);
-        upperNames.Add(UCase(names.back()), i);
-        exactNames.Add(names.back(), i);
-    }
+    std::set<std::string> unitNames; // upper-cased
+    for (int i = 1; i <= defs.Units.UBound(); ++i)
+        unitNames.insert(UCase(defs.Units[i].UnitName));
 
-    // Where our own reader looks for each unit: the first "WEIGHT " + name in
-    // the upper-cased text; "LIMIT " + name from the hard plan on, else
-    // anywhere with the name as written. Either also finds longer names.
+    // The entries our own reader takes for each unit.
     ReadAt readAt;
     if (!tessaly) {
-        const std::string upper = UCase(text);
-        const std::size_t hard = upper.find("PLAN HARD");
-        std::vector<bool> hasWeight(names.size() + 1), hasLimit(names.size() + 1);
-        TakeFirstMatches(upper, "WEIGHT ", 0, upperNames, hasWeight, readAt, true);
-        TakeFirstMatches(upper, "LIMIT ", hard == std::string::npos ? 0 : hard, upperNames,
-                         hasLimit, readAt, false);
-        TakeFirstMatches(text, "LIMIT ", 0, exactNames, hasLimit, readAt, false);
+        const std::vector<EntriesRead> read = EntriesReadFor(defs, text);
+        for (int i = 1; i <= defs.Units.UBound(); ++i) {
+            const EntriesRead& r = read[static_cast<std::size_t>(i - 1)];
+            if (r.weight != std::string::npos) readAt[{r.weight, true}].push_back(i);
+            if (r.limit != std::string::npos) readAt[{r.limit, false}].push_back(i);
+        }
     }
 
     // A name the reader reads as its own unit's entry.
     auto known = [&](const Entry& e) {
-        return (!tessaly || e.read) && upperNames.units.count(UCase(e.name));
+        return (!tessaly || e.read) && unitNames.count(UCase(e.name));
     };
     std::vector<CheckFinding> unknown, shadowed, missing, notNumbers;
     std::set<std::string> seen, pairs, weighted;

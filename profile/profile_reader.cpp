@@ -11,11 +11,11 @@
 // catalogue's names, once per distinct name length, so that a name finds
 // exactly the entries that a search for it would.
 #include "base/paths.h"
+#include "base/staged_file.h"
 #include "base/text.h"
 #include "catalogue/load_units.h"
 #include "profile/ini_file.h"
 #include "profile/profile.h"
-#include "profile/profile_io.h"
 #include "profile/profile_numbers.h"
 
 #include <algorithm>
@@ -215,10 +215,9 @@ void Store(ProfileContext& ctx, const ProfileText& profile, bool merge, HeaderFo
     ctx.fields.SetAuthor(author);
 }
 
-void ReadOwnFormat(ProfileContext& ctx, const ProfileText& profile, bool merge) {
-    Definitions& defs = ctx.defs;
-    Prepare(defs, profile, merge);
-    const std::string upper = UCase(profile.text);
+// The weight and limit entries each unit reads (unit i at [i - 1]) in the
+// upper-cased text.
+std::vector<std::pair<Entry, Entry>> UnitEntries(const Definitions& defs, std::string_view upper) {
     std::vector<std::string> names; // upper-cased, per unit
     names.reserve(static_cast<std::size_t>(defs.Units.UBound()));
     for (int i = 1; i <= defs.Units.UBound(); ++i)
@@ -228,19 +227,34 @@ void ReadOwnFormat(ProfileContext& ctx, const ProfileText& profile, bool merge) 
         first.try_emplace(name);
     FindFirstEntries(upper, first);
 
-    const std::string sep = DecimalSeparator();
-    const HeaderForm form = merge ? HeaderForm::Joined : HeaderForm::FirstLine;
-    Store(ctx, profile, merge, form, [&](int i) {
-        const std::string& name = names[static_cast<std::size_t>(i - 1)];
-        const FirstEntries& found = first.at(name);
+    std::vector<std::pair<Entry, Entry>> entries;
+    entries.reserve(names.size());
+    for (int i = 1; i <= defs.Units.UBound(); ++i) {
+        const FirstEntries& found = first.at(names[static_cast<std::size_t>(i - 1)]);
         // The search from the start of the text compares the name as it
         // stands with the upper-cased text: a name with lower-case letters
         // is never found by it.
         const Entry& limit = found.limitFromHard.at != npos || HasLowerCase(defs.Units[i].UnitName)
                                  ? found.limitFromHard
                                  : found.limit;
-        return std::pair{EntryValue(upper, found.weight, WeightKey.size() + name.size(), sep),
-                         EntryValue(upper, limit, LimitKey.size() + name.size(), sep)};
+        entries.emplace_back(found.weight, limit);
+    }
+    return entries;
+}
+
+void ReadOwnFormat(ProfileContext& ctx, const ProfileText& profile, bool merge) {
+    Definitions& defs = ctx.defs;
+    Prepare(defs, profile, merge);
+    const std::string upper = UCase(profile.text);
+    const std::vector<std::pair<Entry, Entry>> entries = UnitEntries(defs, upper);
+
+    const std::string sep = DecimalSeparator();
+    const HeaderForm form = merge ? HeaderForm::Joined : HeaderForm::FirstLine;
+    Store(ctx, profile, merge, form, [&](int i) {
+        const auto& [weight, limit] = entries[static_cast<std::size_t>(i - 1)];
+        const std::size_t nameLength = defs.Units[i].UnitName.size();
+        return std::pair{EntryValue(upper, weight, WeightKey.size() + nameLength, sep),
+                         EntryValue(upper, limit, LimitKey.size() + nameLength, sep)};
     });
 }
 
@@ -278,6 +292,13 @@ void ReadAI(ProfileContext& ctx, const std::string& path, bool merge) {
 void ReadTessalyAI(ProfileContext& ctx, const std::string& path, bool merge) {
     BeginRead(ctx, path);
     ReadTessalyFormat(ctx, ProfileFile(path, merge), merge);
+}
+
+std::vector<EntriesRead> EntriesReadFor(const Definitions& defs, std::string_view text) {
+    std::vector<EntriesRead> read;
+    for (const auto& [weight, limit] : UnitEntries(defs, UCase(text)))
+        read.push_back({weight.at, limit.at});
+    return read;
 }
 
 void ReadAI(ProfileContext& ctx, const ProfileText& profile, bool merge) {

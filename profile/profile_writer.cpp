@@ -1,9 +1,9 @@
 #include "profile/profile_writer.h"
 
 #include "base/paths.h"
+#include "base/staged_file.h"
 #include "base/text.h"
 #include "profile/profile.h"
-#include "profile/profile_io.h"
 #include "profile/profile_numbers.h"
 
 #include <array>

@@ -1,8 +1,8 @@
 #include "startup/game_profiles.h"
 
 #include "base/paths.h"
+#include "base/staged_file.h"
 #include "base/text.h"
-#include "profile/profile_io.h"
 #include "startup/archive_library.h"
 #include "startup/hpi_archive.h"
 

@@ -1,3 +1,4 @@
+#include "base/paths.h"
 #include "base/text.h"
 #include "demo/demo_units.h"
 #include "support/pcx_fixtures.h"

@@ -1,5 +1,6 @@
 #include "mainwindow/png_writer.h"
 
+#include "base/paths.h"
 #include "base/text.h"
 
 #include "demo/demo_units.h"

@@ -1,5 +1,5 @@
+#include "base/staged_file.h"
 #include "profile/profile.h"
-#include "profile/profile_io.h"
 #include "profile/profile_numbers.h"
 #include "profile/profile_writer.h"
 #include "support/profile_support.h"

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "base/ports.h"
+#include "base/staged_file.h"
 #include "mainwindow/file_commands.h"
-#include "profile/profile_io.h"
 #include "support/test_support.h"
 
 #include <deque>

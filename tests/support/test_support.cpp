@@ -1,6 +1,6 @@
 #include "support/test_support.h"
 
-#include "base/text.h"
+#include "base/paths.h"
 
 #include <algorithm>
 #include <cstdio>

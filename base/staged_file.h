@@ -1,30 +1,24 @@
-// Reading profile files whole and replacing files without losing the old one.
+// Replacing files without losing the old one.
 #pragma once
 
-#include <cstddef>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace vantrel {
 
-// The largest profile, build-set or Tessaly file the readers take (256 MiB).
-inline constexpr std::size_t ProfileFileMax = 256u * 1024u * 1024u;
-
-struct FileText {
-    std::string data;
-    std::string error; // empty when the file was read
-    bool ok() const { return error.empty(); }
+// A file that could not be written; what() names the file and the reason.
+class FileError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
 };
-
-// The whole file as bytes, or the reason it could not be read.
-FileText ReadProfileFile(const std::string& path, std::size_t maxBytes = ProfileFileMax);
 
 // Writes all of `data` to the open descriptor; false with errno set on failure.
 bool WriteAll(int fd, std::string_view data);
 
 // A file written beside its target under a temporary name and renamed over
 // the target by Commit(). Until then the target is untouched; a staged file
-// that is not committed is removed. Throws ProfileError naming the target and
+// that is not committed is removed. Throws FileError naming the target and
 // the reason when the file cannot be written or renamed. A target that exists
 // but is not a regular file (a folder, a device) is refused.
 //

@@ -1,12 +1,11 @@
-#include "profile/profile_io.h"
-
-#include "profile/profile.h"
+#include "base/staged_file.h"
 
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -19,7 +18,7 @@ std::string Reason(int err) {
 }
 
 [[noreturn]] void WriteFailed(const std::string& path, const std::string& reason) {
-    throw ProfileError("Cannot write '" + path + "': " + reason + ".");
+    throw FileError("Cannot write '" + path + "': " + reason + ".");
 }
 
 // Closes a descriptor on every path out of a function.
@@ -39,23 +38,16 @@ struct Fd {
 // further links) so that the file it points to is replaced and the link
 // stays. A link that points nowhere names the file to create.
 std::string ResolveLinks(const std::string& path) {
-    std::string current = path;
-    for (int hops = 0; hops < 40; ++hops) {
-        struct stat st {};
-        if (::lstat(current.c_str(), &st) != 0 || !S_ISLNK(st.st_mode)) return current;
-        std::string buffer(4096, '\0');
-        ssize_t n = ::readlink(current.c_str(), buffer.data(), buffer.size());
-        if (n <= 0) return current;
-        buffer.resize(static_cast<std::size_t>(n));
-        if (buffer.front() == '/') {
-            current = buffer;
-        } else {
-            std::size_t slash = current.rfind('/');
-            current = (slash == std::string::npos ? std::string() : current.substr(0, slash + 1)) +
-                      buffer;
-        }
+    namespace fs = std::filesystem;
+    fs::path current = path;
+    std::error_code error;
+    // A loop of links stops here; the rename then fails with its own reason.
+    for (int hops = 0; hops < 40 && fs::is_symlink(current, error); ++hops) {
+        fs::path link = fs::read_symlink(current, error);
+        if (error) break;
+        current = link.is_absolute() ? link : current.parent_path() / link;
     }
-    return current; // a loop of links: the rename then fails with its own reason
+    return current.string();
 }
 
 // An existing file that its owner may not write is not replaced, even where
@@ -76,43 +68,6 @@ std::string TempNameBeside(const std::string& target) {
 }
 
 } // namespace
-
-FileText ReadProfileFile(const std::string& path, std::size_t maxBytes) {
-    FileText out;
-    struct stat st {};
-    if (::stat(path.c_str(), &st) != 0) {
-        out.error = Reason(errno);
-        return out;
-    }
-    if (!S_ISREG(st.st_mode)) {
-        out.error = S_ISDIR(st.st_mode) ? "it is a folder" : "it is not a regular file";
-        return out;
-    }
-    if (static_cast<unsigned long long>(st.st_size) > maxBytes) {
-        out.error = "the file is larger than " + std::to_string(maxBytes / (1024 * 1024)) + " MB";
-        return out;
-    }
-    Fd in{::open(path.c_str(), O_RDONLY | O_CLOEXEC)};
-    if (in.fd < 0) {
-        out.error = Reason(errno);
-        return out;
-    }
-    out.data.resize(static_cast<std::size_t>(st.st_size));
-    std::size_t got = 0;
-    while (got < out.data.size()) {
-        ssize_t n = ::read(in.fd, out.data.data() + got, out.data.size() - got);
-        if (n < 0 && errno == EINTR) continue;
-        if (n < 0) {
-            out.error = Reason(errno);
-            out.data.clear();
-            return out;
-        }
-        if (n == 0) break; // the file shrank while we read it
-        got += static_cast<std::size_t>(n);
-    }
-    out.data.resize(got);
-    return out;
-}
 
 bool WriteAll(int fd, std::string_view data) {
     while (!data.empty()) {
