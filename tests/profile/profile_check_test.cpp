@@ -23,19 +23,19 @@ TEST(ProfileCheck, ShadowsAreTheEntriesTheReaderTakes) {
                                         "Weight ARMCOM 5\n"
                                         "Weight ARMCK 2;\n"
                                         "Weight zzTop 1\n"
-                                        "LIMIT CORAKS 6\n"
+                                        "Limit Coraks 6\n"
                                         "plan hard\n"
                                         "Limit ARMCOM 4\n"
                                         "Limit Armckz 7\n");
     EXPECT_EQ(Lines(rig.defs, {"p.txt", text, std::nullopt}, false),
               (std::vector<std::string>{"unknown\tzzTop", "shadowed\tarmcomx\tARMCOM",
-                                        "shadowed\tCORAKS\tCORAK", "shadowed\tArmckz\tARMCK",
+                                        "shadowed\tCoraks\tCORAK", "shadowed\tArmckz\tARMCK",
                                         "missing\tCORAK", "not-a-number\t3\tWeight ARMCK 2;"}));
     ReadAI(rig.ctx, ProfileText{"p.txt", text, std::nullopt}, false);
     EXPECT_EQ(rig.defs.Units[1].Weight, 3.0f); // armcomx, not ARMCOM's own 5
     EXPECT_EQ(rig.defs.Units[2].Limit, 7.0f);  // Armckz in the hard plan
-    // The hard plan has no CORAK; the search from the start, in the case
-    // written, finds CORAKS.
+    // The hard plan has no CORAK; the search from the start compares the
+    // name with the upper-cased text and finds Coraks.
     EXPECT_EQ(rig.defs.Units[3].Limit, 6.0f);
 
     // A clean profile has nothing to say; a build set keeps excluded units
