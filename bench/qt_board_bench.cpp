@@ -2,6 +2,7 @@
 // offscreen platform, against the baseline of one widget tree per card.
 // Run one benchmark per process to read its peak memory:
 //   QT_QPA_PLATFORM=offscreen build/qt_board_bench --benchmark_filter=Board/5000
+#include "bench/qt_bench_app.h"
 #include "forms/frmUnit.h"
 #include "mainwindow/qt_board.h"
 
@@ -20,14 +21,6 @@
 using namespace vantrel;
 
 namespace {
-
-QApplication& App() {
-    static int argc = 1;
-    static char name[] = "qt_board_bench";
-    static char* argv[] = {name, nullptr};
-    static QApplication app(argc, argv);
-    return app;
-}
 
 class QuietMessages : public Messages {
   public:

@@ -4,6 +4,7 @@
 // Run one benchmark per process to read its peak memory:
 //   QT_QPA_PLATFORM=offscreen build/qt_table_bench --benchmark_filter=TableOpen/
 #include "base/text.h"
+#include "bench/qt_bench_app.h"
 #include "mainwindow/frmTable.h"
 #include "mainwindow/qt_edit_history.h"
 #include "mainwindow/qt_unit_table.h"
@@ -25,14 +26,6 @@
 using namespace vantrel;
 
 namespace {
-
-QApplication& App() {
-    static int argc = 1;
-    static char name[] = "qt_table_bench";
-    static char* argv[] = {name, nullptr};
-    static QApplication app(argc, argv);
-    return app;
-}
 
 void Catalogue(Definitions& defs, int units) {
     static const char* const classes[] = {"KBOT", "TANK", "VTOL", "FORT", "CNSTR", "SHIP"};
