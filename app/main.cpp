@@ -8,6 +8,7 @@
 #include "forms/qt_icon.h"
 #include "mainwindow/frmMain.h"
 #include "mainwindow/game_commands.h"
+#include "mainwindow/qt_edit_history.h"
 #include "mainwindow/qt_file_dialogs.h"
 #include "startup/frmLoad.h"
 #include "startup/hpi_library.h"
@@ -73,6 +74,10 @@ int main(int argc, char** argv) {
     };
     window.showBuildSet = [&] {
         frmBuild dialog(defs, &window);
+        // Each tick takes effect at once and is one step of the edit history.
+        dialog.OnIncludeChanged = [&](int unit, bool before) {
+            window.History().RecordEdit(unit, UnitField::Include, before ? 1.0 : 0.0);
+        };
         dialog.exec();
     };
     window.Load();

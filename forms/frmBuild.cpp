@@ -74,7 +74,13 @@ void frmBuild::FillCategory() {
 void frmBuild::OnRowChanged(QListWidgetItem* item) {
     // Only the user's checks count, not the ones made while the list fills.
     if (filling_ || !isVisible() || item == nullptr) return;
-    SetRowInclude(defs_, RowUnits, lstMain->row(item), item->checkState() == Qt::Checked);
+    const int row = lstMain->row(item);
+    const bool checked = item->checkState() == Qt::Checked;
+    const std::size_t at = static_cast<std::size_t>(row) + 1;
+    const int unit = row >= 0 && at < RowUnits.size() ? RowUnits[at] : 0;
+    const bool before = unit >= 1 && unit <= defs_.Units.UBound() && defs_.Units[unit].Include;
+    if (SetRowInclude(defs_, RowUnits, row, checked) && before != checked && OnIncludeChanged)
+        OnIncludeChanged(unit, before);
 }
 
 void frmBuild::reject() {

@@ -7,6 +7,7 @@
 #include <QDialog>
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 class QComboBox;
@@ -32,6 +33,9 @@ class frmBuild : public QDialog {
 
     // Element k + 1 is the index into Units of list row k; element 0 holds no unit.
     std::vector<std::int32_t> RowUnits{0};
+
+    // Called for every tick the player changes, with the unit's earlier Include.
+    std::function<void(int unitIndex, bool before)> OnIncludeChanged;
 
   private:
     void FillCategory();

@@ -399,11 +399,9 @@ void frmMain::mnuViewOptions_Click() {
 
 void frmMain::mnuViewIncludes_Click() {
     defs_.DialogOK = false;
-    // The dialog writes every tick at once, also when it is cancelled.
-    Recorded("Build Set", [this] {
-        showBuildSet();
-        return true;
-    });
+    // The dialog writes every tick at once, also when it is cancelled; each
+    // tick is a step of the edit history of its own.
+    showBuildSet();
     if (defs_.DialogOK) ReselectCurrentSide();
 }
 

@@ -39,11 +39,15 @@ TEST_F(BuildDialogTest, UncheckThenCancelKeepsUnitExcluded) {
     EXPECT_TRUE(defs.Units[energy].Include);
     EXPECT_FALSE(defs.Units[commander].Include); // selecting row 0 on load changes nothing
 
+    std::vector<std::pair<int, bool>> ticks; // each change once, with the earlier value
+    dlg.OnIncludeChanged = [&](int unit, bool before) { ticks.emplace_back(unit, before); };
     dlg.show();
     defs.DialogOK = true;
     dlg.lstMain->item(1)->setCheckState(Qt::Unchecked);
     dlg.lstMain->item(0)->setCheckState(Qt::Checked);
+    dlg.lstMain->item(0)->setText("Arm Commander!"); // no tick: nothing to record
     dlg.cmdCancel->click();
+    EXPECT_EQ(ticks, (std::vector<std::pair<int, bool>>{{plant, true}, {commander, false}}));
     EXPECT_FALSE(defs.DialogOK);
     EXPECT_FALSE(dlg.isVisible());
     EXPECT_FALSE(defs.Units[plant].Include);

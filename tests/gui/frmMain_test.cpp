@@ -421,9 +421,12 @@ TEST_F(TableTest, RandomizeMergeAndBuildSetAreStepsAndOpenStartsAfresh) {
     EXPECT_EQ(defs.Units[5].Weight, 7.5f);
     EXPECT_EQ(defs.Units[4].Limit, 5.0f);
 
-    window->showBuildSet = [&] { defs.Units[4].Include = false; }; // a tick, then Cancel
+    window->showBuildSet = [&] { // a tick, as the dialog reports it, then Cancel
+        defs.Units[4].Include = false;
+        window->History().RecordEdit(4, UnitField::Include, 1.0);
+    };
     window->mnuViewIncludes->trigger();
-    EXPECT_EQ(UndoText(), "&Undo Build Set");
+    EXPECT_EQ(UndoText(), "&Undo Exclude " + QString::fromLatin1(defs.Units[4].Name.c_str()));
 
     window->showMerge = [&] {
         defs.Units[5].Limit = 9;
