@@ -60,8 +60,10 @@ void FixedAndCentred(QDialog* dialog, QSize size) {
     else if (dialog->layout())
         dialog->layout()->setSizeConstraint(QLayout::SetFixedSize);
     dialog->setSizeGripEnabled(false);
-    dialog->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
-    dialog->setWindowFlag(Qt::MSWindowsFixedSizeDialogHint, true);
+    // A title and a close button only: window managers then offer neither
+    // maximising nor resizing.
+    dialog->setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                           Qt::WindowCloseButtonHint | Qt::MSWindowsFixedSizeDialogHint);
     dialog->installEventFilter(new CentreOnShow(dialog));
 }
 
