@@ -369,7 +369,9 @@ void frmUnit::EditLimit(int limit) {
 
 void frmUnit::BeginEdit(UnitField field) {
     std::optional<double>& before = editBefore_[field == UnitField::Weight ? 0 : 1];
-    if (!before) before = FieldValue(Unit(), field);
+    if (before) return;
+    before = FieldValue(Unit(), field);
+    changedBefore_ = defs_.Changed;
 }
 
 void frmUnit::EndEdit(UnitField field) {
@@ -377,7 +379,9 @@ void frmUnit::EndEdit(UnitField field) {
     if (!before) return;
     const double old = *before;
     before.reset();
-    if (old != FieldValue(Unit(), field) && OnValueCommitted)
+    if (old == FieldValue(Unit(), field))
+        defs_.Changed = changedBefore_; // dragged away and back: nothing changed
+    else if (OnValueCommitted)
         OnValueCommitted(UnitIndex, field, old);
 }
 

@@ -124,6 +124,7 @@ class frmUnit : public QWidget {
     int wheelTurn_ = 0; // wheel turn short of a whole notch (1/8 degrees)
     View view_;
     std::optional<double> editBefore_[2]; // Weight, Limit: value when the edit began
+    bool changedBefore_ = false;          // the unsaved-changes flag then
 };
 
 } // namespace vantrel

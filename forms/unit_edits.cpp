@@ -34,7 +34,7 @@ std::vector<int> UnitsMatching(const Definitions& defs, std::string_view filter)
 }
 
 bool OnBoard(const vtUnit& unit, std::string_view side, std::string_view keywords) {
-    return unit.Side == side && InCategory(unit.TEDClass, keywords);
+    return SameSide(unit.Side, side) && InCategory(unit.TEDClass, keywords);
 }
 
 std::string_view CategoryOf(const vtUnit& unit) {

@@ -98,15 +98,15 @@ void FileCommands::OpenGameProfile(const std::string& path) {
 
 void FileCommands::ReadChosen(const std::string& path, bool tessaly, bool merge,
                               bool rememberFolder) {
-    // A merge leaves changes to save; an opened profile is what its file holds.
-    p_.defs.Changed = merge;
     bool read = RunWithProgress(merge ? "Merge" : "Vantrel", [&](ProfileContext& ctx) {
         if (tessaly)
             p_.profiles.ReadTessaly(ctx, path, merge);
         else
             p_.profiles.Read(ctx, path, merge);
     });
-    if (!read) return;
+    if (!read) return; // nothing was read: the edits and their flag stay as they were
+    // A merge leaves changes to save; an opened profile is what its file holds.
+    p_.defs.Changed = merge;
 
     if (!merge) {
         window_.StartFreshHistory();

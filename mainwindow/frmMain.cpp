@@ -94,7 +94,11 @@ frmMain::frmMain(Definitions& defs, MainWindowPorts ports, QWidget* parent)
     resize(820, 600);
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain() {
+    // The table's open editor writes through the history as it closes, so
+    // the table goes before the history does.
+    delete table_;
+}
 
 QPixmap frmMain::UnitPicture(const std::string& fileName, Messages& messages) {
     return ToQPixmap(pictures_.LoadUnitPicture(defs_.UnitFiles, fileName, messages));

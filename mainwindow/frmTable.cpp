@@ -42,8 +42,24 @@ class ValueDelegate : public QStyledItemDelegate {
         }
         return editor;
     }
+    // An editor that is only looked at writes nothing: a value above the
+    // maximum, or finer than hundredths, stays as it is.
+    void setEditorData(QWidget* editor, const QModelIndex& index) const override {
+        QStyledItemDelegate::setEditorData(editor, index);
+        editor->setProperty("shownValue", EditorValue(editor));
+    }
+    void setModelData(QWidget* editor, QAbstractItemModel* model,
+                      const QModelIndex& index) const override {
+        if (EditorValue(editor) != editor->property("shownValue"))
+            QStyledItemDelegate::setModelData(editor, model, index);
+    }
 
   private:
+    static QVariant EditorValue(QWidget* editor) {
+        if (auto* weight = qobject_cast<QDoubleSpinBox*>(editor)) return weight->value();
+        if (auto* limit = qobject_cast<QSpinBox*>(editor)) return limit->value();
+        return {};
+    }
     const Definitions& defs_;
 };
 

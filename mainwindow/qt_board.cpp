@@ -132,6 +132,10 @@ void UnitBoard::UpdateScroll(bool toStart) {
 }
 
 void UnitBoard::Clear() {
+    // A value typed but not committed is dropped: the focus leaving its field
+    // would otherwise write it into whatever the board shows next.
+    for (auto& [row, card] : bound_)
+        if (card->IsActive()) card->ShowValues();
     if (QWidget* focus = QApplication::focusWidget(); focus && picScreen->isAncestorOf(focus))
         focus->clearFocus();
     while (!bound_.empty()) {

@@ -72,6 +72,8 @@ void EditHistory::Reset() {
     const bool changed = defs_.Changed; // New and Open keep their own rule for the flag
     stack_.clear();
     defs_.Changed = changed;
+    // New and Open wrote every unit outside the history: the views show them anew.
+    emit valuesChanged(1, defs_.Units.UBound());
 }
 
 } // namespace vantrel

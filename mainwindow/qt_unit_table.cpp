@@ -134,7 +134,7 @@ bool UnitFilterProxy::filterAcceptsRow(int sourceRow, const QModelIndex&) const 
     const vtUnit& unit = defs_.Units[UnitTableModel::UnitOfRow(sourceRow)];
     if (!MatchesUnitFilter(unit, text_)) return false;
     if (!boardOnly_) return true;
-    if (keywords_.empty()) return unit.Side == side_;
+    if (keywords_.empty()) return SameSide(unit.Side, side_);
     return OnBoard(unit, side_, keywords_);
 }
 
