@@ -6,6 +6,7 @@
 #include "forms/frmMerge.h"
 #include "forms/frmOptions.h"
 #include "forms/qt_icon.h"
+#include "forms/qt_text.h"
 #include "mainwindow/frmMain.h"
 #include "mainwindow/game_commands.h"
 #include "mainwindow/qt_edit_history.h"
@@ -27,7 +28,7 @@ namespace {
 // executable's folder when writable, else the per-user data folder.
 std::string ProgramFolder(const QStringList& args) {
     int i = static_cast<int>(args.indexOf("--app-dir"));
-    if (i >= 0 && i + 1 < args.size()) return args[i + 1].toStdString();
+    if (i >= 0 && i + 1 < args.size()) return StdPath(args[i + 1]);
     const char* xdg = std::getenv("XDG_DATA_HOME");
     const char* home = std::getenv("HOME");
     std::string exeDir = ExecutableDir();

@@ -1,5 +1,7 @@
 #include "app/qt_gui_ports.h"
 
+#include "forms/qt_text.h"
+
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFileInfo>
@@ -73,7 +75,7 @@ bool QtShell::IsRestart() {
 }
 
 bool QtShell::OpenDocument(const std::string& target) {
-    QString t = QString::fromLatin1(target.c_str());
+    QString t = QtPath(target);
     QUrl url = QFileInfo::exists(t) ? QUrl::fromLocalFile(t) : QUrl(t);
     return QDesktopServices::openUrl(url);
 }

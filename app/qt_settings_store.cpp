@@ -38,6 +38,12 @@ void QtSettingsStore::Set(const std::string& key, const std::string& value) {
         settings_->setValue(Key(key), before);
     else
         settings_->remove(Key(key));
+    // A QSettings keeps its error for good: a fresh one lets the next write
+    // (once the file can be written again) go through.
+    const QString file = settings_->fileName();
+    const QSettings::Format format = settings_->format();
+    settings_.reset();
+    settings_ = std::make_unique<QSettings>(file, format);
 }
 
 std::string QtSettingsStore::Location() {

@@ -43,8 +43,8 @@ frmAbout::frmAbout(Shell& shell, const std::string& appDir, QWidget* parent)
     Label3->setObjectName("Label3");
     Label4 = new QLabel("AI profiles for Total Annihilation, unit by unit.", this);
     Label4->setObjectName("Label4");
-    Label5 = LinkLabel("Open the program folder", QtText(appDir), this);
-    Label5->setToolTip(QtText(appDir));
+    Label5 = LinkLabel("Open the program folder", QtPath(appDir), this);
+    Label5->setToolTip(QtPath(appDir));
     Label5->setObjectName("Label5");
     cmdOK = new QPushButton("&OK", this);
     cmdOK->setObjectName("cmdOK");
@@ -67,7 +67,7 @@ frmAbout::frmAbout(Shell& shell, const std::string& appDir, QWidget* parent)
     FixedAndCentred(this);
 
     connect(Label5, &QLabel::linkActivated, this,
-            [this](const QString& link) { shell_.OpenDocument(StdText(link)); });
+            [this](const QString& link) { shell_.OpenDocument(StdPath(link)); });
     connect(cmdOK, &QPushButton::clicked, this, &QDialog::accept);
 }
 

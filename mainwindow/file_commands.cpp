@@ -39,6 +39,7 @@ void FileCommands::New() {
         return;
     }
     p_.defs.Changed = false; // a new AI has nothing to save yet
+    saved_.clear();          // nor a file of its own
     window_.ReselectCurrentSide();
     window_.StartFreshHistory();
 }
@@ -109,6 +110,9 @@ void FileCommands::ReadChosen(const std::string& path, bool tessaly, bool merge,
     p_.defs.Changed = merge;
 
     if (!merge) {
+        // Install copies this file from now on; a profile that is no file of
+        // our own format (one inside the game, a Tessaly file) is saved first.
+        saved_ = !tessaly && IsRegularFile(path) ? path : std::string();
         window_.StartFreshHistory();
         window_.ReselectCurrentSide();
         window_.SetInUse(true);

@@ -447,7 +447,7 @@ void frmMain::mnuHelpContents_Click() {
         EnsureHelpFile(defs_.AppDir, std::string_view(builtIn.constData(),
                                                       static_cast<std::size_t>(builtIn.size())));
     if (!help_) help_ = new frmHelp(this);
-    help_->ShowContents(QtText(file));
+    help_->ShowContents(QtPath(file));
 }
 
 void frmMain::mnuHelpAbout_Click() {

@@ -28,10 +28,10 @@ FileDialogResult Run(QFileDialog& dialog, const std::string& filter) {
     dialog.setNameFilters(filters);
     FileDialogResult result;
     result.accepted = dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
-    result.folder = StdText(QDir::toNativeSeparators(dialog.directory().absolutePath()));
+    result.folder = StdPath(QDir::toNativeSeparators(dialog.directory().absolutePath()));
     if (!result.folder.empty() && result.folder.back() != '/') result.folder += '/';
     if (result.accepted) {
-        result.path = StdText(dialog.selectedFiles().front());
+        result.path = StdPath(dialog.selectedFiles().front());
         result.filterIndex = static_cast<int>(filters.indexOf(dialog.selectedNameFilter())) + 1;
         if (result.filterIndex < 1) result.filterIndex = 1;
     }
@@ -41,7 +41,7 @@ FileDialogResult Run(QFileDialog& dialog, const std::string& filter) {
 
 FileDialogResult QtFileDialogs::Open(const std::string& title, const std::string& filter,
                                      const std::string& initialFolder) {
-    QFileDialog dialog(parent_, QtText(title), QtText(initialFolder));
+    QFileDialog dialog(parent_, QtText(title), QtPath(initialFolder));
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setFileMode(QFileDialog::ExistingFile);
     return Run(dialog, filter);
@@ -50,7 +50,7 @@ FileDialogResult QtFileDialogs::Open(const std::string& title, const std::string
 FileDialogResult QtFileDialogs::Save(const std::string& title, const std::string& filter,
                                      const std::string& initialFolder,
                                      const std::string& proposedName) {
-    QFileDialog dialog(parent_, QtText(title), QtText(initialFolder));
+    QFileDialog dialog(parent_, QtText(title), QtPath(initialFolder));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setOption(QFileDialog::DontConfirmOverwrite, false);

@@ -143,6 +143,14 @@ std::string BuildSetText(const Definitions& defs, const std::string& aiName) {
 }
 
 void SaveAI(ProfileContext& ctx, const std::string& path) {
+    // The build-set file takes the place of the name's last four characters:
+    // a shorter name would put it outside the profile's folder, a ".set" name
+    // on the profile itself.
+    std::string name = path;
+    name = StripPath(name);
+    if (name.size() < 4 || EqualsNoCase(name.substr(name.size() - 4), ".set"))
+        throw ProfileError("Cannot write '" + path + "': its build-set file would be '" +
+                           BuildSetPath(path) + "'. Choose a name ending in .txt.");
     // The progress form closes however the save ends.
     struct CloseProgress {
         Progress& p;

@@ -47,6 +47,12 @@ TEST(QtSettingsStoreTest, AValueThatCannotBeWrittenIsNotKept) {
     store.Set("Extract", "-1");
     EXPECT_EQ(store.Get("Extract", "0"), "0");
     EXPECT_EQ(store.Location(), tmp / "file/vantrel/vantrel.conf");
+
+    // Once the file can be written again, the next value is kept.
+    std::filesystem::remove(tmp / "file");
+    store.Set("LastDir", "/profiles/");
+    EXPECT_EQ(store.Get("LastDir", ""), "/profiles/");
+    EXPECT_EQ(QtSettingsStore(tmp / "file/vantrel/vantrel.conf").Get("LastDir", ""), "/profiles/");
 }
 
 } // namespace

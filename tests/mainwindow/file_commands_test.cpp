@@ -361,6 +361,11 @@ TEST_F(FileCommandsTest, InstallIntoGameSavesFirstAndAsksBeforeReplacing) {
     EXPECT_EQ(profiles.calls.back().path, game + "/TOTALA1.HPI#ai/DEFAULT.TXT");
     EXPECT_EQ(settings.Get("LastDir", ""), "/profiles/");
     EXPECT_FALSE(defs.Changed);
+    // Install follows the profile on screen, not the file saved before it.
+    messages.answers = {MsgAnswer::No};
+    InstallIntoGame(commands, messages, game);
+    EXPECT_NE(messages.shown.back().text.find("must be saved"), std::string::npos);
+    EXPECT_EQ(ReadFile(game + "/ai/Rush.txt"), "saved again");
 }
 
 TEST_F(FileCommandsTest, ExternalWritesAiTxtInTheProgramFolderAndOpensIt) {

@@ -228,6 +228,9 @@ TEST_F(FailedSave, MissingFolderParentFileOrTargetFolder) {
     EXPECT_THROW(SaveAI(rig.ctx, dir / "plain/AI.txt"), ProfileError);
     ASSERT_EQ(::mkdir((dir / "Folder.txt").c_str(), 0777), 0);
     EXPECT_THROW(SaveAI(rig.ctx, dir / "Folder.txt"), ProfileError);
+    // Names whose build-set file would land on the profile or outside its folder.
+    EXPECT_THROW(SaveAI(rig.ctx, dir / "AI.SET"), ProfileError);
+    EXPECT_THROW(SaveAI(rig.ctx, dir / "x.b"), ProfileError);
     EXPECT_EQ(dir.Entries(), (std::vector<std::string>{"Folder.txt", "plain"}));
 }
 
