@@ -443,9 +443,16 @@ TEST_F(TableTest, RandomizeMergeAndBuildSetAreStepsAndOpenStartsAfresh) {
     window->mnuEditRedo->trigger();
     dialogs.opens = {FileDialogResult{true, "/x/One.txt", 1, "/x/"}};
     messages.answers = {MsgAnswer::No}; // no save first
+    frmTable& table = OpenTable();
+    table.Proxy().sort(UnitTableModel::ColWeight, Qt::DescendingOrder);
+    profiles.onRead = [](Definitions& d) { d.Units[5].Weight = 0.5f; };
     window->mnuFileOpen->trigger();
     EXPECT_FALSE(window->mnuEditUndo->isEnabled());
     EXPECT_FALSE(window->mnuEditRedo->isEnabled());
+    // The table shows what was read, sorted anew.
+    for (int row = 1; row < table.Proxy().rowCount(); ++row)
+        EXPECT_GE(table.Proxy().index(row - 1, UnitTableModel::ColWeight).data().toDouble(),
+                  table.Proxy().index(row, UnitTableModel::ColWeight).data().toDouble());
 }
 
 TEST(FileDialogFilters, PipeListBecomesQtNameFilters) {

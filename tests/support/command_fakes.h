@@ -8,6 +8,7 @@
 #include "support/test_support.h"
 
 #include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -56,6 +57,7 @@ class FakeProfileIO : public ProfileIO {
   public:
     std::vector<ProfileCall> calls;
     std::string failure;
+    std::function<void(Definitions&)> onRead; // what reading the profile writes
 
     void Save(ProfileContext& ctx, const std::string& path) override {
         Record("save", path, false);
@@ -63,8 +65,9 @@ class FakeProfileIO : public ProfileIO {
         StagedFile profile(path, "[AI] " + ctx.fields.AIName() + "\r\n");
         CommitTogether(profile, set);
     }
-    void Read(ProfileContext&, const std::string& path, bool merge) override {
+    void Read(ProfileContext& ctx, const std::string& path, bool merge) override {
         Record("read", path, merge);
+        if (onRead) onRead(ctx.defs);
     }
     void ReadTessaly(ProfileContext&, const std::string& path, bool merge) override {
         Record("tessaly", path, merge);
