@@ -48,8 +48,9 @@ int RunExtract(const std::vector<std::string>& args) {
                   "progress form would show, one per line, and at the end\n"
                   "progress<TAB>value<TAB>maximum. Stored options are not touched.\n"
                   "Files that cannot be written (a full disk, a read-only folder, damaged\n"
-                  "data, a unit file above 16 MiB, an archive past 1 GiB) are listed on\n"
-                  "stderr with their reasons, and the exit status is then 1."))
+                  "data, a unit file above 16 MiB, an archive past 1 GiB), archives that\n"
+                  "cannot be read and zip packages that are damaged are listed on stderr\n"
+                  "with their reasons, and the exit status is then 1."))
         return ExitOk;
     if (args.size() != 2) return UsageError(Usage, "expected a game folder and a program folder");
     if (!FolderExists(args[0])) return ExitUsage;

@@ -163,17 +163,20 @@ void ExtractArchiveFiles(Definitions& defs, ArchiveLibrary& lib, Progress& progr
         progress.Repaint();
         progress.SetStatus(status);
         std::int32_t handle = lib.HPIOpen(JoinPath(defs.GameDir, archive));
-        std::vector<std::string> entries;
+        // An archive the library refuses is reported once, not once per pass.
+        if (handle == 0 && failures && !lib.LastFailure().empty())
+            failures->AddOnce(archive, lib.LastFailure());
+        // Only the names to extract are kept: a folder may list a million entries.
+        std::vector<std::string> names;
         std::int32_t position = 0, type = 0, size = 0;
         while (true) {
             std::string buffer = FreshNameBuffer();
             position = lib.HPIDir(handle, position, folder, buffer, type, size);
             if (position == 0) break;
-            entries.push_back(buffer);
+            std::string name = TrimNull(buffer);
+            if (ContainsText(LCase(name), extension)) names.push_back(std::move(name));
         }
-        for (const std::string& raw : entries) {
-            std::string name = TrimNull(raw);
-            if (!ContainsText(LCase(name), extension)) continue;
+        for (const std::string& name : names) {
             // A name already in Units in another case is written over, not beside.
             const bool written =
                 IsSafeBareName(name) &&

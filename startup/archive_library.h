@@ -34,7 +34,8 @@ class ArchiveLibrary {
     virtual std::int32_t HPIExtractFile(std::int32_t handle, const std::string& pathInArchive,
                                         const std::string& destination) = 0;
     virtual std::int32_t HPIClose(std::int32_t handle) = 0;
-    // Why the last HPIExtractFile that returned 0 failed ("" when unknown).
+    // Why the last HPIOpen or HPIExtractFile that returned 0 failed ("" when
+    // unknown, or for an archive the library does not read at all).
     virtual std::string LastFailure() const { return {}; }
 };
 
@@ -88,8 +89,9 @@ void CountArchiveFiles(const Definitions& defs, ArchiveLibrary& lib, Progress& p
 // `extension` from every matching archive into the Units folder, which
 // defs.UnitFiles must index (RunExtraction reads it first): a name there in
 // another case is replaced under its spelling on disk, and every file
-// written is noted in the index. Files that could not be written are
-// added to `failures` when given.
+// written is noted in the index. Files that could not be written, and
+// archives the library refuses with a reason, are added to `failures` when
+// given.
 void ExtractArchiveFiles(Definitions& defs, ArchiveLibrary& lib, Progress& progress,
                          const std::string& folder, const std::string& pattern,
                          const std::string& extension, const std::string& status,

@@ -3,6 +3,7 @@
 // for a good one.
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -11,8 +12,18 @@ namespace vantrel {
 struct ExtractionFailures {
     std::vector<std::string> files; // "NAME: reason", in the order they failed
 
+    static std::string Line(const std::string& name, const std::string& reason) {
+        return name + ": " + (reason.empty() ? "not written" : reason);
+    }
     void Add(const std::string& name, const std::string& reason) {
-        files.push_back(name + ": " + (reason.empty() ? "not written" : reason));
+        files.push_back(Line(name, reason));
+    }
+    // Adds the failure unless it is already listed (an archive refused by
+    // each pass over it).
+    void AddOnce(const std::string& name, const std::string& reason) {
+        std::string line = Line(name, reason);
+        if (std::find(files.begin(), files.end(), line) == files.end())
+            files.push_back(std::move(line));
     }
     void Add(const ExtractionFailures& more) {
         files.insert(files.end(), more.files.begin(), more.files.end());

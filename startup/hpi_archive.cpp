@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -256,12 +257,11 @@ std::vector<std::string_view> SplitPath(std::string_view path) {
     return parts;
 }
 
-const HpiEntry* FindChild(const HpiEntry& folder, std::string_view name, bool directory) {
-    for (const HpiEntry& c : folder.children)
-        if (c.isDirectory == directory && c.name == name) return &c;
-    for (const HpiEntry& c : folder.children)
-        if (c.isDirectory == directory && EqualsNoCase(c.name, name)) return &c;
-    return nullptr;
+// Orders names the way EqualsNoCase compares them.
+bool LessNoCase(std::string_view a, std::string_view b) {
+    return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
+        return static_cast<unsigned char>(UpperChar(x)) < static_cast<unsigned char>(UpperChar(y));
+    });
 }
 
 } // namespace
@@ -359,7 +359,40 @@ const HpiEntry* HpiArchive::FindFile(std::string_view path) const {
     for (std::size_t i = 0; i + 1 < parts.size(); ++i)
         folderPath.append(parts[i]).push_back('/');
     const HpiEntry* folder = FindFolder(folderPath);
-    return folder ? FindChild(*folder, parts.back(), false) : nullptr;
+    if (!folder) return nullptr;
+    // The exact name first, then one that differs only in case; the first in
+    // archive order of either.
+    const std::vector<HpiEntry>& files = folder->children;
+    const std::string_view name = parts.back();
+    const NameIndex& index = IndexOf(*folder);
+    auto exact = std::lower_bound(
+        index.exact.begin(), index.exact.end(), name,
+        [&](std::uint32_t i, std::string_view n) { return std::string_view(files[i].name) < n; });
+    if (exact != index.exact.end() && files[*exact].name == name) return &files[*exact];
+    auto folded = std::lower_bound(
+        index.folded.begin(), index.folded.end(), name,
+        [&](std::uint32_t i, std::string_view n) { return LessNoCase(files[i].name, n); });
+    if (folded != index.folded.end() && EqualsNoCase(files[*folded].name, name))
+        return &files[*folded];
+    return nullptr;
+}
+
+const HpiArchive::NameIndex& HpiArchive::IndexOf(const HpiEntry& folder) const {
+    auto [it, fresh] = indexes_.try_emplace(&folder);
+    if (!fresh) return it->second;
+    const std::vector<HpiEntry>& children = folder.children;
+    std::vector<std::uint32_t>& exact = it->second.exact;
+    for (std::uint32_t i = 0; i < children.size(); ++i)
+        if (!children[i].isDirectory) exact.push_back(i);
+    it->second.folded = exact;
+    std::stable_sort(exact.begin(), exact.end(), [&](std::uint32_t a, std::uint32_t b) {
+        return children[a].name < children[b].name;
+    });
+    std::stable_sort(it->second.folded.begin(), it->second.folded.end(),
+                     [&](std::uint32_t a, std::uint32_t b) {
+                         return LessNoCase(children[a].name, children[b].name);
+                     });
+    return it->second;
 }
 
 namespace {

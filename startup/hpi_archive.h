@@ -161,6 +161,9 @@ class HpiArchive {
     // reading its data.
     std::string LimitReason(const HpiEntry& file) const;
     std::uint64_t BytesExtracted() const { return extracted_; }
+    // Starts the count from what earlier openings of the same file unpacked,
+    // so that the archive cap holds for the file, not for one opening.
+    void SetBytesExtracted(std::uint64_t bytes) { extracted_ = bytes; }
 
     // Streams the unpacked bytes of `file` into `sink`. False (after perhaps
     // some bytes) when the data is damaged, the sink refused or the limits
@@ -175,6 +178,12 @@ class HpiArchive {
     // `name`, when given, receives the last folder's name as the archive spells it.
     std::uint32_t WalkFolders(const std::vector<std::string_view>& parts, std::size_t count,
                               std::string* name = nullptr) const;
+    // The files of a folder sorted by name, exactly and without regard to
+    // case; equal names keep their archive order.
+    struct NameIndex {
+        std::vector<std::uint32_t> exact, folded;
+    };
+    const NameIndex& IndexOf(const HpiEntry& folder) const;
     bool ExtractStored(const HpiEntry& file, const HpiSink& sink) const;
     bool ExtractChunked(const HpiEntry& file, const HpiSink& sink) const;
 
@@ -188,6 +197,9 @@ class HpiArchive {
     mutable std::unique_ptr<HpiEntry> root_;
     mutable std::string lastPath_;
     mutable const HpiEntry* lastFolder_ = nullptr;
+    // Made on the first file looked up in a folder, so that finding each file
+    // of a large folder in turn is not quadratic.
+    mutable std::map<const HpiEntry*, NameIndex> indexes_;
     // Chunk buffers kept from file to file (an archive is used by one thread).
     mutable std::vector<std::uint8_t> table_, packed_, unpacked_;
     std::uint8_t key_;       // whole-file key byte, used when encrypted_

@@ -122,17 +122,26 @@ std::vector<ArchiveFile> ListArchiveFiles(const HpiEntry& folder) {
 
 const HpiArchive* HpiLibrary::Find(std::int32_t handle) const {
     auto it = open_.find(handle);
-    return it == open_.end() ? nullptr : it->second.get();
+    return it == open_.end() ? nullptr : it->second.archive.get();
 }
 
 std::int32_t HpiLibrary::HPIOpen(const std::string& fileName) {
-    auto archive = HpiArchive::OpenFile(fileName);
-    if (!archive) return 0;
-    archive->SetLimits(DiskLimits);
+    errno = 0;
+    auto source = FileSource::Open(fileName);
+    if (!source) {
+        lastFailure_ = errno ? std::strerror(errno) : "not a file";
+        return 0;
+    }
+    auto archive = HpiArchive::Open(std::move(source));
+    if (!archive) {
+        lastFailure_ = "damaged or not an archive of the game";
+        return 0;
+    }
+    archive->SetLimits(limits_);
     while (next_ <= 0 || open_.count(next_))
         next_ = next_ <= 0 ? 1 : next_ + 1;
     const std::int32_t handle = next_++;
-    open_[handle] = std::move(archive);
+    open_[handle] = {std::move(archive), fileName};
     return handle;
 }
 
@@ -152,11 +161,16 @@ std::int32_t HpiLibrary::HPIDir(std::int32_t handle, std::int32_t position,
 
 std::int32_t HpiLibrary::HPIExtractFile(std::int32_t handle, const std::string& pathInArchive,
                                         const std::string& destination) {
-    const HpiArchive* archive = Find(handle);
+    auto opened = open_.find(handle);
+    HpiArchive* archive = opened == open_.end() ? nullptr : opened->second.archive.get();
     const HpiEntry* file = archive ? archive->FindFile(pathInArchive) : nullptr;
     lastFailure_ = !file ? "not a file in the archive" : !IsSafeBareName(file->name) ? "unsafe name" : "";
     if (!lastFailure_.empty()) return 0;
-    return ExtractToFile(*archive, *file, destination, &lastFailure_) ? 1 : 0;
+    std::uint64_t& unpacked = unpacked_[opened->second.fileName];
+    archive->SetBytesExtracted(unpacked);
+    const bool written = ExtractToFile(*archive, *file, destination, &lastFailure_);
+    unpacked = archive->BytesExtracted();
+    return written ? 1 : 0;
 }
 
 std::int32_t HpiLibrary::HPIClose(std::int32_t handle) {

@@ -36,12 +36,17 @@ struct ArchiveFile {
 };
 std::vector<ArchiveFile> ListArchiveFiles(const HpiEntry& folder);
 
-// Every archive it opens extracts under DiskLimits.
+// Every archive it opens extracts under `limits` (DiskLimits unless given).
+// The cap of a whole archive counts what every opening of the same file
+// (by the name it was opened under) has unpacked through this library, so
+// the passes of one start-up together stay within it.
 class HpiLibrary : public GameFolderOnlyLibrary {
   public:
-    using GameFolderOnlyLibrary::GameFolderOnlyLibrary;
+    explicit HpiLibrary(SettingsStore& settings, const HpiLimits& limits = DiskLimits)
+        : GameFolderOnlyLibrary(settings), limits_(limits) {}
     // 0 when the file cannot be opened as an archive (or its directory is
-    // damaged); such a handle lists nothing.
+    // damaged or too large); such a handle lists nothing, and LastFailure
+    // says why.
     std::int32_t HPIOpen(const std::string& fileName) override;
     // Lists files and sub-folders alike: `type` is 1 for a folder, 0 for a
     // file; `size` is a file's unpacked size.
@@ -54,8 +59,14 @@ class HpiLibrary : public GameFolderOnlyLibrary {
     std::string LastFailure() const override { return lastFailure_; }
 
   private:
+    struct Opened {
+        std::unique_ptr<HpiArchive> archive;
+        std::string fileName;
+    };
     const HpiArchive* Find(std::int32_t handle) const;
-    std::map<std::int32_t, std::unique_ptr<HpiArchive>> open_;
+    HpiLimits limits_;
+    std::map<std::int32_t, Opened> open_;
+    std::map<std::string, std::uint64_t> unpacked_; // by file name, over every opening
     std::int32_t next_ = 1;
     std::string lastFailure_;
 };

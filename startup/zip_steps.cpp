@@ -56,7 +56,7 @@ void LibzipSteps::UnpackZips(Definitions& defs, Progress& progress) {
             unzip.ExistingFiles(&defs.UnitFiles);
             unzip.UseFolderNames(false);
             unzip.ZipFile(JoinPath(defs.AppDir, zip)); // empties the list: every entry
-            unzip.Unzip();
+            if (!unzip.Unzip()) failures_.Add(zip, "damaged zip package");
             for (const std::string& f : unzip.Failures().files)
                 failures_.Add(zip, f);
         }

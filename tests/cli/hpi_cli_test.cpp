@@ -84,6 +84,16 @@ TEST_F(HpiCli, ExtractRunsTheStartUpPassesThenTheZipSteps) {
               std::string::npos)
         << bad.err;
     EXPECT_EQ(ReadWholeFile(tmp / "app2/Units/armcom.pcx"), "pcx");
+
+    // So do a truncated archive and a package that is not a zip.
+    const std::string archive = ReadWholeFile(tmp / "game/totala1.hpi").value_or("");
+    ASSERT_TRUE(demo::WriteFile(tmp / "game/cut.hpi", archive.substr(0, 40)));
+    ASSERT_TRUE(demo::WriteFile(tmp / "app/junk.zip", "junk"));
+    const RunResult damaged = RunCli("extract " + Q(tmp / "game") + " " + Q(tmp / "app"));
+    EXPECT_EQ(damaged.status, 1);
+    for (const char* line : {"not written: cut.hpi: damaged or not an archive of the game\n",
+                             "not written: junk.zip: damaged zip package\n"})
+        EXPECT_NE(damaged.err.find(line), std::string::npos) << damaged.err;
 }
 
 } // namespace

@@ -132,8 +132,13 @@ TEST_F(StartUp, CountThenExtractEveryArchiveFamilyIntoUnits) {
     ASSERT_TRUE(MakeDirectory(JoinPath(game, "folder.hpi")));
     ASSERT_TRUE(MakeDirectory(UnitsDir(defs.AppDir)));
 
-    RunExtraction(defs, ports);
+    const ExtractionFailures failures = RunExtraction(defs, ports);
 
+    // The truncated archive is reported once, though both passes open it.
+    EXPECT_EQ(failures.files,
+              (Log{"broken.hpi: damaged or not an archive of the game",
+                   "b.ccx: ../evil.fbi: unsafe name", "b.ccx: a\\b.fbi: unsafe name",
+                   "b.ccx: C:x.fbi: unsafe name", "b.ccx: /abs.fbi: unsafe name"}));
     const Log perPass = {"broken.hpi", "TOTALA1.HPI", "b.ccx", "x.gp3", "y.swx"};
     Log opens;
     for (int pass = 0; pass < 4; ++pass)
@@ -272,6 +277,22 @@ TEST_F(StartUp, FilesThatCannotBeWrittenAreCountedReportedAndNothingIsLost) {
     EXPECT_EQ(messages.shown[0].text,
               failures.Summary() + " to the folder '" + UnitsDir(defs.AppDir) +
                   "'. The unit list may be incomplete or out of date.");
+}
+
+// The cap of a whole archive counts what both passes over it unpacked.
+TEST_F(StartUp, TheArchiveCapSpansThePasses) {
+    Write("TOTALA1.HPI", {{"units/A.FBI", std::string(6000, 'a').c_str(), hpi::Zlib},
+                          {"unitpics/A.PCX", std::string(6000, 'p').c_str(), hpi::Zlib}});
+    Write("TOTALA2.HPI", {{"unitpics/B.PCX", std::string(6000, 'b').c_str(), hpi::Zlib}});
+    ASSERT_TRUE(MakeDirectory(UnitsDir(defs.AppDir)));
+    HpiLibrary capped{settings, {hpi::MaxFileBytes, 10000}};
+    StartupPorts cappedPorts{progress, messages, settings, shell, random, capped, zips};
+
+    const ExtractionFailures failures = RunExtraction(defs, cappedPorts);
+
+    EXPECT_EQ(failures.files,
+              Log{"TOTALA1.HPI: A.PCX: past the archive's cap of 10000 bytes"});
+    EXPECT_EQ(FolderContent(UnitsDir(defs.AppDir)), (Log{"A.FBI", "B.PCX"}));
 }
 
 // Restarting is the cure for an empty Units folder only when Extract sticks

@@ -95,6 +95,7 @@ TEST_F(ZipStepsTest, CountingAddsEveryEntryThenUnpackingShowsEachFile) {
     EXPECT_EQ(FilesBelow(units),
               (Files{"ARMCOM.PCX", "CORX.FBI", "CORY.FBI", "Z.PCX", "armcom.fbi"}));
     EXPECT_EQ(ReadWholeFile(JoinPath(units, "CORY.FBI")), "kept");
+    EXPECT_EQ(steps.Failures().files, Files{"broken.zip: damaged zip package"});
     EXPECT_EQ(progress.log, (Files{"show", "status Unpacking 'Armcom.fbi' from 'a.zip' ...",
                                    "value 1", "status Unpacking 'Armcom.pcx' from 'a.zip' ...",
                                    "value 2", "status Unpacking 'Corx.fbi' from 'B.ZIP' ...",
