@@ -12,7 +12,6 @@
 #include <QPixmap>
 #include <QScrollBar>
 
-#include <sys/resource.h>
 
 #include <memory>
 #include <string>
@@ -52,12 +51,6 @@ const QPixmap& Picture() {
         return p;
     }();
     return pic;
-}
-
-void ReportPeak(benchmark::State& state) {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    state.counters["peak_MB"] = static_cast<double>(usage.ru_maxrss) / 1024.0;
 }
 
 struct BoardWindow {

@@ -17,7 +17,6 @@
 #include <QPixmap>
 #include <QTableView>
 
-#include <sys/resource.h>
 
 #include <memory>
 #include <string>
@@ -41,12 +40,6 @@ void Catalogue(Definitions& defs, int units) {
         u.Limit = static_cast<float>(i % 50);
         u.Include = true;
     }
-}
-
-void ReportPeak(benchmark::State& state) {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    state.counters["peak_MB"] = static_cast<double>(usage.ru_maxrss) / 1024.0;
 }
 
 struct Tables {
