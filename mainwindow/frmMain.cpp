@@ -104,7 +104,12 @@ frmMain::frmMain(Definitions& defs, MainWindowPorts ports, QWidget* parent)
                          *settings_, ports_.clock, ports_.dialogs, ports_.profiles},
         *this);
     BuildMenus();
-    statusBar()->setObjectName("statusBar");
+    // A label of the status bar, not a passing message: pointing at menu
+    // items clears those, and the confirmation should stay until the next one.
+    lblStatus = new QLabel(statusBar());
+    lblStatus->setObjectName("lblStatus");
+    lblStatus->setTextFormat(Qt::PlainText);
+    statusBar()->addWidget(lblStatus, 1);
     FileStateChanged();
     resize(820, 600);
 }
@@ -410,7 +415,7 @@ void frmMain::FileStateChanged() {
 
 void frmMain::ShowStatus(const std::string& text) {
     FileStateChanged();
-    statusBar()->showMessage(QtPath(text));
+    lblStatus->setText(QtPath(text));
 }
 
 QString frmMain::ExternalFolder() const {

@@ -26,7 +26,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QStatusBar>
 #include <QPushButton>
 #include <QCheckBox>
 #include <QTableView>
@@ -253,7 +252,7 @@ TEST_F(MainWindowTest, CurrentFileTitleStatusAndShortcuts) {
     QTest::keyClick(window.get(), Qt::Key_O, Qt::ControlModifier);
     EXPECT_EQ(window->windowTitle(), "Merged.txt[*] - Vantrel");
     EXPECT_FALSE(window->isWindowModified());
-    EXPECT_EQ(window->statusBar()->currentMessage(), QString::fromStdString("Opened " + merged));
+    EXPECT_EQ(window->lblStatus->text(), QString::fromStdString("Opened " + merged));
 
     window->History().Set({1}, UnitField::Weight, 7);
     EXPECT_TRUE(window->isWindowModified());
@@ -263,7 +262,7 @@ TEST_F(MainWindowTest, CurrentFileTitleStatusAndShortcuts) {
     ASSERT_EQ(profiles.calls.back().op, "save");
     EXPECT_EQ(profiles.calls.back().path, merged);
     EXPECT_FALSE(window->isWindowModified());
-    EXPECT_EQ(window->statusBar()->currentMessage(),
+    EXPECT_EQ(window->lblStatus->text(),
               QString::fromStdString("Saved " + merged + " (3 units, 3 excluded)"));
     window->mnuEditUndo->trigger();
     EXPECT_TRUE(window->isWindowModified());
@@ -307,7 +306,7 @@ TEST_F(MainWindowTest, SettingsAndMergeChangeTheHeaderAsUndoableSteps) {
     dialogs.opens = {FileDialogResult{true, "/x/Friend.txt", 1, "/x/"}};
     window->mnuFileMerge->trigger();
     EXPECT_EQ(window->History().Stack().count(), 2);
-    EXPECT_EQ(window->statusBar()->currentMessage(), "Merged /x/Friend.txt");
+    EXPECT_EQ(window->lblStatus->text(), "Merged /x/Friend.txt");
     window->mnuEditUndo->trigger();
     EXPECT_EQ(defs.ParentAIs, "Old AI, ");
     window->mnuEditUndo->trigger();
