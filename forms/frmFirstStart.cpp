@@ -42,19 +42,10 @@ frmFirstStart::frmFirstStart(QWidget* parent)
     txtGameDir->setObjectName("txtGameDir");
     txtGameDir->setMinimumWidth(360);
     lblGameDir->setBuddy(txtGameDir);
-    cmdBrowse = new QPushButton("Browse...", this);
-    cmdBrowse->setObjectName("cmdBrowse");
-    cmdBrowse->setAutoDefault(false);
-
-    cmdExtract = new QPushButton("Extract Units", this);
-    cmdExtract->setObjectName("cmdExtract");
-    cmdExtract->setDefault(true);
-    cmdContinue = new QPushButton("Continue Without Units", this);
-    cmdContinue->setObjectName("cmdContinue");
-    cmdContinue->setAutoDefault(false);
-    cmdQuit = new QPushButton("Quit", this);
-    cmdQuit->setObjectName("cmdQuit");
-    cmdQuit->setAutoDefault(false);
+    cmdBrowse = NewButton(this, "cmdBrowse", "Browse...");
+    cmdExtract = NewButton(this, "cmdExtract", "Extract Units", true);
+    cmdContinue = NewButton(this, "cmdContinue", "Continue Without Units");
+    cmdQuit = NewButton(this, "cmdQuit", "Quit");
 
     auto* gameRow = new QHBoxLayout;
     gameRow->addWidget(lblGameDir);
