@@ -205,7 +205,7 @@ TEST_F(MainWindowTest, OpenFromGameReadsTheChosenProfileAndCheckListsFindings) {
     EXPECT_EQ(findings, QStringList({"unknown U9", "not-a-number line 2"}));
 }
 
-TEST_F(MainWindowTest, NewResetsUnitsOnOkOnlyAndSettingsOnlyRenames) {
+TEST_F(MainWindowTest, NewResetsUnitsOnOkOnly) {
     Load();
     frmSettings& s = window->Settings();
     s.txtAIname->setText("   ");
@@ -228,16 +228,6 @@ TEST_F(MainWindowTest, NewResetsUnitsOnOkOnlyAndSettingsOnlyRenames) {
     script = [](QDialog& d) { static_cast<frmSettings&>(d).cmdOK->click(); };
     window->mnuFileNew->trigger();
     EXPECT_EQ(defs.Units[2].Weight, 0.0f);
-
-    defs.Units[2].Weight = 1.5f;
-    script = [](QDialog& d) {
-        auto& settings = static_cast<frmSettings&>(d);
-        settings.txtAIname->setText("Flash");
-        settings.cmdOK->click();
-    };
-    window->mnuViewSettings->trigger();
-    EXPECT_EQ(window->lblAIName->text(), "Flash AI");
-    EXPECT_EQ(defs.Units[2].Weight, 1.5f);
 }
 
 // After an Open, Ctrl+S writes that file without a dialog; the title names
@@ -293,10 +283,12 @@ TEST_F(MainWindowTest, SettingsAndMergeChangeTheHeaderAsUndoableSteps) {
         settings.txtAIname->setText("Flash");
         settings.cmdOK->click();
     };
+    defs.Units[2].Weight = 1.5f;
     window->mnuViewSettings->trigger();
     window->mnuViewSettings->trigger(); // the same name again: no step
     EXPECT_TRUE(defs.Changed);
     EXPECT_EQ(window->History().Stack().count(), 1);
+    EXPECT_EQ(defs.Units[2].Weight, 1.5f); // Settings only renames
 
     defs.ParentAIs = "Old AI, ";
     window->showMerge = [&] {
