@@ -39,7 +39,7 @@ void FileCommands::New() {
         p_.defs.ParentAIs = oldParents;
         return;
     }
-    p_.defs.Changed = false; // a new AI has nothing to save yet
+    p_.defs.Changed = false;   // a new AI has nothing to save yet
     SetCurrentFile("", false); // nor a file of its own
     window_.ReselectCurrentSide();
     window_.StartFreshHistory();

@@ -210,8 +210,8 @@ void frmMain::BuildMenus() {
     mnuEditRedo->setObjectName("mnuEditRedo");
     // Both usual keys, whatever the platform's scheme names first.
     QList<QKeySequence> redo = QKeySequence::keyBindings(QKeySequence::Redo);
-    for (QKeySequence key : {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z),
-                             QKeySequence(Qt::CTRL | Qt::Key_Y)})
+    for (QKeySequence key :
+         {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)})
         if (!redo.contains(key)) redo << key;
     mnuEditRedo->setShortcuts(redo);
     mnuEdit->addAction(mnuEditUndo);

@@ -83,7 +83,7 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     QWidget* picBorder = nullptr;
     QLabel* lblAIName = nullptr;
     QLabel* lblStatus = nullptr; // in the status bar: what the last file command did
-    UnitBoard* board = nullptr; // holds picScreen and Vscroll1
+    UnitBoard* board = nullptr;  // holds picScreen and Vscroll1
 
     QMenu* mnuFile = nullptr;
     QAction* mnuFileNew = nullptr;

@@ -71,8 +71,8 @@ void EditHistory::Record(const std::string& name, UnitChanges changes,
     HeaderTexts headerAfter = Header();
     if (headerAfter == headerBefore) return Record(name, std::move(changes));
     if (!AnyDifference(changes)) changes.clear();
-    stack_.push(new ValuesCommand(*this, name, std::move(changes), headerBefore,
-                                  std::move(headerAfter)));
+    stack_.push(
+        new ValuesCommand(*this, name, std::move(changes), headerBefore, std::move(headerAfter)));
 }
 
 void EditHistory::RecordEdit(int unit, UnitField field, double before) {
