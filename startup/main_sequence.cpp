@@ -61,7 +61,7 @@ LoadOutcome Main(Definitions& defs, StartupPorts& ports, const std::string& prog
 
     LoadContext ctx{ports.progress, ports.messages, ports.settings, ports.shell, ports.random};
     if (!ports.noUnits) return LoadUnits(defs, ctx);
-    for (bool afterExtract = false;; afterExtract = true) {
+    for (bool afterExtract = defs.OptionOn(optExtract);; afterExtract = true) {
         LoadUnitsFromFolder(defs, units, &ports.random, &ports.progress);
         ports.progress.Close();
         if (defs.Races.UBound() >= 1) return LoadOutcome::Loaded;
