@@ -3,6 +3,7 @@
 #include "app/qt_settings_store.h"
 #include "base/paths.h"
 #include "forms/frmBuild.h"
+#include "forms/frmFirstStart.h"
 #include "forms/frmMerge.h"
 #include "forms/frmOptions.h"
 #include "forms/qt_icon.h"
@@ -56,9 +57,12 @@ int main(int argc, char** argv) {
     HpiLibrary archives(settings);
     LibzipSteps zips;
 
-    StartupPorts ports{progress, messages, settings, shell, random, archives, zips};
-    if (Main(defs, ports, ProgramFolder(QApplication::arguments())) != LoadOutcome::Loaded)
-        return 0;
+    // With no units the player chooses how to go on instead of the program ending.
+    frmFirstStart firstStart;
+    StartupPorts ports{progress, messages, settings, shell, random, archives, zips, &firstStart};
+    const LoadOutcome outcome = Main(defs, ports, ProgramFolder(QApplication::arguments()));
+    if (outcome == LoadOutcome::Restarted) return 0;
+    if (outcome != LoadOutcome::Loaded) return 1; // no units, and the player chose Quit
 
     QtFileDialogs dialogs;
     GameProfileIO profiles; // SaveAI, ReadAI, ReadTessalyAI; also inside the game's archives

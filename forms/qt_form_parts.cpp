@@ -25,13 +25,17 @@ QListWidgetItem* AddCheckRow(QListWidget* list, const std::string& text, bool ch
     return item;
 }
 
+QPushButton* NewButton(QWidget* parent, const char* name, const QString& caption, bool isDefault) {
+    auto* button = new QPushButton(caption, parent);
+    button->setObjectName(name);
+    button->setDefault(isDefault);
+    button->setAutoDefault(isDefault);
+    return button;
+}
+
 void NewOkCancel(QWidget* parent, QPushButton*& ok, QPushButton*& cancel) {
-    ok = new QPushButton("&OK", parent);
-    ok->setObjectName("cmdOK");
-    ok->setDefault(true);
-    cancel = new QPushButton("&Cancel", parent);
-    cancel->setObjectName("cmdCancel");
-    cancel->setAutoDefault(false);
+    ok = NewButton(parent, "cmdOK", "&OK", true);
+    cancel = NewButton(parent, "cmdCancel", "&Cancel");
 }
 
 QHBoxLayout* ButtonRow(QPushButton* ok, QPushButton* cancel) {

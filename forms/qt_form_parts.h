@@ -28,6 +28,10 @@ QListWidget* NewCheckList(QWidget* parent);
 // Appends a row with a check box set to `checked`.
 QListWidgetItem* AddCheckRow(QListWidget* list, const std::string& text, bool checked);
 
+// A push button named `name`; the default one answers Enter, the others
+// only their own click or key.
+QPushButton* NewButton(QWidget* parent, const char* name, const QString& caption,
+                       bool isDefault = false);
 // "cmdOK" (the default button, Enter) and "cmdCancel".
 void NewOkCancel(QWidget* parent, QPushButton*& ok, QPushButton*& cancel);
 // OK and Cancel side by side at the right.

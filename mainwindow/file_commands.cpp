@@ -3,6 +3,7 @@
 #include "base/paths.h"
 #include "base/staged_file.h"
 #include "base/text.h"
+#include "startup/game_profiles.h"
 
 namespace vantrel {
 
@@ -38,10 +39,16 @@ void FileCommands::New() {
         p_.defs.ParentAIs = oldParents;
         return;
     }
-    p_.defs.Changed = false; // a new AI has nothing to save yet
-    saved_.clear();          // nor a file of its own
+    p_.defs.Changed = false;   // a new AI has nothing to save yet
+    SetCurrentFile("", false); // nor a file of its own
     window_.ReselectCurrentSide();
     window_.StartFreshHistory();
+}
+
+void FileCommands::SetCurrentFile(const std::string& path, bool writable) {
+    current_ = path;
+    currentWritable_ = writable;
+    window_.FileStateChanged();
 }
 
 void FileCommands::UseRememberedFolder() {
@@ -83,7 +90,7 @@ void FileCommands::OpenOrMerge(bool merge) {
     // Opening replaces the profile being edited; merging keeps it.
     if (!merge && !SavePrompt()) return;
     UseRememberedFolder();
-    FileDialogResult chosen = p_.dialogs.Open("Open", OpenFilter, initialFolder_);
+    FileDialogResult chosen = p_.dialogs.Open(merge ? "Merge" : "Open", OpenFilter, initialFolder_);
     // The dialog's last folder is remembered even when it was cancelled.
     if (!chosen.folder.empty()) remembered_ = chosen.folder;
     if (!chosen.accepted) return;
@@ -110,13 +117,14 @@ void FileCommands::ReadChosen(const std::string& path, bool tessaly, bool merge,
     p_.defs.Changed = merge;
 
     if (!merge) {
-        // Install copies this file from now on; a profile that is no file of
-        // our own format (one inside the game, a Tessaly file) is saved first.
-        saved_ = !tessaly && IsRegularFile(path) ? path : std::string();
+        // Save writes this file back from now on, unless it is no file of our
+        // own format (one inside the game, a Tessaly file): that is saved as.
+        SetCurrentFile(path, !tessaly && IsRegularFile(path));
         window_.StartFreshHistory();
         window_.ReselectCurrentSide();
         window_.SetInUse(true);
         if (rememberFolder) RememberFolderOf(path);
+        window_.ShowStatus("Opened " + path);
         return;
     }
     p_.defs.DialogOK = false;
@@ -124,28 +132,50 @@ void FileCommands::ReadChosen(const std::string& path, bool tessaly, bool merge,
     window_.ReselectCurrentSide(); // whatever the dialog's answer
     window_.SetInUse(true);
     if (rememberFolder) RememberFolderOf(path);
-    if (p_.defs.DialogOK) p_.messages.Inform("Merge complete", "Merge", MsgIcon::Information);
+    window_.FileStateChanged();
+    if (p_.defs.DialogOK) {
+        window_.ShowStatus("Merged " + path);
+        p_.messages.Inform("Merge complete", "Merge", MsgIcon::Information);
+    }
 }
 
 bool FileCommands::Save() {
-    UseRememberedFolder();
-    FileDialogResult chosen =
-        p_.dialogs.Save("Save", SaveFilter, initialFolder_, ProposedFileName(p_.fields.AIName()));
-    if (!chosen.accepted) return false;
+    return CanSaveQuietly() ? WriteTo(current_) : SaveAs();
+}
 
+bool FileCommands::SaveAs() {
+    UseRememberedFolder();
+    std::string folder = initialFolder_;
+    std::string proposed = ProposedFileName(p_.fields.AIName());
+    if (CanSaveQuietly()) {
+        folder = FolderPart(current_);
+        proposed = DisplayFileName(current_);
+    } else if (!current_.empty()) {
+        // A profile from the game or a Tessaly file: its name, as one of ours.
+        std::string name = DisplayFileName(current_);
+        const std::size_t dot = name.rfind('.');
+        proposed = ProposedFileName(dot == std::string::npos ? name : name.substr(0, dot));
+    }
+    FileDialogResult chosen = p_.dialogs.Save("Save As", SaveFilter, folder, proposed);
+    if (!chosen.accepted) return false;
+    return WriteTo(chosen.path);
+}
+
+bool FileCommands::WriteTo(const std::string& path) {
     bool written =
-        RunWithProgress("Save", [&](ProfileContext& ctx) { p_.profiles.Save(ctx, chosen.path); });
+        RunWithProgress("Save", [&](ProfileContext& ctx) { p_.profiles.Save(ctx, path); });
     if (!written) return false;
-    saved_ = chosen.path;
     window_.ValuesSaved();
     window_.SetInUse(true);
-    RememberFolderOf(chosen.path);
+    RememberFolderOf(path);
     p_.defs.Changed = false;
+    SetCurrentFile(path, true);
+    window_.ShowStatus(SavedStatus(p_.defs, path));
     return true;
 }
 
-void FileCommands::External() {
-    const std::string path = p_.defs.AppDir + ExternalFileName;
+void FileCommands::External(const std::string& folder) {
+    const std::string path = WithTrailingSep(folder) + ExternalFileName;
     bool written =
         RunWithProgress("Vantrel", [&](ProfileContext& ctx) { p_.profiles.Save(ctx, path); });
     window_.SetInUse(true);
@@ -182,6 +212,20 @@ std::string ProposedFileName(const std::string& aiName) {
         EqualsNoCase(std::string_view(aiName).substr(aiName.size() - ext.size()), ext))
         return aiName;
     return aiName + ext;
+}
+
+std::string DisplayFileName(const std::string& path) {
+    std::string name = path;
+    if (auto inArchive = SplitArchivePath(path)) name = inArchive->inner;
+    return StripPath(name);
+}
+
+std::string SavedStatus(const Definitions& defs, const std::string& path) {
+    int excluded = 0;
+    for (int i = 1; i <= defs.Units.UBound(); ++i)
+        if (!defs.Units[i].Include) ++excluded;
+    return "Saved " + path + " (" + std::to_string(defs.Units.UBound()) + " units, " +
+           std::to_string(excluded) + " excluded)";
 }
 
 bool LooksLikeAIProfile(std::string_view text) {

@@ -16,7 +16,7 @@
 namespace vantrel {
 
 inline constexpr const char* OpenFilter = "AI Text File|*.txt|Tessaly 1.x|*.tsy";
-inline constexpr const char* SaveFilter = "AI Text Files|*.txt";
+inline constexpr const char* SaveFilter = "AI Text File|*.txt";
 inline constexpr const char* ExternalFileName = "AI.txt";
 // The extension Save gives a name typed without one.
 inline constexpr const char* ProfileExtension = ".txt";
@@ -73,6 +73,10 @@ class MainWindowHooks {
     // New and Open start a fresh edit history; a Save marks the values as saved.
     virtual void StartFreshHistory() {}
     virtual void ValuesSaved() {}
+    // The current file or the unsaved-changes state may have changed (title).
+    virtual void FileStateChanged() {}
+    // A line for the status bar confirming what a command did.
+    virtual void ShowStatus(const std::string&) {}
 };
 
 struct FileCommandPorts {
@@ -102,14 +106,23 @@ class FileCommands {
     void New();
     void Open() { OpenOrMerge(false); }
     void Merge() { OpenOrMerge(true); }
+    // Writes the current file without a dialog; with no current file, or one
+    // Save cannot write back (inside an archive, a Tessaly file), it is Save As.
     // true when the profile was written; it then counts as saved.
     bool Save();
-    void External();
+    // Asks for the file, proposing the current file's name, else the AI's name.
+    bool SaveAs();
+    // Writes AI.txt (and its build-set file) into `folder` and opens it with
+    // the desktop's viewer. The folder is the program's own scratch folder.
+    void External(const std::string& folder);
     // Opens a profile the game has (a loose file or "ARCHIVE#inner") as Open
     // does once its dialog is done; LastDir stays as it was.
     void OpenGameProfile(const std::string& path);
-    // The file the last successful Save wrote ("" before the first).
-    const std::string& SavedPath() const { return saved_; }
+    // The file last opened or saved ("" after New and at start); it may name
+    // a profile inside an archive ("ARCHIVE#inner").
+    const std::string& CurrentFile() const { return current_; }
+    // true when Save writes the current file without asking.
+    bool CanSaveQuietly() const { return !current_.empty() && currentWritable_; }
     bool HasUnsavedChanges() const { return p_.defs.Changed; }
 
     const std::string& RememberedFolder() const { return remembered_; }
@@ -131,13 +144,17 @@ class FileCommands {
     // Runs the reader or writer with the window out of use and frmLoad shown.
     // A ProfileError is shown (title `title`); returns false then.
     template <class Work> bool RunWithProgress(const std::string& title, Work work);
+    // Writes the profile to `path`, which becomes the current file.
+    bool WriteTo(const std::string& path);
+    void SetCurrentFile(const std::string& path, bool writable);
     ProfileContext Context();
 
     FileCommandPorts p_;
     MainWindowHooks& window_;
     std::string remembered_;
     std::string initialFolder_;
-    std::string saved_;
+    std::string current_;
+    bool currentWritable_ = false;
 };
 
 // ---------------------------------------------------------------------------
@@ -153,6 +170,11 @@ bool IsStandardSide(const std::string& currentSide);
 std::string FolderPart(const std::string& path);
 // A file name is offered with the profile extension ("Rusher" -> "Rusher.txt").
 std::string ProposedFileName(const std::string& aiName);
+// The bare file name of a path, also of one inside an archive
+// ("/g/TOTALA1.HPI#ai/DEFAULT.TXT" -> "DEFAULT.TXT").
+std::string DisplayFileName(const std::string& path);
+// What a save confirms: "Saved PATH (425 units, 3 excluded)".
+std::string SavedStatus(const Definitions& defs, const std::string& path);
 // A profile has a header ("Name:" or "Auth:") or at least one WEIGHT or LIMIT
 // entry (any letter case, own or Tessaly form). Anything else (a program, a
 // picture) is asked about before it is read.

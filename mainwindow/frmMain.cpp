@@ -28,6 +28,8 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
+#include <QStatusBar>
+#include <QTemporaryDir>
 #include <QVBoxLayout>
 
 namespace vantrel {
@@ -45,6 +47,14 @@ class SilentMessages : public Messages {
 // The caption a control-array item stands for ('&' kept as typed).
 QString ItemCaption(const QAction* action) {
     return action->data().toString();
+}
+
+// The platform's keys for a standard command; `fallback` where the platform
+// has none (Save As and Quit have none under some keyboard schemes).
+void SetStandardShortcut(QAction* action, QKeySequence::StandardKey key, QKeySequence fallback) {
+    QList<QKeySequence> keys = QKeySequence::keyBindings(key);
+    if (keys.isEmpty()) keys = {fallback};
+    action->setShortcuts(keys);
 }
 } // namespace
 
@@ -79,6 +89,9 @@ frmMain::frmMain(Definitions& defs, MainWindowPorts ports, QWidget* parent)
 
     settings_ = new frmSettings(defs_, this);
     settings_->SetBannerLabel(lblAIName);
+    history_->SetFields(settings_);
+    // The title's modified mark follows every edit, undo and redo.
+    connect(&history_->Stack(), &QUndoStack::indexChanged, this, &frmMain::FileStateChanged);
 
     auto cancelled = [this] { defs_.DialogOK = false; };
     showMerge = cancelled;
@@ -91,6 +104,13 @@ frmMain::frmMain(Definitions& defs, MainWindowPorts ports, QWidget* parent)
                          *settings_, ports_.clock, ports_.dialogs, ports_.profiles},
         *this);
     BuildMenus();
+    // A label of the status bar, not a passing message: pointing at menu
+    // items clears those, and the confirmation should stay until the next one.
+    lblStatus = new QLabel(statusBar());
+    lblStatus->setObjectName("lblStatus");
+    lblStatus->setTextFormat(Qt::PlainText);
+    statusBar()->addWidget(lblStatus, 1);
+    FileStateChanged();
     resize(820, 600);
 }
 
@@ -98,6 +118,8 @@ frmMain::~frmMain() {
     // The table's open editor writes through the history as it closes, so
     // the table goes before the history does.
     delete table_;
+    // The history empties its stack as it goes; the title is gone by then.
+    disconnect(&history_->Stack(), nullptr, this, nullptr);
 }
 
 QPixmap frmMain::UnitPicture(const std::string& fileName, Messages& messages) {
@@ -160,26 +182,38 @@ void frmMain::BuildMenus() {
     mnuFile = bar->addMenu("&File");
     mnuFile->setObjectName("mnuFile");
     mnuFileNew = AddItem(mnuFile, "mnuFileNew", "&New", [this] { commands_->New(); });
+    SetStandardShortcut(mnuFileNew, QKeySequence::New, Qt::CTRL | Qt::Key_N);
     mnuFileOpen = AddItem(mnuFile, "mnuFileOpen", "&Open...", [this] { commands_->Open(); });
+    SetStandardShortcut(mnuFileOpen, QKeySequence::Open, Qt::CTRL | Qt::Key_O);
     mnuFileOpenGame = AddItem(mnuFile, "mnuFileOpenGame", "Open from &Game...",
                               [this] { mnuFileOpenGame_Click(); });
-    mnuFileSave = AddItem(mnuFile, "mnuFileSave", "&Save...", [this] { commands_->Save(); });
+    mnuFileSave = AddItem(mnuFile, "mnuFileSave", "&Save", [this] { commands_->Save(); });
+    SetStandardShortcut(mnuFileSave, QKeySequence::Save, Qt::CTRL | Qt::Key_S);
+    mnuFileSaveAs =
+        AddItem(mnuFile, "mnuFileSaveAs", "Save &As...", [this] { commands_->SaveAs(); });
+    SetStandardShortcut(mnuFileSaveAs, QKeySequence::SaveAs, Qt::CTRL | Qt::SHIFT | Qt::Key_S);
     mnuFileInstall = AddItem(mnuFile, "mnuFileInstall", "&Install into Game...",
                              [this] { mnuFileInstall_Click(); });
     mnuFileSep1 = AddSeparator(mnuFile, "mnuFileSep1");
     mnuFileMerge = AddItem(mnuFile, "mnuFileMerge", "&Merge...", [this] { commands_->Merge(); });
+    mnuFileMerge->setShortcut(Qt::CTRL | Qt::Key_M);
     mnuFileSep2 = AddSeparator(mnuFile, "mnuFileSep2");
     mnuFileExit = AddItem(mnuFile, "mnuFileExit", "&Exit", [this] { mnuFileExit_Click(); });
+    SetStandardShortcut(mnuFileExit, QKeySequence::Quit, Qt::CTRL | Qt::Key_Q);
 
     mnuEdit = bar->addMenu("&Edit");
     mnuEdit->setObjectName("mnuEdit");
     mnuEditUndo = history_->Stack().createUndoAction(this, "&Undo");
     mnuEditUndo->setObjectName("mnuEditUndo");
-    mnuEditUndo->setShortcut(QKeySequence::Undo);
+    SetStandardShortcut(mnuEditUndo, QKeySequence::Undo, Qt::CTRL | Qt::Key_Z);
     mnuEditRedo = history_->Stack().createRedoAction(this, "&Redo");
     mnuEditRedo->setObjectName("mnuEditRedo");
-    mnuEditRedo->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z),
-                               QKeySequence(Qt::CTRL | Qt::Key_Y)});
+    // Both usual keys, whatever the platform's scheme names first.
+    QList<QKeySequence> redo = QKeySequence::keyBindings(QKeySequence::Redo);
+    for (QKeySequence key :
+         {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)})
+        if (!redo.contains(key)) redo << key;
+    mnuEditRedo->setShortcuts(redo);
     mnuEdit->addAction(mnuEditUndo);
     mnuEdit->addAction(mnuEditRedo);
 
@@ -193,7 +227,7 @@ void frmMain::BuildMenus() {
     mnuViewSettings =
         AddItem(mnuView, "mnuViewSettings", "&Settings...", [this] { mnuViewSettings_Click(); });
     mnuViewExternal =
-        AddItem(mnuView, "mnuViewExternal", "&External...", [this] { commands_->External(); });
+        AddItem(mnuView, "mnuViewExternal", "&External...", [this] { mnuViewExternal_Click(); });
     mnuViewRandomize =
         AddItem(mnuView, "mnuViewRandomize", "&Randomize...", [this] { mnuViewRandomize_Click(); });
     mnuViewCheck =
@@ -340,8 +374,15 @@ void frmMain::SetInUse(bool inUse) {
 bool frmMain::ShowSettings(bool forNewAI) {
     if (forNewAI) settings_->Tag = "New";
     settings_->setResult(QDialog::Rejected);
-    runModal(*settings_);
-    return settings_->result() == QDialog::Accepted;
+    auto run = [this] {
+        runModal(*settings_);
+        return settings_->result() == QDialog::Accepted;
+    };
+    // A new AI starts a fresh history; a renamed one is a step of it.
+    if (forNewAI) return run();
+    bool accepted = false;
+    Recorded("Settings", [&] { return accepted = run(); });
+    return accepted;
 }
 
 void frmMain::ShowMerge() {
@@ -353,7 +394,8 @@ void frmMain::ShowMerge() {
 
 template <class Command> void frmMain::Recorded(const std::string& name, Command command) {
     const std::vector<UnitValues> before = SnapshotValues(defs_);
-    if (command()) history_->Record(name, ChangesSince(defs_, before));
+    const HeaderTexts header = history_->Header();
+    if (command()) history_->Record(name, ChangesSince(defs_, before), header);
 }
 
 void frmMain::StartFreshHistory() {
@@ -362,6 +404,22 @@ void frmMain::StartFreshHistory() {
 
 void frmMain::ValuesSaved() {
     history_->MarkSaved();
+}
+
+void frmMain::FileStateChanged() {
+    const std::string& file = commands_ ? commands_->CurrentFile() : std::string();
+    setWindowTitle(file.empty() ? QString("Vantrel[*]")
+                                : QtPath(DisplayFileName(file)) + "[*] - Vantrel");
+    setWindowModified(defs_.Changed);
+}
+
+void frmMain::ShowStatus(const std::string& text) {
+    FileStateChanged();
+    lblStatus->setText(QtPath(text));
+}
+
+QString frmMain::ExternalFolder() const {
+    return externalDir_ ? externalDir_->path() : QString();
 }
 
 void frmMain::mnuFileExit_Click() {
@@ -376,7 +434,20 @@ void frmMain::mnuFileOpenGame_Click() {
 }
 
 void frmMain::mnuFileInstall_Click() {
-    InstallIntoGame(*commands_, ports_.messages, defs_.GameDir);
+    if (auto installed = InstallIntoGame(*commands_, ports_.messages, defs_.GameDir))
+        ShowStatus("Installed into " + *installed);
+}
+
+void frmMain::mnuViewExternal_Click() {
+    if (!externalDir_) externalDir_ = std::make_unique<QTemporaryDir>();
+    if (!externalDir_->isValid()) {
+        ports_.messages.Inform("Vantrel could not make a temporary folder for the profile: " +
+                                   StdText(externalDir_->errorString()),
+                               "External", MsgIcon::Exclamation);
+        externalDir_.reset();
+        return;
+    }
+    commands_->External(StdPath(externalDir_->path()));
 }
 
 void frmMain::mnuViewCheck_Click() {

@@ -17,6 +17,7 @@ class QAction;
 class QDialog;
 class QLabel;
 class QMenu;
+class QTemporaryDir;
 
 namespace vantrel {
 
@@ -67,6 +68,7 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     void mnuSideOptionA_Click(int index);
     void mnuSideOption_Click(int index);
     void mnuFileExit_Click();
+    void mnuViewExternal_Click();
     void mnuFileOpenGame_Click();
     void mnuFileInstall_Click();
     void mnuViewCheck_Click();
@@ -80,12 +82,14 @@ class frmMain : public QMainWindow, public MainWindowHooks {
 
     QWidget* picBorder = nullptr;
     QLabel* lblAIName = nullptr;
-    UnitBoard* board = nullptr; // holds picScreen and Vscroll1
+    QLabel* lblStatus = nullptr; // in the status bar: what the last file command did
+    UnitBoard* board = nullptr;  // holds picScreen and Vscroll1
 
     QMenu* mnuFile = nullptr;
     QAction* mnuFileNew = nullptr;
     QAction* mnuFileOpen = nullptr;
     QAction* mnuFileSave = nullptr;
+    QAction* mnuFileSaveAs = nullptr;
     QAction* mnuFileSep1 = nullptr;
     QAction* mnuFileMerge = nullptr;
     QAction* mnuFileSep2 = nullptr;
@@ -120,6 +124,12 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     void ShowMerge() override;
     void StartFreshHistory() override;
     void ValuesSaved() override;
+    void FileStateChanged() override;
+    void ShowStatus(const std::string& text) override;
+
+    // The private folder of this run that View, External writes into (created
+    // at its first use, removed with the window); "" before that.
+    QString ExternalFolder() const;
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -154,6 +164,7 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     EditHistory* history_ = nullptr;
     frmTable* table_ = nullptr;
     std::unique_ptr<FileCommands> commands_;
+    std::unique_ptr<QTemporaryDir> externalDir_;
 };
 
 } // namespace vantrel

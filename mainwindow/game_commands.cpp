@@ -19,33 +19,35 @@ void GameProfileIO::ReadTessaly(ProfileContext& ctx, const std::string& path, bo
         ProfileIO::ReadTessaly(ctx, path, merge);
 }
 
-void InstallIntoGame(FileCommands& files, Messages& messages, const std::string& gameDir) {
+std::optional<std::string> InstallIntoGame(FileCommands& files, Messages& messages,
+                                           const std::string& gameDir) {
     const char* title = "Install";
     if (!IsDirectory(gameDir)) {
         messages.Inform("The game's folder was not found, so there is nowhere to install to.",
                         title, MsgIcon::Exclamation);
-        return;
+        return std::nullopt;
     }
-    if (files.SavedPath().empty() || files.HasUnsavedChanges()) {
+    if (!files.CanSaveQuietly()) {
         MsgAnswer save =
             messages.Show("The profile must be saved before it can be installed. Save it now?",
                           title, MsgButtons::YesNo, MsgIcon::Question);
-        if (save != MsgAnswer::Yes || !files.Save()) return;
+        if (save != MsgAnswer::Yes || !files.SaveAs()) return std::nullopt;
+    } else if (files.HasUnsavedChanges() && !files.Save()) {
+        return std::nullopt;
     }
-    const std::string& saved = files.SavedPath();
+    const std::string& saved = files.CurrentFile();
     InstallPlan plan = PlanInstall(saved, gameDir);
     if (plan.replaces &&
         messages.Show("'" + plan.destination + "' already exists. Replace it?", title,
                       MsgButtons::YesNo, MsgIcon::Question) != MsgAnswer::Yes)
-        return;
+        return std::nullopt;
     try {
         InstallProfile(saved, plan);
     } catch (const ProfileError& e) {
         messages.Inform(e.what(), title, MsgIcon::Exclamation);
-        return;
+        return std::nullopt;
     }
-    messages.Inform("Installed '" + saved + "' as '" + plan.destination + "'.", title,
-                    MsgIcon::Information);
+    return plan.destination;
 }
 
 } // namespace vantrel

@@ -4,6 +4,7 @@
 
 #include "mainwindow/file_commands.h"
 
+#include <optional>
 #include <string>
 
 namespace vantrel {
@@ -16,10 +17,12 @@ class GameProfileIO : public ProfileIO {
     void ReadTessaly(ProfileContext& ctx, const std::string& path, bool merge) override;
 };
 
-// File, Install into Game...: copies the profile as last saved into the
-// game's "ai" folder. A profile not saved yet, or with unsaved changes, is saved
-// first (after asking);
-// an existing file of the same name is replaced only after asking.
-void InstallIntoGame(FileCommands& files, Messages& messages, const std::string& gameDir);
+// File, Install into Game...: copies the current file into the game's "ai"
+// folder under its own name. Unsaved changes are saved to the current file
+// first; a profile with no file of its own is saved as, after asking. An
+// existing file of the same name is replaced only after asking. Returns the
+// installed file, nothing when the command stopped (any message was shown).
+std::optional<std::string> InstallIntoGame(FileCommands& files, Messages& messages,
+                                           const std::string& gameDir);
 
 } // namespace vantrel

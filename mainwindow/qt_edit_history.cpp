@@ -8,12 +8,16 @@
 
 namespace vantrel {
 
-// One step: the old and new values of the units it touched.
+// One step: the old and new values of the units it touched, and of the
+// header when it changed.
 class ValuesCommand : public QUndoCommand {
   public:
-    ValuesCommand(EditHistory& history, const std::string& name, UnitChanges changes)
+    ValuesCommand(EditHistory& history, const std::string& name, UnitChanges changes,
+                  HeaderTexts headerBefore = {}, HeaderTexts headerAfter = {})
         : QUndoCommand(QtText(name).replace('&', "&&")), // shown in menus as typed
-          history_(history), changes_(std::move(changes)) {
+          history_(history), changes_(std::move(changes)), headerBefore_(std::move(headerBefore)),
+          headerAfter_(std::move(headerAfter)) {
+        if (changes_.empty()) return;
         auto [low, high] = std::minmax_element(
             changes_.begin(), changes_.end(),
             [](const UnitChange& a, const UnitChange& b) { return a.Unit < b.Unit; });
@@ -25,11 +29,14 @@ class ValuesCommand : public QUndoCommand {
 
   private:
     void Apply(bool undo) {
+        if (headerBefore_ != headerAfter_) history_.SetHeader(undo ? headerBefore_ : headerAfter_);
+        if (changes_.empty()) return;
         ApplyChanges(history_.defs_, changes_, undo);
         emit history_.valuesChanged(first_, last_);
     }
     EditHistory& history_;
     UnitChanges changes_;
+    HeaderTexts headerBefore_, headerAfter_;
     int first_ = 0;
     int last_ = 0;
 };
@@ -44,6 +51,28 @@ void EditHistory::Record(const std::string& name, UnitChanges changes) {
     if (!AnyDifference(changes)) return;
     // The first redo writes the values the units already have.
     stack_.push(new ValuesCommand(*this, name, std::move(changes)));
+}
+
+HeaderTexts EditHistory::Header() const {
+    if (!fields_) return {"", "", "", defs_.ParentAIs};
+    return {fields_->AIName(), fields_->Author(), fields_->Banner(), defs_.ParentAIs};
+}
+
+void EditHistory::SetHeader(const HeaderTexts& header) {
+    defs_.ParentAIs = header.ParentAIs;
+    if (!fields_) return;
+    fields_->SetAIName(header.Name);
+    fields_->SetAuthor(header.Author);
+    fields_->SetBanner(header.Banner);
+}
+
+void EditHistory::Record(const std::string& name, UnitChanges changes,
+                         const HeaderTexts& headerBefore) {
+    HeaderTexts headerAfter = Header();
+    if (headerAfter == headerBefore) return Record(name, std::move(changes));
+    if (!AnyDifference(changes)) changes.clear();
+    stack_.push(
+        new ValuesCommand(*this, name, std::move(changes), headerBefore, std::move(headerAfter)));
 }
 
 void EditHistory::RecordEdit(int unit, UnitField field, double before) {

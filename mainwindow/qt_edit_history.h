@@ -1,6 +1,8 @@
 // The history of value edits: every change of a unit's weight, limit or
 // build-set flag, wherever it is made (a card, the unit table, a bulk set,
-// Randomize, Merge, the Build Set dialog), is one step of a QUndoStack.
+// Randomize, Merge, the Build Set dialog), is one step of a QUndoStack. So is
+// a change of the profile's header: the AI's name and author (Settings) and
+// the parent list (Merge).
 //
 // The unsaved-changes flag follows the stack: after every push, undo and redo
 // it is set unless the stack is back at its clean index (the values of the
@@ -8,6 +10,7 @@
 // the file commands' own rules for it still hold.
 #pragma once
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
 #include "forms/unit_edits.h"
 
@@ -19,6 +22,12 @@
 
 namespace vantrel {
 
+// The texts of the profile's header that a step may change.
+struct HeaderTexts {
+    std::string Name, Author, Banner, ParentAIs;
+    bool operator==(const HeaderTexts&) const = default;
+};
+
 class EditHistory : public QObject {
     Q_OBJECT
   public:
@@ -29,6 +38,13 @@ class EditHistory : public QObject {
     explicit EditHistory(Definitions& defs, QObject* parent = nullptr);
 
     QUndoStack& Stack() { return stack_; }
+
+    // Where the AI's name, author and banner live (the Settings dialog).
+    void SetFields(SettingsFields* fields) { fields_ = fields; }
+    HeaderTexts Header() const;
+    // Records what a command changed in the units and in the header (from
+    // `headerBefore` to now) as one step; nothing when nothing differs.
+    void Record(const std::string& name, UnitChanges changes, const HeaderTexts& headerBefore);
 
     // Records changes already made in the units as one step named `name`
     // ("Randomize", "Merge"). Nothing is recorded when no value differs.
@@ -48,7 +64,9 @@ class EditHistory : public QObject {
 
   private:
     friend class ValuesCommand;
+    void SetHeader(const HeaderTexts& header);
     Definitions& defs_;
+    SettingsFields* fields_ = nullptr;
     QUndoStack stack_;
 };
 

@@ -35,6 +35,15 @@ std::string ExtractionFailureMessage(const Definitions& defs, const ExtractionFa
            "'. The unit list may be incomplete or out of date.";
 }
 
+namespace {
+void ExtractAndReport(Definitions& defs, StartupPorts& ports) {
+    const ExtractionFailures failures = RunExtraction(defs, ports);
+    if (failures.Any())
+        ports.messages.Inform(ExtractionFailureMessage(defs, failures), "Vantrel",
+                              MsgIcon::Exclamation);
+}
+} // namespace
+
 LoadOutcome Main(Definitions& defs, StartupPorts& ports, const std::string& programFolder) {
     defs.AppDir = WithTrailingSep(programFolder);
 
@@ -48,15 +57,25 @@ LoadOutcome Main(Definitions& defs, StartupPorts& ports, const std::string& prog
     const std::string units = UnitsDir(defs.AppDir);
     if (ListFiles(units, "*").empty()) MakeDirectory(units);
 
-    if (defs.OptionOn(optExtract)) {
-        const ExtractionFailures failures = RunExtraction(defs, ports);
-        if (failures.Any())
-            ports.messages.Inform(ExtractionFailureMessage(defs, failures), "Vantrel",
-                                  MsgIcon::Exclamation);
-    }
+    if (defs.OptionOn(optExtract)) ExtractAndReport(defs, ports);
 
     LoadContext ctx{ports.progress, ports.messages, ports.settings, ports.shell, ports.random};
-    return LoadUnits(defs, ctx);
+    if (!ports.noUnits) return LoadUnits(defs, ctx);
+    for (bool afterExtract = defs.OptionOn(optExtract);; afterExtract = true) {
+        LoadUnitsFromFolder(defs, units, &ports.random, &ports.progress);
+        ports.progress.Close();
+        if (defs.Races.UBound() >= 1) return LoadOutcome::Loaded;
+        switch (ports.noUnits->Ask(defs, units, afterExtract)) {
+        case NoUnitsChoice::Quit:
+            return LoadOutcome::Abort;
+        case NoUnitsChoice::Continue:
+            return LoadOutcome::Loaded;
+        case NoUnitsChoice::Extract:
+            ports.settings.Set("GameDir", defs.GameDir);
+            ExtractAndReport(defs, ports);
+            break;
+        }
+    }
 }
 
 } // namespace vantrel

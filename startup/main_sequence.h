@@ -24,6 +24,19 @@ class ZipSteps {
     virtual ExtractionFailures Failures() const { return {}; }
 };
 
+// What the player chose when the Units folder holds no unit.
+enum class NoUnitsChoice { Extract, Continue, Quit };
+
+// The window start-up shows when the Units folder holds no unit. It shows
+// where it looked and defs.GameDir, and may change defs.GameDir before it
+// answers Extract. `afterExtract`: an extraction has just found nothing.
+class NoUnitsWindow {
+  public:
+    virtual ~NoUnitsWindow() = default;
+    virtual NoUnitsChoice Ask(Definitions& defs, const std::string& unitsFolder,
+                              bool afterExtract) = 0;
+};
+
 struct StartupPorts {
     Progress& progress;
     Messages& messages;
@@ -32,12 +45,17 @@ struct StartupPorts {
     RandomSource& random;
     ArchiveLibrary& archives;
     ZipSteps& zips;
+    // Without one, no units end start-up with a message (the command line).
+    NoUnitsWindow* noUnits = nullptr;
 };
 
 inline constexpr const char* ArchiveStatusText = "Reading Total Annihilation Directory...";
 
 // Runs the start-up sequence for the program folder `programFolder`. Returns
-// Loaded when the main window should be shown.
+// Loaded when the main window should be shown. With no unit in the Units
+// folder, ports.noUnits is asked: Extract stores the game folder (GameDir),
+// extracts and loads again; Continue goes on with an empty catalogue
+// (Loaded); Quit ends start-up (Abort).
 LoadOutcome Main(Definitions& defs, StartupPorts& ports, const std::string& programFolder);
 
 // The extraction part alone (counting passes, zip count, extraction passes,

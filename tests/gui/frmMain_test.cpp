@@ -5,6 +5,7 @@
 #include "forms/frmHelp.h"
 #include "forms/frmSettings.h"
 #include "forms/frmUnit.h"
+#include "forms/qt_text.h"
 #include "gui/gui_app.h"
 #include "mainwindow/frmMain.h"
 #include "mainwindow/frmTable.h"
@@ -204,7 +205,7 @@ TEST_F(MainWindowTest, OpenFromGameReadsTheChosenProfileAndCheckListsFindings) {
     EXPECT_EQ(findings, QStringList({"unknown U9", "not-a-number line 2"}));
 }
 
-TEST_F(MainWindowTest, NewResetsUnitsOnOkOnlyAndSettingsOnlyRenames) {
+TEST_F(MainWindowTest, NewResetsUnitsOnOkOnly) {
     Load();
     frmSettings& s = window->Settings();
     s.txtAIname->setText("   ");
@@ -227,16 +228,103 @@ TEST_F(MainWindowTest, NewResetsUnitsOnOkOnlyAndSettingsOnlyRenames) {
     script = [](QDialog& d) { static_cast<frmSettings&>(d).cmdOK->click(); };
     window->mnuFileNew->trigger();
     EXPECT_EQ(defs.Units[2].Weight, 0.0f);
+}
 
-    defs.Units[2].Weight = 1.5f;
+// After an Open, Ctrl+S writes that file without a dialog; the title names
+// it and carries the modified mark; the status bar confirms each step.
+TEST_F(MainWindowTest, CurrentFileTitleStatusAndShortcuts) {
+    Load();
+    ASSERT_TRUE(ShowActive(*window));
+    EXPECT_EQ(window->windowTitle(), "Vantrel[*]");
+    const std::string merged = appDir + "Merged.txt";
+    test::WriteText(merged, "Name: Merged\r\n");
+    dialogs.opens = {FileDialogResult{true, merged, 1, appDir}};
+    QTest::keyClick(window.get(), Qt::Key_O, Qt::ControlModifier);
+    EXPECT_EQ(window->windowTitle(), "Merged.txt[*] - Vantrel");
+    EXPECT_FALSE(window->isWindowModified());
+    EXPECT_EQ(window->lblStatus->text(), QString::fromStdString("Opened " + merged));
+
+    window->History().Set({1}, UnitField::Weight, 7);
+    EXPECT_TRUE(window->isWindowModified());
+    ASSERT_TRUE(ShowActive(*window)); // the progress form may have taken the activation
+    QTest::keyClick(window.get(), Qt::Key_S, Qt::ControlModifier);
+    EXPECT_TRUE(dialogs.saveCalls.empty());
+    ASSERT_EQ(profiles.calls.back().op, "save");
+    EXPECT_EQ(profiles.calls.back().path, merged);
+    EXPECT_FALSE(window->isWindowModified());
+    EXPECT_EQ(window->lblStatus->text(),
+              QString::fromStdString("Saved " + merged + " (3 units, 3 excluded)"));
+    window->mnuEditUndo->trigger();
+    EXPECT_TRUE(window->isWindowModified());
+
+    ASSERT_TRUE(ShowActive(*window));
+    QTest::keyClick(window.get(), Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
+    ASSERT_EQ(dialogs.saveCalls.size(), 1u);
+    EXPECT_EQ(dialogs.saveCalls[0].proposedName, "Merged.txt");
+    QTest::keyClick(window.get(), Qt::Key_M, Qt::ControlModifier);
+    EXPECT_EQ(dialogs.openCalls.back().title, "Merge");
+    for (QAction* item : {window->mnuFileNew, window->mnuFileExit, window->mnuEditRedo})
+        EXPECT_FALSE(item->shortcut().isEmpty()) << item->objectName().toStdString();
+
+    // New has no file: the title goes back to the program's name.
+    messages.answers = {MsgAnswer::No};
+    script = [](QDialog& d) { static_cast<frmSettings&>(d).cmdOK->click(); };
+    window->mnuFileNew->trigger();
+    EXPECT_EQ(window->windowTitle(), "Vantrel[*]");
+    EXPECT_FALSE(window->isWindowModified());
+}
+
+// A rename in Settings and the parent list a Merge adds are steps of the
+// edit history: each marks a change and each undoes.
+TEST_F(MainWindowTest, SettingsAndMergeChangeTheHeaderAsUndoableSteps) {
+    Load();
     script = [](QDialog& d) {
         auto& settings = static_cast<frmSettings&>(d);
         settings.txtAIname->setText("Flash");
         settings.cmdOK->click();
     };
+    defs.Units[2].Weight = 1.5f;
     window->mnuViewSettings->trigger();
+    window->mnuViewSettings->trigger(); // the same name again: no step
+    EXPECT_TRUE(defs.Changed);
+    EXPECT_EQ(window->History().Stack().count(), 1);
+    EXPECT_EQ(defs.Units[2].Weight, 1.5f); // Settings only renames
+
+    defs.ParentAIs = "Old AI, ";
+    window->showMerge = [&] {
+        defs.ParentAIs += "Friend AI, ";
+        defs.DialogOK = true;
+    };
+    dialogs.opens = {FileDialogResult{true, "/x/Friend.txt", 1, "/x/"}};
+    window->mnuFileMerge->trigger();
+    EXPECT_EQ(window->History().Stack().count(), 2);
+    EXPECT_EQ(window->lblStatus->text(), "Merged /x/Friend.txt");
+    window->mnuEditUndo->trigger();
+    EXPECT_EQ(defs.ParentAIs, "Old AI, ");
+    window->mnuEditUndo->trigger();
+    EXPECT_EQ(window->Settings().AIName(), "New");
+    EXPECT_EQ(window->lblAIName->text(), "New AI");
+    EXPECT_FALSE(defs.Changed);
+    window->mnuEditRedo->trigger();
+    window->mnuEditRedo->trigger();
     EXPECT_EQ(window->lblAIName->text(), "Flash AI");
-    EXPECT_EQ(defs.Units[2].Weight, 1.5f);
+    EXPECT_EQ(defs.ParentAIs, "Old AI, Friend AI, ");
+}
+
+// View, External writes into a folder of this run, never the program folder,
+// and that folder goes when the program does.
+TEST_F(MainWindowTest, ExternalWritesIntoAPrivateFolderRemovedAtExit) {
+    Load();
+    window->mnuViewExternal->trigger();
+    const QString folder = window->ExternalFolder();
+    ASSERT_FALSE(folder.isEmpty());
+    EXPECT_FALSE(folder.startsWith(QString::fromStdString(appDir)));
+    EXPECT_EQ(shell.opened, std::vector<std::string>{StdPath(folder) + "/AI.txt"});
+    EXPECT_TRUE(QFile::exists(folder + "/AI.set"));
+    EXPECT_FALSE(QFile::exists(QString::fromStdString(appDir + "AI.txt")));
+    EXPECT_EQ(window->windowTitle(), "Vantrel[*]"); // the copy is not the current file
+    window.reset();
+    EXPECT_FALSE(QFile::exists(folder));
 }
 
 // The About box links only to what exists: the program folder.

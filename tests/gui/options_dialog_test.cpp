@@ -1,6 +1,7 @@
 #include "forms/frmOptions.h"
 
 #include "gui/gui_app.h"
+#include "support/command_fakes.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
@@ -12,16 +13,6 @@ using namespace vantrel;
 using namespace vantrel::testing;
 
 namespace {
-
-class ScriptedPicker : public FolderPicker {
-  public:
-    std::optional<std::string> PickFolder(const std::string&, const std::string& start) override {
-        offered = start;
-        return answer;
-    }
-    std::optional<std::string> answer;
-    std::string offered;
-};
 
 class OptionsDialogTest : public GuiTest {
   protected:

@@ -211,22 +211,24 @@ TEST_F(FileCommandsTest, MergeThenCancelRebuildsStoresLastDirWithoutMergeComplet
     dialogs.opens = {Chosen("/m/Other.tsy", 2)};
     window.mergeAnswersOK = true;
     commands.Merge();
+    EXPECT_EQ(dialogs.openCalls[1].title, "Merge");
     EXPECT_EQ(profiles.calls[1].op, "tessaly");
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(messages.shown[0].text, "Merge complete");
 }
 
-TEST_F(FileCommandsTest, SaveProposesNameDotTxtAndMovesTheRememberedFolder) {
+TEST_F(FileCommandsTest, SaveAsProposesNameDotTxtAndMovesTheRememberedFolder) {
     fields.SetAIName("Krogoth Rush");
     defs.Changed = true;
     // A full path typed into the dialog: the folder it names counts at once.
     test::TempDir elsewhere;
     const std::string target = elsewhere.path() + "/Krogoth Rush.txt";
     dialogs.saves = {FileDialogResult{true, target, 1, "/profiles/"}};
-    EXPECT_TRUE(commands.Save());
+    EXPECT_TRUE(commands.Save()); // no current file yet: Save is Save As
     ASSERT_EQ(dialogs.saveCalls.size(), 1u);
+    EXPECT_EQ(dialogs.saveCalls[0].title, "Save As");
     EXPECT_EQ(dialogs.saveCalls[0].proposedName, "Krogoth Rush.txt");
-    EXPECT_EQ(dialogs.saveCalls[0].filter, "AI Text Files|*.txt");
+    EXPECT_EQ(dialogs.saveCalls[0].filter, "AI Text File|*.txt");
     ASSERT_EQ(profiles.calls.size(), 1u);
     EXPECT_EQ(profiles.calls[0].path, target);
     EXPECT_FALSE(defs.Changed);
@@ -239,6 +241,51 @@ TEST_F(FileCommandsTest, SaveProposesNameDotTxtAndMovesTheRememberedFolder) {
     EXPECT_EQ(dialogs.openCalls[0].initialFolder, elsewhere.path() + "/");
     EXPECT_EQ(commands.RememberedFolder(), "/typed/x/");
     EXPECT_EQ(ProposedFileName("Rush.TXT"), "Rush.TXT");
+}
+
+// Save writes the current file back only when it is a file of our own: one
+// opened or saved here. A profile inside the game, a Tessaly file or none at
+// all is saved as, under a proposed name in our format.
+TEST_F(FileCommandsTest, SaveWritesBackOnlyACurrentFileOfOurOwn) {
+    const std::string mine = app / "Merged.txt", tessaly = app / "Old.tsy";
+    std::ofstream(mine) << "Name: Merged\r\n";
+    std::ofstream(tessaly) << "[ARMCOM]\r\n";
+    fields.SetAIName("Rusher");
+    struct Case {
+        std::function<void()> open;
+        std::string quietlyTo;    // "" : the dialog asks
+        std::string proposedName; // what it proposes then
+    } cases[] = {
+        {[&] { dialogs.opens = {Chosen(mine)}, commands.Open(); }, mine, ""},
+        {[&] { dialogs.opens = {Chosen(tessaly, 2)}, commands.Open(); }, "", "Old.txt"},
+        {[&] { commands.OpenGameProfile("/g/TOTALA1.HPI#ai/DEFAULT.TXT"); }, "", "DEFAULT.txt"},
+        {[&] { commands.New(); }, "", "New.txt"},
+    };
+    for (const Case& c : cases) {
+        defs.Changed = false;
+        c.open();
+        defs.Changed = true;
+        dialogs.saveCalls.clear();
+        profiles.calls.clear();
+        const bool saved = commands.Save(); // a dialog is cancelled
+        if (!c.quietlyTo.empty()) {
+            EXPECT_TRUE(saved);
+            EXPECT_TRUE(dialogs.saveCalls.empty());
+            ASSERT_EQ(profiles.calls.size(), 1u);
+            EXPECT_EQ(profiles.calls[0].path, c.quietlyTo);
+            // Save As proposes the current file, in its folder.
+            commands.SaveAs();
+            ASSERT_EQ(dialogs.saveCalls.size(), 1u);
+            EXPECT_EQ(dialogs.saveCalls[0].proposedName, "Merged.txt");
+            EXPECT_EQ(dialogs.saveCalls[0].initialFolder, app.path() + "/");
+        } else {
+            EXPECT_FALSE(saved);
+            ASSERT_EQ(dialogs.saveCalls.size(), 1u) << c.proposedName;
+            EXPECT_EQ(dialogs.saveCalls[0].proposedName, c.proposedName);
+            EXPECT_TRUE(profiles.calls.empty());
+        }
+    }
+    EXPECT_EQ(SavedStatus(defs, "/p/A.txt"), "Saved /p/A.txt (0 units, 0 excluded)");
 }
 
 // A read-only profile or build-set file is refused, naming the file, and
@@ -329,29 +376,33 @@ TEST_F(FileCommandsTest, FailedReadOrWriteIsShownAndTheWindowIsBackInUse) {
     EXPECT_EQ(std::count(window.events.begin(), window.events.end(), "merge"), 0);
 }
 
-// Install copies the file as saved: an unsaved profile is saved first (after
-// asking), and a file of the same name in the game is replaced only after asking.
-TEST_F(FileCommandsTest, InstallIntoGameSavesFirstAndAsksBeforeReplacing) {
+// Install copies the current file under its own name: unsaved changes are
+// saved to it first, a profile with no file of its own is saved as after
+// asking, and a file of the same name in the game is replaced only after asking.
+TEST_F(FileCommandsTest, InstallIntoGameSavesTheCurrentFileAndAsksBeforeReplacing) {
     const std::string game = app / "game";
     fields.SetAIName("Rush");
     dialogs.saves = {Chosen(app / "Rush.txt")};
-    InstallIntoGame(commands, messages, game); // no game folder: nothing asked or saved
+    EXPECT_FALSE(InstallIntoGame(commands, messages, game)); // no game folder: nothing saved
     EXPECT_TRUE(dialogs.saveCalls.empty());
 
     MakeDirectory(game);
-    InstallIntoGame(commands, messages, game);
-    ASSERT_EQ(messages.shown.size(), 3u);
+    EXPECT_EQ(InstallIntoGame(commands, messages, game), game + "/ai/Rush.txt");
+    ASSERT_EQ(messages.shown.size(), 2u);
     EXPECT_EQ(messages.shown[1].buttons, MsgButtons::YesNo); // save first?
     EXPECT_EQ(ReadFile(game + "/ai/Rush.txt"), "[AI] Rush\r\n");
 
+    // Unsaved changes go to the current file without a dialog, then replace
+    // the installed copy after asking.
     fields.SetAIName("Changed");
-    std::ofstream(app / "Rush.txt", std::ios::binary) << "saved again";
+    defs.Changed = true;
     messages.answers = {MsgAnswer::No};
-    InstallIntoGame(commands, messages, game);
+    EXPECT_FALSE(InstallIntoGame(commands, messages, game));
     EXPECT_NE(messages.shown.back().text.find("already exists"), std::string::npos);
+    EXPECT_EQ(ReadFile(app / "Rush.txt"), "[AI] Changed\r\n");
     EXPECT_EQ(ReadFile(game + "/ai/Rush.txt"), "[AI] Rush\r\n");
-    InstallIntoGame(commands, messages, game);
-    EXPECT_EQ(ReadFile(game + "/ai/Rush.txt"), "saved again");
+    EXPECT_TRUE(InstallIntoGame(commands, messages, game));
+    EXPECT_EQ(ReadFile(game + "/ai/Rush.txt"), "[AI] Changed\r\n");
     EXPECT_EQ(dialogs.saveCalls.size(), 1u);
 
     // A game profile opens as Open does, but LastDir stays.
@@ -363,28 +414,30 @@ TEST_F(FileCommandsTest, InstallIntoGameSavesFirstAndAsksBeforeReplacing) {
     EXPECT_FALSE(defs.Changed);
     // Install follows the profile on screen, not the file saved before it.
     messages.answers = {MsgAnswer::No};
-    InstallIntoGame(commands, messages, game);
+    EXPECT_FALSE(InstallIntoGame(commands, messages, game));
     EXPECT_NE(messages.shown.back().text.find("must be saved"), std::string::npos);
-    EXPECT_EQ(ReadFile(game + "/ai/Rush.txt"), "saved again");
+    EXPECT_EQ(ReadFile(game + "/ai/Rush.txt"), "[AI] Changed\r\n");
 }
 
-TEST_F(FileCommandsTest, ExternalWritesAiTxtInTheProgramFolderAndOpensIt) {
+TEST_F(FileCommandsTest, ExternalWritesAiTxtInTheFolderItIsGivenAndOpensIt) {
+    test::TempDir scratch;
     fields.SetAIName("Outside");
-    commands.External();
-    const std::string path = defs.AppDir + "AI.txt";
+    commands.External(scratch.path());
+    const std::string path = scratch.path() + "/AI.txt";
     EXPECT_EQ(ReadFile(path), "[AI] Outside\r\n");
     EXPECT_EQ(shell.opened, std::vector<std::string>{path});
     EXPECT_EQ(messages.beeps, 0);
     EXPECT_FALSE(progress.visible);
+    EXPECT_TRUE(commands.CurrentFile().empty()); // the copy is not the player's file
 
     // Without a viewer the message says where the file is.
     shell.openResult = false;
-    commands.External();
+    commands.External(scratch.path());
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_NE(messages.shown[0].text.find(path), std::string::npos);
 
     profiles.failure = "read-only";
-    commands.External();
+    commands.External(scratch.path());
     EXPECT_EQ(shell.opened.size(), 2u); // nothing opened after a failed write
     ASSERT_EQ(messages.shown.size(), 2u);
     EXPECT_TRUE(window.inUse);

@@ -233,6 +233,51 @@ TEST_F(StartUp, EmptyUnitsFolderRestartsWithExtractOnThenEndsWithTheMessage) {
     EXPECT_EQ(log, (Log{"zip create", "zip count", "zip unpack"})); // only the zip steps ran
 }
 
+// The window shown over an empty Units folder decides how start-up goes on;
+// it never restarts the program and shows no message of its own.
+TEST_F(StartUp, EmptyUnitsFolderAsksTheWindowWhatToDo) {
+    // Each answer comes with the game folder the player leaves in the field.
+    struct ScriptedWindow : NoUnitsWindow {
+        std::vector<std::pair<NoUnitsChoice, std::string>> answers;
+        Log asked; // "[again ]GAMEDIR UNITS"
+        NoUnitsChoice Ask(Definitions& d, const std::string& units, bool afterExtract) override {
+            asked.push_back((afterExtract ? "again " : "") + d.GameDir + " " + units);
+            auto [choice, gameDir] = answers.at(asked.size() - 1);
+            d.GameDir = gameDir;
+            return choice;
+        }
+    };
+    lib.gameDir = ""; // none found
+    const std::string units = UnitsDir(tmp / "app/");
+    Write("TOTALA1.HPI", {{"units/ARMCOM.FBI", "UnitName=ARMCOM;Side=ARM;", hpi::Stored}});
+    struct Case {
+        std::vector<std::pair<NoUnitsChoice, std::string>> answers;
+        LoadOutcome outcome;
+        int units;
+        Log asked;
+    } cases[] = {
+        {{{NoUnitsChoice::Quit, ""}}, LoadOutcome::Abort, 0, {" " + units}},
+        {{{NoUnitsChoice::Continue, ""}}, LoadOutcome::Loaded, 0, {" " + units}},
+        // A folder without archives extracts nothing and asks again.
+        {{{NoUnitsChoice::Extract, tmp / "app"}, {NoUnitsChoice::Extract, game}},
+         LoadOutcome::Loaded,
+         1,
+         {" " + units, "again " + (tmp / "app") + " " + units}},
+    };
+    for (const Case& c : cases) {
+        ScriptedWindow window;
+        window.answers = c.answers;
+        ports.noUnits = &window;
+        Definitions loaded;
+        EXPECT_EQ(Main(loaded, ports, tmp / "app"), c.outcome);
+        EXPECT_EQ(loaded.Units.UBound(), c.units);
+        EXPECT_EQ(window.asked, c.asked);
+    }
+    EXPECT_EQ(settings.Get("GameDir", ""), game); // stored by Extract
+    EXPECT_EQ(shell.restarts, 0);
+    EXPECT_TRUE(messages.shown.empty());
+}
+
 // A unit file whose place in Units is taken by a folder cannot be written
 // (even by root); three names sharing one 17 MiB stream are a bomb that the
 // per-file cap skips without unpacking. Both are reported, the rest lands.

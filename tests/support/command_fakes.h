@@ -1,14 +1,16 @@
-// Scripted stand-ins for the file dialogs, profile files, clock and progress form, so
+// Scripted stand-ins for the file and folder dialogs, profile files, clock and progress form, so
 // the file commands run in tests without a modal window (messages and shell: test_support.h).
 #pragma once
 
 #include "base/ports.h"
 #include "base/staged_file.h"
+#include "forms/folder_picker.h"
 #include "mainwindow/file_commands.h"
 #include "support/test_support.h"
 
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -42,6 +44,17 @@ class ScriptedFileDialogs : public FileDialogs {
         queue.pop_front();
         return r;
     }
+};
+
+// The folder dialog: answers `answer` and notes the folder it was offered.
+class ScriptedPicker : public FolderPicker {
+  public:
+    std::optional<std::string> PickFolder(const std::string&, const std::string& start) override {
+        offered = start;
+        return answer;
+    }
+    std::optional<std::string> answer;
+    std::string offered;
 };
 
 struct ProfileCall {
