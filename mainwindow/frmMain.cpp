@@ -6,6 +6,7 @@
 #include "forms/frmCheck.h"
 #include "forms/frmGameProfiles.h"
 #include "forms/frmHelp.h"
+#include "forms/frmMaps.h"
 #include "forms/frmSettings.h"
 #include "forms/qt_form_parts.h"
 #include "forms/qt_icon.h"
@@ -28,6 +29,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
+#include <QStatusBar>
 #include <QVBoxLayout>
 
 namespace vantrel {
@@ -166,6 +168,7 @@ void frmMain::BuildMenus() {
     mnuFileSave = AddItem(mnuFile, "mnuFileSave", "&Save...", [this] { commands_->Save(); });
     mnuFileInstall = AddItem(mnuFile, "mnuFileInstall", "&Install into Game...",
                              [this] { mnuFileInstall_Click(); });
+    mnuFileMaps = AddItem(mnuFile, "mnuFileMaps", "M&aps...", [this] { mnuFileMaps_Click(); });
     mnuFileSep1 = AddSeparator(mnuFile, "mnuFileSep1");
     mnuFileMerge = AddItem(mnuFile, "mnuFileMerge", "&Merge...", [this] { commands_->Merge(); });
     mnuFileSep2 = AddSeparator(mnuFile, "mnuFileSep2");
@@ -377,6 +380,26 @@ void frmMain::mnuFileOpenGame_Click() {
 
 void frmMain::mnuFileInstall_Click() {
     InstallIntoGame(*commands_, ports_.messages, defs_.GameDir);
+}
+
+void frmMain::mnuFileMaps_Click() {
+    auto* maps = findChild<frmMaps*>();
+    if (!maps) {
+        maps = new frmMaps(ports_.messages, this);
+        connect(maps, &frmMaps::useCurrentProfile, this,
+                [this, maps](const std::vector<std::string>& names) {
+                    const std::string done =
+                        UseCurrentProfileOnMaps(*commands_, ports_.messages, defs_.GameDir, names);
+                    maps->Reload(defs_.GameDir);
+                    if (!done.empty()) statusBar()->showMessage(QtPath(done));
+                });
+        connect(maps, &frmMaps::written, this,
+                [this](const QString& what) { statusBar()->showMessage(what); });
+    }
+    maps->Reload(defs_.GameDir);
+    maps->show();
+    maps->raise();
+    maps->activateWindow();
 }
 
 void frmMain::mnuViewCheck_Click() {

@@ -5,6 +5,7 @@
 #include "mainwindow/file_commands.h"
 
 #include <string>
+#include <vector>
 
 namespace vantrel {
 
@@ -20,6 +21,15 @@ class GameProfileIO : public ProfileIO {
 // game's "ai" folder. A profile not saved yet, or with unsaved changes, is saved
 // first (after asking);
 // an existing file of the same name is replaced only after asking.
-void InstallIntoGame(FileCommands& files, Messages& messages, const std::string& gameDir);
+// False when nothing was installed (declined, cancelled or failed).
+bool InstallIntoGame(FileCommands& files, Messages& messages, const std::string& gameDir);
+
+// "Use Current Profile" of the Maps window: installs the current profile when
+// the game's "ai" folder lacks this very copy of it (as Install into Game
+// does), then points `maps` at it. Returns what was written for the status
+// bar, or "" when nothing was (after saying why).
+std::string UseCurrentProfileOnMaps(FileCommands& files, Messages& messages,
+                                    const std::string& gameDir,
+                                    const std::vector<std::string>& maps);
 
 } // namespace vantrel
