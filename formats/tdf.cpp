@@ -12,7 +12,7 @@ const TdfEntry* TdfSection::Find(std::string_view key) const {
 
 std::string TdfSection::Value(std::string_view key) const {
     const TdfEntry* e = Find(key);
-    return e ? e->value : std::string();
+    return e ? std::string(e->value) : std::string();
 }
 
 const TdfSection* TdfSection::FindSection(std::string_view sectionName) const {
@@ -67,7 +67,7 @@ class TdfParser {
         for (;;) {
             SkipBlanksAndComments();
             if (p_ >= t_.size()) {
-                if (!top) Problem(opened, "[" + section.name + "] is not closed");
+                if (!top) Problem(opened, "[" + std::string(section.name.substr(0, 100)) + "] is not closed");
                 return;
             }
             const char c = t_[p_];
@@ -94,32 +94,32 @@ class TdfParser {
         std::size_t end = p_;
         while (end < t_.size() && t_[end] != ']' && t_[end] != '\n')
             ++end;
-        std::string name = Trimmed(p_, end);
+        const std::string_view name = Trimmed(p_, end);
         if (end < t_.size() && t_[end] == ']') {
             p_ = end + 1;
         } else {
-            Problem(start, "the section name '" + name + "' has no ']'");
+            Problem(start, "the section name '" + std::string(name.substr(0, 100)) + "' has no ']'");
             p_ = end;
         }
         SkipBlanksAndComments();
         if (p_ < t_.size() && t_[p_] == '{') {
             ++p_;
-            Open(parent, std::move(name), depth);
+            Open(parent, name, depth);
         } else {
-            Problem(start, "[" + name + "] has no '{': read as empty");
-            parent.sections.push_back(TdfSection{std::move(name), {}, {}});
+            Problem(start, "[" + std::string(name.substr(0, 100)) + "] has no '{': read as empty");
+            parent.sections.push_back(TdfSection{name, {}, {}});
         }
     }
 
     // Reads the body of a section whose '{' was just passed.
-    void Open(TdfSection& parent, std::string name, int depth) {
+    void Open(TdfSection& parent, std::string_view name, int depth) {
         if (depth + 1 > TdfMaxDepth) {
             Problem(p_, "sections nested deeper than " + std::to_string(TdfMaxDepth) +
                             " levels: skipped");
             SkipBlock();
             return;
         }
-        parent.sections.push_back(TdfSection{std::move(name), {}, {}});
+        parent.sections.push_back(TdfSection{name, {}, {}});
         Body(parent.sections.back(), depth + 1, false);
     }
 
@@ -147,7 +147,8 @@ class TdfParser {
         while (q < t_.size() && !endsKey(q))
             ++q;
         if (q >= t_.size() || t_[q] != '=') {
-            Problem(start, "'" + Trimmed(start, q) + "' is not key=value: skipped");
+            Problem(start, "'" + std::string(Trimmed(start, q).substr(0, 100)) +
+                               "' is not key=value: skipped");
             p_ = q;
             if (p_ < t_.size() && (t_[p_] == ';' || t_[p_] == '\n')) ++p_;
             return;
@@ -162,24 +163,23 @@ class TdfParser {
             ++b;
         while (e > b && IsBlankChar(t_[e - 1]))
             --e;
-        entry.value = std::string(t_.substr(b, e - b));
-        entry.valueBegin = b;
-        entry.valueEnd = e;
+        entry.value = t_.substr(b, e - b);
         if (end < t_.size() && t_[end] == ';') {
             p_ = end + 1;
         } else {
-            Problem(start, "the value of '" + entry.key + "' has no ';'");
+            Problem(start, "the value of '" + std::string(entry.key.substr(0, 100)) +
+                               "' has no ';'");
             p_ = end;
         }
         section.entries.push_back(std::move(entry));
     }
 
-    std::string Trimmed(std::size_t b, std::size_t e) const {
+    std::string_view Trimmed(std::size_t b, std::size_t e) const {
         while (b < e && IsBlankChar(t_[b]))
             ++b;
         while (e > b && IsBlankChar(t_[e - 1]))
             --e;
-        return std::string(t_.substr(b, e - b));
+        return t_.substr(b, e - b);
     }
 
     // Problems come in text order but for a section that is not closed,

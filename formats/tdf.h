@@ -4,6 +4,7 @@
 // the ';' is missing, to the end of its line); "//" and "/* */" comments are
 // skipped between entries. Damage never stops the reader: a stray brace, an
 // unclosed section or a line that is not key=value is noted and the rest read.
+// Names, keys and values are views into the text read, which must outlive them.
 #pragma once
 
 #include <cstddef>
@@ -14,16 +15,14 @@
 namespace vantrel {
 
 struct TdfEntry {
-    std::string key;   // blanks around it trimmed
-    std::string value; // blanks around it trimmed
-    // Where the (trimmed) value lies in the text, so that it can be replaced
-    // without touching any other byte. An empty value has valueBegin == valueEnd.
-    std::size_t valueBegin = 0;
-    std::size_t valueEnd = 0;
+    std::string_view key;   // blanks around it trimmed
+    // Blanks around it trimmed. Even when empty it points where it lies in
+    // the text, so that it can be replaced without touching any other byte.
+    std::string_view value;
 };
 
 struct TdfSection {
-    std::string name; // between the brackets, blanks trimmed
+    std::string_view name; // between the brackets, blanks trimmed
     std::vector<TdfEntry> entries;
     std::vector<TdfSection> sections;
 

@@ -66,20 +66,23 @@ std::vector<SchemaBlock> SchemasOf(const TdfDocument& doc, std::vector<std::stri
         if (auto number = SchemaNumber(s.name))
             schemas.push_back({*number, &s});
         else if (notes)
-            notes->push_back("[" + s.name + "] has no schema number: skipped");
+            notes->push_back("[" + std::string(s.name) + "] has no schema number: skipped");
     }
     return schemas;
 }
 
-// The offsets of the "aiprofile" values to change: those of every schema,
-// or of schema `only`.
-std::vector<std::pair<std::size_t, std::size_t>> ProfileValueSpans(const TdfDocument& doc,
-                                                                   std::optional<int> only) {
+// The offsets in `text` of the "aiprofile" values to change: those of every
+// schema, or of schema `only`.
+std::vector<std::pair<std::size_t, std::size_t>>
+ProfileValueSpans(std::string_view text, const TdfDocument& doc, std::optional<int> only) {
     std::vector<std::pair<std::size_t, std::size_t>> spans;
     for (const SchemaBlock& schema : SchemasOf(doc, nullptr)) {
         if (only && schema.number != *only) continue;
-        for (const TdfEntry& e : schema.section->entries)
-            if (EqualsNoCase(e.key, "aiprofile")) spans.emplace_back(e.valueBegin, e.valueEnd);
+        for (const TdfEntry& e : schema.section->entries) {
+            if (!EqualsNoCase(e.key, "aiprofile")) continue;
+            const auto begin = static_cast<std::size_t>(e.value.data() - text.data());
+            spans.emplace_back(begin, begin + e.value.size());
+        }
     }
     std::sort(spans.begin(), spans.end());
     return spans;
@@ -247,8 +250,8 @@ GameProfileSources::GameProfileSources(const std::string& gameDir) {
         if (SplitArchivePath(p.path)) {
             source = p.source + "#" + p.name;
         } else {
-            const std::string_view folder = FileNameOf(p.path.substr(0, p.path.size() - file.size() - 1));
-            source = std::string(folder) + "/" + std::string(file);
+            const std::string folder = p.path.substr(0, p.path.size() - file.size() - 1);
+            source = std::string(FileNameOf(folder)) + "/" + std::string(file);
         }
         byName_[key] = std::move(source);
     }
@@ -274,7 +277,7 @@ GameMap ReadMapText(std::string_view text) {
         schema.type = block.section->Value("Type");
         if (const TdfEntry* profile = block.section->Find("aiprofile")) {
             schema.namesProfile = true;
-            schema.aiprofile = profile->value;
+            schema.aiprofile = std::string(profile->value);
         } else {
             map.notes.push_back("schema " + std::to_string(block.number) + " names no aiprofile");
         }
@@ -308,7 +311,7 @@ MapListing ListGameMaps(const std::string& gameDir) {
 std::string WithAiProfile(std::string_view ota, std::string_view profile,
                           std::optional<int> schema) {
     const TdfDocument doc = ReadTdf(ota);
-    const auto spans = ProfileValueSpans(doc, schema);
+    const auto spans = ProfileValueSpans(ota, doc, schema);
     if (spans.empty()) {
         if (!schema) throw MapError("no schema of the map names a profile");
         const auto blocks = SchemasOf(doc, nullptr);
@@ -322,8 +325,10 @@ std::string WithAiProfile(std::string_view ota, std::string_view profile,
 }
 
 bool DiffersOnlyInAiProfile(std::string_view a, std::string_view b) {
-    return ReplaceSpans(a, ProfileValueSpans(ReadTdf(a), std::nullopt), "") ==
-           ReplaceSpans(b, ProfileValueSpans(ReadTdf(b), std::nullopt), "");
+    auto withoutValues = [](std::string_view text) {
+        return ReplaceSpans(text, ProfileValueSpans(text, ReadTdf(text), std::nullopt), "");
+    };
+    return withoutValues(a) == withoutValues(b);
 }
 
 std::string ProfileNameProblem(std::string_view name) {
