@@ -136,6 +136,7 @@ frmMaps::frmMaps(Messages& messages, QWidget* parent)
     tblMaps->setSelectionMode(QAbstractItemView::ExtendedSelection);
     tblMaps->setEditTriggers(QAbstractItemView::NoEditTriggers);
     tblMaps->verticalHeader()->hide();
+    tblMaps->setWordWrap(false);
     tblMaps->setSortingEnabled(true);
     tblMaps->sortByColumn(MapTableModel::ColMap, Qt::AscendingOrder);
     QHeaderView* header = tblMaps->horizontalHeader();
@@ -234,19 +235,18 @@ void frmMaps::SelectMaps(const std::vector<std::string>& names) {
 void frmMaps::RestoreSelected() {
     const std::vector<std::string> maps = SelectedMaps();
     if (maps.empty()) return;
-    std::string restored, leftAlone;
-    int count = 0;
+    std::string removed, leftAlone;
     for (const RestoreOutcome& out : RestoreMaps(gameDir_, maps)) {
-        if (out.restored) {
-            restored += (restored.empty() ? "" : ", ") + out.map;
-            ++count;
-        } else {
-            leftAlone += out.message + "\n";
-        }
+        if (out.removed) removed += (removed.empty() ? "" : ", ") + out.map;
+        if (!out.restored) leftAlone += out.message + "\n";
     }
     Reload(gameDir_);
-    if (count > 0) emit written(QtPath("Restored the game's own profiles for " + restored + "."));
-    if (!leftAlone.empty()) messages_.Inform(leftAlone, "Restore", MsgIcon::Exclamation);
+    emit written(QtPath(removed.empty() ? "No loose map was removed."
+                                        : "Restored the game's own profiles for " + removed + "."));
+    if (!leftAlone.empty()) {
+        messages_.Inform(leftAlone, "Restore", MsgIcon::Exclamation);
+        raise(); // above the main window the message brought forward
+    }
 }
 
 void frmMaps::SelectionChanged() {

@@ -392,9 +392,11 @@ void frmMain::mnuFileMaps_Click() {
                         UseCurrentProfileOnMaps(*commands_, ports_.messages, defs_.GameDir, names);
                     maps->Reload(defs_.GameDir);
                     if (!done.empty()) statusBar()->showMessage(QtPath(done));
+                    maps->raise(); // above the main window its questions brought forward
                 });
         connect(maps, &frmMaps::written, this,
                 [this](const QString& what) { statusBar()->showMessage(what); });
+        CentreOnParent(maps);
     }
     maps->Reload(defs_.GameDir);
     maps->show();

@@ -400,7 +400,8 @@ std::vector<RestoreOutcome> RestoreMaps(const std::string& gameDir,
     MapIndex index(gameDir, skipped);
     std::vector<RestoreOutcome> outcomes;
     for (const std::string& name : maps) {
-        RestoreOutcome out{name, false, {}};
+        RestoreOutcome out;
+        out.map = name;
         const MapLocation* loc = index.Find(name);
         try {
             if (!loc) throw MapError("The game has no map '" + name + "'.");
@@ -418,7 +419,7 @@ std::vector<RestoreOutcome> RestoreMaps(const std::string& gameDir,
             } else if (std::remove(loc->loosePath.c_str()) != 0) {
                 out.message = "Cannot remove '" + loc->loosePath + "': " + std::strerror(errno) + ".";
             } else {
-                out.restored = true;
+                out.restored = out.removed = true;
                 out.message = "Removed " + loc->looseShown + ": " + loc->name +
                               " uses the game's own profiles again.";
             }

@@ -95,6 +95,7 @@ std::vector<std::string> UseProfileOnMaps(const std::string& gameDir, const std:
 struct RestoreOutcome {
     std::string map;
     bool restored = false; // the map is the game's own now
+    bool removed = false;  // by removing its loose file
     std::string message;   // what was done, or why the loose file was left
 };
 // Removes the loose file of each of `maps` when it differs from the
