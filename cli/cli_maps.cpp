@@ -55,6 +55,9 @@ int RunMaps(const std::vector<std::string>& args) {
             std::cerr << Escape(map.name) << ": " << Escape(note) << "\n";
         if (!map.read) status = ExitFailed;
         for (const MapSchema& s : map.schemas)
+            if (!s.namesProfile)
+                std::cerr << Escape(map.name) << ": schema " << s.number << " names no aiprofile\n";
+        for (const MapSchema& s : map.schemas)
             std::cout << Escape(map.name) << '\t' << s.number << '\t' << Escape(s.type) << '\t'
                       << Escape(s.aiprofile) << '\t'
                       << (s.profileSource.empty() ? "missing" : Escape(s.profileSource)) << '\n';

@@ -158,12 +158,7 @@ class TdfParser {
         std::size_t end = q + 1;
         while (end < t_.size() && t_[end] != ';' && t_[end] != '\n' && t_[end] != '\r')
             ++end;
-        std::size_t b = q + 1, e = end;
-        while (b < e && IsBlankChar(t_[b]))
-            ++b;
-        while (e > b && IsBlankChar(t_[e - 1]))
-            --e;
-        entry.value = t_.substr(b, e - b);
+        entry.value = Trimmed(q + 1, end);
         if (end < t_.size() && t_[end] == ';') {
             p_ = end + 1;
         } else {

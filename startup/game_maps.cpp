@@ -278,8 +278,6 @@ GameMap ReadMapText(std::string_view text) {
         if (const TdfEntry* profile = block.section->Find("aiprofile")) {
             schema.namesProfile = true;
             schema.aiprofile = std::string(profile->value);
-        } else {
-            map.notes.push_back("schema " + std::to_string(block.number) + " names no aiprofile");
         }
         map.schemas.push_back(std::move(schema));
     }

@@ -70,7 +70,8 @@ TEST_F(GameMaps, LooseFilesReplaceArchivedMapsAndProfiles) {
     ASSERT_EQ(listing.maps.size(), 3u);
     EXPECT_EQ(listing.maps[1].missionName, "Beta");
     EXPECT_EQ(listing.maps[1].numPlayers, "2, 4");
-    EXPECT_EQ(listing.maps[1].notes, std::vector<std::string>{"schema 1 names no aiprofile"});
+    EXPECT_TRUE(listing.maps[1].notes.empty());
+    EXPECT_FALSE(listing.maps[1].schemas[1].namesProfile);
     EXPECT_EQ(listing.skipped,
               (std::vector<std::string>{"totala1.hpi#maps/Nest.ota: is a folder, not a map",
                                         "MAPS/Gamma.ota: is a folder, not a map"}));
