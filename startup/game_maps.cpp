@@ -16,6 +16,7 @@
 #include <memory>
 
 #include <dirent.h>
+#include <sys/stat.h>
 
 namespace vantrel {
 
@@ -368,7 +369,7 @@ std::vector<std::string> UseProfileOnMaps(const std::string& gameDir, const std:
     }
     if (IsRegularFile(folder))
         throw MapError("Cannot write into '" + folder + "': it is a file, not a folder.");
-    if (!MakeDirectory(folder))
+    if (!IsDirectory(folder) && ::mkdir(folder.c_str(), 0777) != 0)
         throw MapError("Cannot create the folder '" + folder + "': " + std::strerror(errno) + ".");
 
     // Every file is staged before any is committed, so a folder that cannot
