@@ -131,6 +131,7 @@ frmMaps::frmMaps(Messages& messages, QWidget* parent)
 
     tblMaps = new QTableView(this);
     tblMaps->setObjectName("tblMaps");
+    tblMaps->setAccessibleName("Maps of the game");
     tblMaps->setModel(proxy_);
     tblMaps->setSelectionBehavior(QAbstractItemView::SelectRows);
     tblMaps->setSelectionMode(QAbstractItemView::ExtendedSelection);
