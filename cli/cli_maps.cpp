@@ -49,7 +49,7 @@ int RunMaps(const std::vector<std::string>& args) {
     const MapListing listing = ListGameMaps(args[0]);
     int status = ExitOk;
     for (const std::string& skipped : listing.skipped)
-        std::cerr << "vantrel-cli: " << skipped << " (skipped)\n";
+        std::cerr << "vantrel-cli: " << Escape(skipped) << " (skipped)\n";
     for (const GameMap& map : listing.maps) {
         for (const std::string& note : map.notes)
             std::cerr << Escape(map.name) << ": " << Escape(note) << "\n";
