@@ -82,7 +82,7 @@ fuzz: deps
 # A crash, a sanitizer report or files left behind by a target fail the run.
 FUZZ_SECONDS ?= 20
 FUZZ_TARGETS := hpi:hpi hpi_extract:hpi pcx:pcx profile:profile unzip:unzip units:units \
-                buildset:buildset
+                buildset:buildset tdf:tdf
 fuzz-smoke: fuzz
 	@work=$$(mktemp -d); trap 'rm -rf "$$work"' EXIT; \
 	for t in $(FUZZ_TARGETS); do \

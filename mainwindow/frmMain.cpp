@@ -6,6 +6,7 @@
 #include "forms/frmCheck.h"
 #include "forms/frmGameProfiles.h"
 #include "forms/frmHelp.h"
+#include "forms/frmMaps.h"
 #include "forms/frmSettings.h"
 #include "forms/qt_form_parts.h"
 #include "forms/qt_icon.h"
@@ -194,6 +195,7 @@ void frmMain::BuildMenus() {
     SetStandardShortcut(mnuFileSaveAs, QKeySequence::SaveAs, Qt::CTRL | Qt::SHIFT | Qt::Key_S);
     mnuFileInstall = AddItem(mnuFile, "mnuFileInstall", "&Install into Game...",
                              [this] { mnuFileInstall_Click(); });
+    mnuFileMaps = AddItem(mnuFile, "mnuFileMaps", "M&aps...", [this] { mnuFileMaps_Click(); });
     mnuFileSep1 = AddSeparator(mnuFile, "mnuFileSep1");
     mnuFileMerge = AddItem(mnuFile, "mnuFileMerge", "&Merge...", [this] { commands_->Merge(); });
     mnuFileMerge->setShortcut(Qt::CTRL | Qt::Key_M);
@@ -448,6 +450,28 @@ void frmMain::mnuViewExternal_Click() {
         return;
     }
     commands_->External(StdPath(externalDir_->path()));
+}
+
+void frmMain::mnuFileMaps_Click() {
+    auto* maps = findChild<frmMaps*>();
+    if (!maps) {
+        maps = new frmMaps(ports_.messages, this);
+        connect(maps, &frmMaps::useCurrentProfile, this,
+                [this, maps](const std::vector<std::string>& names) {
+                    const std::string done =
+                        UseCurrentProfileOnMaps(*commands_, ports_.messages, defs_.GameDir, names);
+                    maps->Reload(defs_.GameDir);
+                    if (!done.empty()) ShowStatus(done);
+                    maps->raise(); // above the main window its questions brought forward
+                });
+        connect(maps, &frmMaps::written, this,
+                [this](const QString& what) { ShowStatus(StdText(what)); });
+        CentreOnParent(maps);
+    }
+    maps->Reload(defs_.GameDir);
+    maps->show();
+    maps->raise();
+    maps->activateWindow();
 }
 
 void frmMain::mnuViewCheck_Click() {

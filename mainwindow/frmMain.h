@@ -71,6 +71,7 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     void mnuViewExternal_Click();
     void mnuFileOpenGame_Click();
     void mnuFileInstall_Click();
+    void mnuFileMaps_Click();
     void mnuViewCheck_Click();
     void mnuViewOptions_Click();
     void mnuViewIncludes_Click();
@@ -96,6 +97,7 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     QAction* mnuFileExit = nullptr;
     QAction* mnuFileOpenGame = nullptr;
     QAction* mnuFileInstall = nullptr;
+    QAction* mnuFileMaps = nullptr;
     QMenu* mnuEdit = nullptr;
     QAction* mnuEditUndo = nullptr;
     QAction* mnuEditRedo = nullptr;

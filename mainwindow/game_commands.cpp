@@ -1,6 +1,7 @@
 #include "mainwindow/game_commands.h"
 
 #include "base/paths.h"
+#include "startup/game_maps.h"
 #include "startup/game_profiles.h"
 
 namespace vantrel {
@@ -48,6 +49,43 @@ std::optional<std::string> InstallIntoGame(FileCommands& files, Messages& messag
         return std::nullopt;
     }
     return plan.destination;
+}
+
+std::string UseCurrentProfileOnMaps(FileCommands& files, Messages& messages,
+                                    const std::string& gameDir,
+                                    const std::vector<std::string>& maps) {
+    const char* title = "Maps";
+    if (maps.empty()) return {};
+    // The game's own copy is used as it is when it holds what was last saved.
+    const std::string& saved = files.CurrentFile();
+    bool installed = files.CanSaveQuietly() && !files.HasUnsavedChanges();
+    if (installed) {
+        const InstallPlan plan = PlanInstall(saved, gameDir);
+        installed = plan.replaces && ReadWholeFile(plan.destination, ProfileFileMax) ==
+                                         ReadWholeFile(saved, ProfileFileMax);
+    }
+    if (!installed && !InstallIntoGame(files, messages, gameDir)) return {};
+
+    std::string name = files.CurrentFile();
+    name = StripPath(name);
+    if (!WildcardMatch("*.txt", name)) {
+        messages.Inform("The game reads only profiles whose names end in \".txt\": save the "
+                        "profile under such a name to use it on maps.",
+                        title, MsgIcon::Exclamation);
+        return {};
+    }
+    name.resize(name.size() - 4);
+    try {
+        const std::vector<std::string> written = UseProfileOnMaps(gameDir, name, maps);
+        std::string names;
+        for (const std::string& file : written)
+            names += (names.empty() ? "" : ", ") + file.substr(file.find_last_of(PathSep) + 1);
+        return std::to_string(written.size()) + (written.size() == 1 ? " map now uses" : " maps now use") +
+               " the profile " + name + " (written: " + names + ").";
+    } catch (const MapError& e) {
+        messages.Inform(e.what(), title, MsgIcon::Exclamation);
+        return {};
+    }
 }
 
 } // namespace vantrel

@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace vantrel {
 
@@ -24,5 +25,13 @@ class GameProfileIO : public ProfileIO {
 // installed file, nothing when the command stopped (any message was shown).
 std::optional<std::string> InstallIntoGame(FileCommands& files, Messages& messages,
                                            const std::string& gameDir);
+
+// "Use Current Profile" of the Maps window: installs the current profile when
+// the game's "ai" folder lacks this very copy of it (as Install into Game
+// does), then points `maps` at it. Returns what was written for the status
+// bar, or "" when nothing was (after saying why).
+std::string UseCurrentProfileOnMaps(FileCommands& files, Messages& messages,
+                                    const std::string& gameDir,
+                                    const std::vector<std::string>& maps);
 
 } // namespace vantrel

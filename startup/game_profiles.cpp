@@ -98,21 +98,27 @@ ProfileText ReadProfileAt(const std::string& path) {
     return {path, std::move(text.data), std::move(buildSet)};
 }
 
-std::vector<GameProfile> ListGameProfiles(const std::string& gameDir) {
-    std::vector<GameProfile> profiles;
+std::vector<std::string> GameArchiveFiles(const std::string& gameDir) {
     std::vector<std::string> patterns(std::begin(ArchivePatterns), std::end(ArchivePatterns));
     patterns.push_back("*.ufo");
-    for (const std::string& pattern : patterns) {
-        for (const std::string& file : ListFiles(gameDir, pattern)) {
-            const std::string archivePath = JoinPath(gameDir, file);
-            auto archive = HpiArchive::OpenFile(archivePath);
-            const HpiEntry* ai = archive ? archive->FindFolder("ai") : nullptr;
-            if (!ai) continue;
-            for (const HpiEntry& e : ai->children) {
-                if (e.isDirectory || !WildcardMatch("*.txt", e.name)) continue;
-                const std::string inner = ai->name + "/" + e.name;
-                profiles.push_back({file, inner, e.size, archivePath + "#" + inner});
-            }
+    std::vector<std::string> files;
+    for (const std::string& pattern : patterns)
+        for (std::string& file : ListFiles(gameDir, pattern))
+            files.push_back(std::move(file));
+    return files;
+}
+
+std::vector<GameProfile> ListGameProfiles(const std::string& gameDir) {
+    std::vector<GameProfile> profiles;
+    for (const std::string& file : GameArchiveFiles(gameDir)) {
+        const std::string archivePath = JoinPath(gameDir, file);
+        auto archive = HpiArchive::OpenFile(archivePath);
+        const HpiEntry* ai = archive ? archive->FindFolder("ai") : nullptr;
+        if (!ai) continue;
+        for (const HpiEntry& e : ai->children) {
+            if (e.isDirectory || !WildcardMatch("*.txt", e.name)) continue;
+            const std::string inner = ai->name + "/" + e.name;
+            profiles.push_back({file, inner, e.size, archivePath + "#" + inner});
         }
     }
     const std::string aiDir = GameAiFolder(gameDir);
@@ -127,8 +133,12 @@ std::vector<GameProfile> ListGameProfiles(const std::string& gameDir) {
 }
 
 std::string GameAiFolder(const std::string& gameDir) {
-    auto found = FindNoCase(gameDir, "ai", [](const std::string& p) { return IsDirectory(p); });
-    return JoinPath(gameDir, found.value_or("ai"));
+    return GameSubfolder(gameDir, "ai");
+}
+
+std::string GameSubfolder(const std::string& gameDir, const std::string& name) {
+    auto found = FindNoCase(gameDir, name, [](const std::string& p) { return IsDirectory(p); });
+    return JoinPath(gameDir, found.value_or(name));
 }
 
 InstallPlan PlanInstall(const std::string& profilePath, const std::string& gameDir) {

@@ -30,6 +30,10 @@ ProfileText ReadArchivedProfile(const ArchivePath& where);
 // (beside it on disk or in the archive). Throws ProfileError.
 ProfileText ReadProfileAt(const std::string& path);
 
+// The archives of `gameDir` in the order the game's files are listed from
+// them: the archive patterns of the extraction, then "*.ufo"; file names.
+std::vector<std::string> GameArchiveFiles(const std::string& gameDir);
+
 struct GameProfile {
     std::string source; // the archive's file name, or "ai" for a loose file
     std::string name;   // the path inside the archive ("/" separators), or the file name
@@ -44,6 +48,8 @@ std::vector<GameProfile> ListGameProfiles(const std::string& gameDir);
 // The game's "ai" folder: an existing one whose name is "ai" in any case,
 // else `gameDir`/ai (which may not exist yet).
 std::string GameAiFolder(const std::string& gameDir);
+// The same for any folder of the game ("maps").
+std::string GameSubfolder(const std::string& gameDir, const std::string& name);
 
 struct InstallPlan {
     std::string destination; // the file to write

@@ -1,8 +1,10 @@
 #include "base/paths.h"
+#include "base/text.h"
 #include "forms/frmAbout.h"
 #include "forms/frmCheck.h"
 #include "forms/frmGameProfiles.h"
 #include "forms/frmHelp.h"
+#include "forms/frmMaps.h"
 #include "forms/frmSettings.h"
 #include "forms/frmUnit.h"
 #include "forms/qt_text.h"
@@ -17,6 +19,7 @@
 #include "startup/hpi_archive.h"
 #include "support/command_fakes.h"
 #include "support/hpi_writer.h"
+#include "support/map_fixtures.h"
 #include "support/test_support.h"
 #include "support/unit_fixtures.h"
 
@@ -27,6 +30,7 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QCheckBox>
 #include <QTableView>
 #include <QTest>
@@ -203,6 +207,44 @@ TEST_F(MainWindowTest, OpenFromGameReadsTheChosenProfileAndCheckListsFindings) {
     EXPECT_EQ(modals.back(), "frmCheck");
     // The fixture's units are all excluded, so none is missing.
     EXPECT_EQ(findings, QStringList({"unknown U9", "not-a-number line 2"}));
+}
+
+TEST_F(MainWindowTest, MapsWindowPointsSelectedMapsAtTheProfileAndBack) {
+    Load();
+    defs.GameDir = folder.path() + "/game";
+    MakeDirectory(defs.GameDir);
+    HpiWriter archive;
+    const std::string beta = test::MapOta("Beta", {"Network 1:DEFAULT", "Easy:gone"});
+    archive.AddFile("maps/Alpha.ota", test::MapOta("Alpha", {"Network 1:DEFAULT"}), hpi::Stored);
+    archive.AddFile("maps/Beta.ota", beta, hpi::Lz77);
+    archive.AddFile("ai/DEFAULT.TXT", "profile", hpi::Stored);
+    test::WriteText(defs.GameDir + "/totala1.hpi", archive.Build().bytes);
+    window->mnuFileMaps->trigger();
+    auto* maps = window->findChild<frmMaps*>();
+    ASSERT_TRUE(maps);
+    auto shown = [maps](int column) {
+        return maps->tblMaps->model()->index(0, column).data().toString();
+    };
+    maps->txtFilter->setText("BETA");
+    ASSERT_EQ(maps->tblMaps->model()->rowCount(), 1);
+    EXPECT_EQ(shown(MapTableModel::ColProfiles), "Network 1: DEFAULT, Easy: gone");
+    EXPECT_EQ(shown(MapTableModel::ColFound), "missing: gone");
+
+    // The profile is saved, installed and named by the selected map.
+    maps->tblMaps->selectAll();
+    dialogs.saves = {FileDialogResult{true, folder.path() + "/Rush.txt", 1, folder.path()}};
+    maps->cmdUse->click();
+    EXPECT_EQ(test::ReadText(defs.GameDir + "/maps/Beta.ota"),
+              ReplaceAll(ReplaceAll(beta, "=DEFAULT", "=Rush"), "=gone", "=Rush"));
+    EXPECT_EQ(window->lblStatus->text(),
+              "1 map now uses the profile Rush (written: Beta.ota).");
+    EXPECT_EQ(shown(MapTableModel::ColFound), "yes");
+    EXPECT_EQ(maps->SelectedMaps(), std::vector<std::string>{"Beta"});
+
+    maps->cmdRestore->click();
+    EXPECT_FALSE(IsRegularFile(defs.GameDir + "/maps/Beta.ota"));
+    EXPECT_EQ(window->lblStatus->text(), "Restored the game's own profiles for Beta.");
+    EXPECT_EQ(shown(MapTableModel::ColProfiles), "Network 1: DEFAULT, Easy: gone");
 }
 
 TEST_F(MainWindowTest, NewResetsUnitsOnOkOnly) {
