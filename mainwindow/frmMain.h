@@ -45,8 +45,6 @@ class frmMain : public QMainWindow, public MainWindowHooks {
 
     // Form load: Side menu, current side, show the window, then the Settings dialog.
     void Load();
-    // The layout of banner, scroll bar and cards.
-    void ResizeMe();
 
     // Dialogs written elsewhere; each is shown modally and reports through
     // DialogOK. Until they are set they answer Cancel (DialogOK false).
@@ -80,7 +78,7 @@ class frmMain : public QMainWindow, public MainWindowHooks {
 
     QWidget* picBorder = nullptr;
     QLabel* lblAIName = nullptr;
-    UnitBoard* board = nullptr; // holds picScreen and Vscroll1
+    UnitBoard* board = nullptr;
 
     QMenu* mnuFile = nullptr;
     QAction* mnuFileNew = nullptr;

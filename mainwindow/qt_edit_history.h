@@ -2,12 +2,17 @@
 // build-set flag, wherever it is made (a card, the unit table, a bulk set,
 // Randomize, Merge, the Build Set dialog), is one step of a QUndoStack.
 //
+// Key and wheel steps on one value of a card merge into one step while they
+// form one gesture (the slider kept the focus) and follow each other within
+// a second, so a held key or a turned wheel is undone at once.
+//
 // The unsaved-changes flag follows the stack: after every push, undo and redo
 // it is set unless the stack is back at its clean index (the values of the
 // last New, Open or Save). Marking the stack clean leaves the flag alone, so
 // the file commands' own rules for it still hold.
 #pragma once
 
+#include "base/ports.h"
 #include "catalogue/definitions.h"
 #include "forms/unit_edits.h"
 
@@ -26,7 +31,10 @@ class EditHistory : public QObject {
     // sets on 20,000 units stay within a few tens of megabytes.
     static constexpr int UndoLimit = 100;
 
-    explicit EditHistory(Definitions& defs, QObject* parent = nullptr);
+    // Steps of one gesture further apart than this are steps of their own.
+    static constexpr double MergeSeconds = 1.0;
+
+    EditHistory(Definitions& defs, Clock& clock, QObject* parent = nullptr);
 
     QUndoStack& Stack() { return stack_; }
 
@@ -34,7 +42,9 @@ class EditHistory : public QObject {
     // ("Randomize", "Merge"). Nothing is recorded when no value differs.
     void Record(const std::string& name, UnitChanges changes);
     // Records one value that a card changed; `before` is its earlier value.
-    void RecordEdit(int unit, UnitField field, double before);
+    // A step of the same gesture (not 0) on the same value within
+    // MergeSeconds of the last one joins that step.
+    void RecordEdit(int unit, UnitField field, double before, int gesture = 0);
     // Sets `field` of every listed unit (bounded as on the card) as one step.
     void Set(const std::vector<int>& units, UnitField field, double value);
     // A fresh history (New, Open): nothing to undo, the values count as saved.
@@ -49,6 +59,7 @@ class EditHistory : public QObject {
   private:
     friend class ValuesCommand;
     Definitions& defs_;
+    Clock& clock_;
     QUndoStack stack_;
 };
 
