@@ -155,7 +155,12 @@ frmUnit::frmUnit(Definitions& defs, QWidget* parent) : QFrame(parent), defs_(def
                              s->pixelMetric(QStyle::PM_LayoutTopMargin) / 2,
                              s->pixelMetric(QStyle::PM_LayoutRightMargin),
                              s->pixelMetric(QStyle::PM_LayoutBottomMargin) / 2);
-    grid->setHorizontalSpacing(std::max(6, s->pixelMetric(QStyle::PM_LayoutHorizontalSpacing)));
+    const int spacing = std::max(6, s->pixelMetric(QStyle::PM_LayoutHorizontalSpacing));
+    grid->setHorizontalSpacing(spacing);
+    // The captions keep a space before their values (cells that share a
+    // column with a spanning slider would otherwise touch).
+    for (QLabel* caption : {lblPriority, lblNumbers})
+        caption->setContentsMargins(0, 0, spacing, 0);
     grid->setVerticalSpacing(0);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);

@@ -33,7 +33,7 @@
 namespace vantrel {
 
 namespace {
-constexpr int BannerHeight = 20; // pixels (255 twips at 96 dpi, with room for the bold font)
+constexpr int BannerHeight = 20; // pixels, with room for the bold font
 
 class SilentMessages : public Messages {
   public:
