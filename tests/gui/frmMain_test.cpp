@@ -467,6 +467,34 @@ TEST_F(TableTest, KeyAndWheelStepsOfOneGestureAreOneStepUntilTheFocusLeavesOrASe
     slider->setFocus();
     QTest::keyClick(slider, Qt::Key_Right);
     EXPECT_EQ(window->History().Stack().index(), 2);
+
+    // Open keeps the keys on the active card.
+    dialogs.opens = {FileDialogResult{true, "/x/One.txt", 1, "/x/"}};
+    messages.answers = {MsgAnswer::No}; // no save first
+    window->mnuFileOpen->trigger();
+    frmUnit* active = window->board->CardAt(window->board->ActiveRow());
+    ASSERT_NE(active, nullptr);
+    EXPECT_EQ(active->UnitIndex(), 4);
+    EXPECT_EQ(window->focusWidget(), active->findChild<QSlider*>("sldPriority"));
+}
+
+TEST(TablePlacement, BesideWhereThereIsRoomElseClearOfTheActiveCard) {
+    const QRect screen(0, 0, 1920, 1080);
+    const QSize table(900, 500);
+    const QRect card(0, 300, 800, 90);
+    struct Row {
+        QRect main;
+        QPoint expected;
+    };
+    const Row rows[] = {
+        {QRect(100, 50, 820, 600), QPoint(920, 50)},   // room on the right
+        {QRect(1000, 50, 820, 600), QPoint(100, 50)},  // room on the left only
+        {QRect(0, 0, 1920, 1080), QPoint(32, 390)},    // full screen: below the card
+    };
+    for (const Row& r : rows)
+        EXPECT_EQ(frmTable::Placement(screen, r.main, table, card), r.expected) << r.main.x();
+    // Little room below the card: above it.
+    EXPECT_EQ(frmTable::Placement(screen, screen, table, QRect(0, 900, 800, 90)), QPoint(32, 400));
 }
 
 TEST_F(TableTest, RandomizeMergeAndBuildSetAreStepsAndOpenStartsAfresh) {
