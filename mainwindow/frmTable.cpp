@@ -78,7 +78,7 @@ frmTable::frmTable(Definitions& defs, EditHistory& history, QWidget* parent)
 
     txtFilter = new QLineEdit(this);
     txtFilter->setObjectName("txtFilter");
-    txtFilter->setPlaceholderText("Name, UnitName, Side or class");
+    txtFilter->setPlaceholderText("Name, UnitName, Side, class or category");
     txtFilter->setClearButtonEnabled(true);
     txtFilter->installEventFilter(this);
     chkBoard = new QCheckBox("Only the board's side and type", this);
@@ -162,10 +162,12 @@ frmTable::frmTable(Definitions& defs, EditHistory& history, QWidget* parent)
         dialog.setDoubleDecimals(decimals);
         dialog.setDoubleValue(start);
         if (auto* box = dialog.findChild<QDoubleSpinBox*>()) box->setAccessibleName(title);
-        // Wide enough for the whole title beside the window's buttons.
+        // Wide enough for the whole title beside the window's buttons (the
+        // dialog's layout sizes it to its contents, so the prompt is widened).
         QFont titleFont = dialog.font();
         titleFont.setBold(true);
-        dialog.setMinimumWidth(QFontMetrics(titleFont).horizontalAdvance(title) + 160);
+        if (auto* prompt = dialog.findChild<QLabel*>())
+            prompt->setMinimumWidth(QFontMetrics(titleFont).horizontalAdvance(title) + 140);
         if (dialog.exec() != QDialog::Accepted) return std::nullopt;
         return dialog.doubleValue();
     };
