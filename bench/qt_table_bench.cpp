@@ -44,7 +44,8 @@ void Catalogue(Definitions& defs, int units) {
 
 struct Tables {
     Definitions defs;
-    EditHistory history{defs};
+    SystemClock clock;
+    EditHistory history{defs, clock};
     std::unique_ptr<frmTable> table;
     explicit Tables(int units) { Catalogue(defs, units); }
     void Open() {

@@ -83,7 +83,6 @@ struct Definitions {
     std::string LastDir;
     std::string CurrentSide;
     int CurrentSideIndex = 0;
-    std::int32_t BoardTop = 0;
     bool DialogOK = false;
     bool Changed = false;
     std::string LoadedAIName;

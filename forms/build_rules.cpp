@@ -1,6 +1,9 @@
 #include "forms/build_rules.h"
 
 #include "base/text.h"
+#include "forms/unit_card_rules.h"
+
+#include <algorithm>
 
 namespace vantrel {
 
@@ -16,8 +19,16 @@ std::vector<BuildRow> BuildSetRows(const Definitions& defs, std::string_view cap
     for (int i = 1; i <= defs.Units.UBound(); ++i) {
         const vtUnit& unit = defs.Units[i];
         if (!InCategory(unit.TEDClass, keywords)) continue;
-        rows.push_back({ProperCase(unit.Side + " " + unit.Name), unit.Include, i});
+        rows.push_back(
+            {ProperCase(unit.Side + " " + unit.Name) + " (" + unit.UnitName + ")", unit.Include, i});
     }
+    // By side, then as the board orders its cards.
+    std::stable_sort(rows.begin(), rows.end(), [&defs](const BuildRow& a, const BuildRow& b) {
+        const vtUnit& x = defs.Units[a.Unit];
+        const vtUnit& y = defs.Units[b.Unit];
+        if (int side = NaturalCompare(x.Side, y.Side); side != 0) return side < 0;
+        return UnitOrderLess(x, y);
+    });
     return rows;
 }
 

@@ -17,13 +17,13 @@ namespace vantrel {
 std::string_view BuildSetKeywords(std::string_view caption);
 
 struct BuildRow {
-    std::string Text;      // side and name in proper case: "Arm Commander"
+    std::string Text;      // side and name in proper case, UnitName: "Arm Commander (ARMCOM)"
     bool Checked = false;  // the unit's Include
     std::int32_t Unit = 0; // index into Units
 };
 
 // The rows of a category: every unit of every side whose TEDClass occurs in
-// the keyword list (case-sensitive), in index order. An empty keyword list
+// the keyword list (case-sensitive), by side, then in the board's order. An empty keyword list
 // lists no unit.
 std::vector<BuildRow> BuildSetRows(const Definitions& defs, std::string_view caption);
 

@@ -34,6 +34,8 @@ frmBuild::frmBuild(Definitions& defs, QWidget* parent) : QDialog(parent), defs_(
     Label1->setObjectName("Label1");
     Label1->setWordWrap(true);
     lstMain = NewCheckList(this);
+    cboType->setAccessibleName("Unit category");
+    lstMain->setAccessibleName("Units of the category");
     NewOkCancel(this, cmdOK, cmdCancel);
 
     auto* layout = new QVBoxLayout(this);

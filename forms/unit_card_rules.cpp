@@ -17,28 +17,21 @@ int RoundHalfEven(double value) {
     return static_cast<int>(r);
 }
 
-namespace {
-
-// A slider over 0..max: the page step is a tenth of the option's value
-// (`scaleTop`), the arrow step a tenth of the page step, a tick every tenth
-// of the range; each rounded halves-to-even.
-SliderSettings SettingsFor(int max, int scaleTop) {
+SliderSettings PrioritySettings(int weightMax) {
     SliderSettings s;
-    s.Min = 0;
-    s.Max = max < 0 ? 0 : max;
-    s.LargeChange = RoundHalfEven(scaleTop / 10.0);
-    s.SmallChange = RoundHalfEven(s.LargeChange / 10.0);
-    s.TickFrequency = RoundHalfEven(max / 10.0);
+    s.Max = std::max(0, weightMax) * 100;
+    s.SmallChange = std::max(1, s.Max / 100);
+    s.LargeChange = std::max(1, s.Max / 10);
+    s.TickFrequency = s.LargeChange;
     return s;
 }
-
-} // namespace
-
-SliderSettings PrioritySettings(int weightMax) {
-    return SettingsFor(weightMax * 100, weightMax);
-}
 SliderSettings NumbersSettings(int limitMax) {
-    return SettingsFor(limitMax, limitMax);
+    SliderSettings s;
+    s.Max = std::max(0, limitMax);
+    s.SmallChange = 1;
+    s.LargeChange = std::max(1, RoundHalfEven(s.Max / 10.0));
+    s.TickFrequency = s.LargeChange;
+    return s;
 }
 SliderSettings PrioritySettings(const Definitions& defs) {
     return PrioritySettings(defs.Option(optWeightMax));
@@ -69,63 +62,9 @@ bool ApplyNumbersPosition(Definitions& defs, vtUnit& unit, int position) {
     return true;
 }
 
-int SliderKeyDelta(int keyCode, bool prioritySlider) {
-    switch (keyCode) {
-    case KeyUp:
-        return 10;
-    case KeyDown:
-        return -10;
-    case KeyLeft:
-        return -1;
-    case KeyRight:
-        return 1;
-    case KeyPageUp:
-        return prioritySlider ? 101 : 10;
-    case KeyPageDown:
-        return prioritySlider ? -101 : -10;
-    default:
-        return 0;
-    }
-}
-
-int TrackbarStep(int keyCode, const SliderSettings& slider) {
-    switch (keyCode) {
-    case KeyLeft:
-    case KeyUp:
-        return -slider.SmallChange;
-    case KeyRight:
-    case KeyDown:
-        return slider.SmallChange;
-    case KeyPageUp:
-        return -slider.LargeChange;
-    case KeyPageDown:
-        return slider.LargeChange;
-    default:
-        return 0;
-    }
-}
-
-int SliderKeyPosition(int value, int keyCode, bool prioritySlider, const SliderSettings& slider) {
-    value = slider.Clamp(value + SliderKeyDelta(keyCode, prioritySlider));
-    return slider.Clamp(value + TrackbarStep(keyCode, slider));
-}
-
-int SliderWheelPosition(int value, int notches, bool prioritySlider, const SliderSettings& slider) {
-    for (; notches > 0; --notches)
-        value = SliderKeyPosition(value, KeyUp, prioritySlider, slider);
-    for (; notches < 0; ++notches)
-        value = SliderKeyPosition(value, KeyDown, prioritySlider, slider);
-    return value;
-}
-
-KeyVerdict FilterEntryKey(int charCode, std::string_view currentText) {
-    if (charCode == 8) return KeyVerdict::Accept;
-    if (charCode == 13) return KeyVerdict::Commit;
-    if (charCode == '.')
-        return currentText.find('.') == std::string_view::npos ? KeyVerdict::Accept
-                                                               : KeyVerdict::Cancel;
-    if (charCode >= '0' && charCode <= '9') return KeyVerdict::Accept;
-    return KeyVerdict::Cancel;
+int SliderWheelPosition(int value, int notches, const SliderSettings& slider) {
+    const long long moved = value + static_cast<long long>(notches) * slider.SmallChange;
+    return slider.Clamp(static_cast<int>(std::clamp<long long>(moved, slider.Min, slider.Max)));
 }
 
 std::optional<double> EntryNumber(std::string_view text) {
@@ -211,32 +150,45 @@ Rgb ReadableText(Rgb back, Rgb preferred) {
     return ContrastRatio(back, Black) >= ContrastRatio(back, White) ? Black : White;
 }
 
-int TwipsToPixels(int twips) {
-    return RoundHalfEven(twips / static_cast<double>(TwipsPerPixel));
+namespace {
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
 }
-int PixelsToTwips(int pixels) {
-    return pixels * TwipsPerPixel;
+} // namespace
+
+int NaturalCompare(std::string_view a, std::string_view b) {
+    std::size_t i = 0, j = 0;
+    while (i < a.size() && j < b.size()) {
+        if (IsDigit(a[i]) && IsDigit(b[j])) {
+            // Whole runs of digits compare as numbers: leading zeros aside,
+            // the longer run is the larger number.
+            std::size_t si = i, sj = j;
+            while (si < a.size() && a[si] == '0') ++si;
+            while (sj < b.size() && b[sj] == '0') ++sj;
+            std::size_t ei = si, ej = sj;
+            while (ei < a.size() && IsDigit(a[ei])) ++ei;
+            while (ej < b.size() && IsDigit(b[ej])) ++ej;
+            if (ei - si != ej - sj) return ei - si < ej - sj ? -1 : 1;
+            if (int c = a.substr(si, ei - si).compare(b.substr(sj, ej - sj)); c != 0)
+                return c < 0 ? -1 : 1;
+            i = ei;
+            j = ej;
+            continue;
+        }
+        const auto ca = static_cast<unsigned char>(UpperChar(a[i]));
+        const auto cb = static_cast<unsigned char>(UpperChar(b[j]));
+        if (ca != cb) return ca < cb ? -1 : 1;
+        ++i;
+        ++j;
+    }
+    if (i < a.size()) return 1;
+    if (j < b.size()) return -1;
+    return 0;
 }
 
-TwipRect ExcludedNoticePlace(int innerWidth, int innerHeight, TwipRect notice) {
-    notice.Left =
-        RoundHalfEven((innerWidth - CardDesign::imgUnit.Left - CardDesign::imgUnit.Width) / 2.0);
-    notice.Top = RoundHalfEven(innerHeight / 2.0);
-    return notice;
-}
-
-CardLayout LayOutCard(int innerWidth, int innerHeight, CardLayout c) {
-    c.lblExclude = ExcludedNoticePlace(innerWidth, innerHeight, c.lblExclude);
-    if (innerWidth >= 0 && innerHeight >= 0) c.Frame1 = {0, 0, innerWidth, innerHeight};
-    if (c.Frame1.Width >= 0) c.lblUnitName = {0, 0, c.Frame1.Width, c.lblUnitName.Height};
-    c.lblPriority.Left = c.Frame1.Width - c.lblPriority.Width - 250;
-    c.lblNumbers.Left = c.Frame1.Width - c.lblNumbers.Width - 250;
-    int sliderWidth = c.Frame1.Width - (CardDesign::imgUnit.Left + CardDesign::imgUnit.Width);
-    if (sliderWidth >= 0) c.sldPriority.Width = sliderWidth;
-    c.sldNumbers.Width = c.sldPriority.Width;
-    c.sldPriority.Left = c.Frame1.Width - c.sldPriority.Width;
-    c.sldNumbers.Left = c.Frame1.Width - c.sldNumbers.Width;
-    return c;
+bool UnitOrderLess(const vtUnit& a, const vtUnit& b) {
+    if (int c = NaturalCompare(a.Name, b.Name); c != 0) return c < 0;
+    return NaturalCompare(a.UnitName, b.UnitName) < 0;
 }
 
 } // namespace vantrel

@@ -1,6 +1,6 @@
-// The rules of the unit card without the widgets: slider settings, key steps,
-// the entry-field filter and commits, the slider notifications and the
-// card's design geometry (in twips).
+// The rules of the unit card without the widgets: slider settings and steps,
+// the entry fields' commits, the manual edit, colours, and the order in which
+// units are listed.
 #pragma once
 
 #include "catalogue/definitions.h"
@@ -24,11 +24,11 @@ struct SliderSettings {
     int Clamp(int value) const { return value < Min ? Min : (value > Max ? Max : value); }
 };
 
-// The sliders as designed (until the first activation).
-inline constexpr SliderSettings PriorityDesign{0, 1000, 100, 1, 100};
-inline constexpr SliderSettings NumbersDesign{0, 50, 5, 1, 5};
-
-// The sliders as every activation sets them from the options.
+// The sliders as every activation sets them from the options. A priority
+// slider counts hundredths up to WeightMax: its small step (arrow keys, a
+// wheel notch) is a hundredth of the range, its large step (Page Up, Page
+// Down) and its ticks a tenth. A numbers slider steps by one and by a tenth
+// of LimitMax. Every step is at least one position.
 SliderSettings PrioritySettings(int weightMax);
 SliderSettings NumbersSettings(int limitMax);
 SliderSettings PrioritySettings(const Definitions& defs);
@@ -46,35 +46,13 @@ int NumbersPosition(float limit, const SliderSettings& slider);
 bool ApplyPriorityPosition(Definitions& defs, vtUnit& unit, int position);
 bool ApplyNumbersPosition(Definitions& defs, vtUnit& unit, int position);
 
-// Key codes the sliders react to.
-enum SliderKey : int {
-    KeyPageUp = 33,
-    KeyPageDown = 34,
-    KeyLeft = 37,
-    KeyUp = 38,
-    KeyRight = 39,
-    KeyDown = 40,
-};
-
-// The card's own step before the slider's (0 for other keys).
-int SliderKeyDelta(int keyCode, bool prioritySlider);
-// The slider's own keyboard step on the trackbar: Left, Up and Page Up move
-// towards Min, Right, Down and Page Down towards Max (0 for other keys).
-int TrackbarStep(int keyCode, const SliderSettings& slider);
-// Where a slider at `value` ends after a key: the card's step, then the
-// trackbar's, each kept within the range.
-int SliderKeyPosition(int value, int keyCode, bool prioritySlider, const SliderSettings& slider);
-// The wheel on the active card's focused slider: each notch away from the
-// player (positive) is an Up key, each notch towards the player a Down key.
-int SliderWheelPosition(int value, int notches, bool prioritySlider, const SliderSettings& slider);
+// Where a slider at `value` ends after `notches` wheel notches on the active
+// card's focused slider: one small step a notch (away from the player is up).
+int SliderWheelPosition(int value, int notches, const SliderSettings& slider);
 
 // The keys that move from card to card (Ctrl+Down, Ctrl+Up, Ctrl+Home,
 // Ctrl+End); the board decides where they lead.
 enum class CardStep { Next, Previous, First, Last };
-
-// The entry fields' per-character filter.
-enum class KeyVerdict { Accept, Cancel, Commit };
-KeyVerdict FilterEntryKey(int charCode, std::string_view currentText);
 
 // Text to number with "." as the decimal point; nullopt when the text holds
 // no number (empty, ".", anything else that is not a plain decimal).
@@ -117,53 +95,12 @@ inline constexpr double ReadableContrast = 4.5;
 Rgb ReadableText(Rgb back, Rgb preferred);
 
 // ---------------------------------------------------------------------------
-// Geometry in twips.
+// Order of units wherever they are listed (board, Build Set, table)
 // ---------------------------------------------------------------------------
-inline constexpr int TwipsPerPixel = 15;
-int TwipsToPixels(int twips);
-int PixelsToTwips(int pixels);
-
-struct TwipRect {
-    int Left = 0;
-    int Top = 0;
-    int Width = 0;
-    int Height = 0;
-};
-
-// Design positions of the card's controls.
-namespace CardDesign {
-inline constexpr int Width = 3855;
-inline constexpr int Height = 1365;
-inline constexpr TwipRect Frame1{0, -15, 3855, 1335};
-inline constexpr TwipRect txtWeight{1335, 240, 615, 240};
-inline constexpr TwipRect txtLimit{1335, 780, 615, 240};
-inline constexpr TwipRect lblExclude{1560, 600, 1995, 195};
-inline constexpr TwipRect lblPriority{2715, 240, 855, 195};
-inline constexpr TwipRect lblLimit{1350, 780, 120, 195};
-inline constexpr TwipRect lblWeight{1335, 240, 120, 195};
-inline constexpr TwipRect lblUnitName{0, 0, 3900, 195};
-inline constexpr TwipRect lblNumbers{2280, 780, 1290, 195};
-inline constexpr TwipRect imgUnit{120, 240, 1080, 1080};
-inline constexpr TwipRect Line1{0, 1320, 3840, 0};
-inline constexpr TwipRect sldPriority{1200, 480, 2655, 255};
-inline constexpr TwipRect sldNumbers{1200, 1035, 2655, 255};
-} // namespace CardDesign
-
-// The controls that the card's layout moves.
-struct CardLayout {
-    TwipRect lblExclude = CardDesign::lblExclude;
-    TwipRect Frame1 = CardDesign::Frame1;
-    TwipRect lblUnitName = CardDesign::lblUnitName;
-    TwipRect lblPriority = CardDesign::lblPriority;
-    TwipRect lblNumbers = CardDesign::lblNumbers;
-    TwipRect sldPriority = CardDesign::sldPriority;
-    TwipRect sldNumbers = CardDesign::sldNumbers;
-};
-
-// Where the excluded notice goes for a card of this inner size.
-TwipRect ExcludedNoticePlace(int innerWidth, int innerHeight, TwipRect notice);
-// The card's layout for this inner size; a step whose result would be a
-// negative width keeps the previous value (the step is skipped).
-CardLayout LayOutCard(int innerWidth, int innerHeight, CardLayout previous = {});
+// Compares without letter case, runs of digits by their number: "Unit 2"
+// before "Unit 10", "Peewee" before "Peewee Vulcan". Negative, 0, positive.
+int NaturalCompare(std::string_view a, std::string_view b);
+// By name, then by UnitName, each in natural order without case.
+bool UnitOrderLess(const vtUnit& a, const vtUnit& b);
 
 } // namespace vantrel

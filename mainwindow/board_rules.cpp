@@ -20,69 +20,51 @@ std::string_view KeywordsForMenuCaption(std::string_view menuCaption) {
     return {};
 }
 
-std::string SortEntry(const vtUnit& unit, int unitIndex) {
-    return ProperCase(unit.Side) + " " + ProperCase(unit.Name) + ";" + std::to_string(unitIndex);
+std::string WithMnemonic(std::string_view caption, std::string& taken) {
+    std::string text;
+    bool marked = false;
+    for (char c : caption) {
+        const char upper = UpperChar(c);
+        const bool letter = (upper >= 'A' && upper <= 'Z') || (upper >= '0' && upper <= '9');
+        if (!marked && letter && taken.find(upper) == std::string::npos) {
+            text += '&';
+            taken += upper;
+            marked = true;
+        }
+        text += c;
+        if (c == '&') text += '&';
+    }
+    return text;
 }
 
-int EntryUnitIndex(std::string_view entry) {
-    auto semi = entry.find(';');
-    if (semi == std::string_view::npos) return 0;
-    std::string_view digits = entry.substr(semi + 1);
-    int value = 0;
-    auto res = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-    return res.ec == std::errc{} ? value : 0;
-}
-
-std::vector<SortedEntry> CollectCandidates(const Definitions& defs, std::string_view keywords) {
-    struct Keyed {
-        std::string key;
-        SortedEntry entry;
-    };
-    std::vector<Keyed> list;
+std::vector<int> CollectCandidates(const Definitions& defs, std::string_view keywords,
+                                   std::string_view side) {
+    std::vector<int> units;
     const int last = defs.Units.UBound();
     for (int i = 1; i <= last; ++i) {
         const vtUnit& unit = defs.Units[i];
-        if (!InCategory(unit.TEDClass, keywords)) continue;
-        std::string text = SortEntry(unit, i);
-        std::string key = LCase(text);
-        list.push_back({std::move(key), {std::move(text), i}});
+        if (InCategory(unit.TEDClass, keywords) && SameSide(unit.Side, side)) units.push_back(i);
     }
-    std::stable_sort(list.begin(), list.end(),
-                     [](const Keyed& a, const Keyed& b) { return a.key < b.key; });
-    std::vector<SortedEntry> out;
-    out.reserve(list.size());
-    for (Keyed& k : list)
-        out.push_back(std::move(k.entry));
-    return out;
+    std::stable_sort(units.begin(), units.end(), [&defs](int a, int b) {
+        return UnitOrderLess(defs.Units[a], defs.Units[b]);
+    });
+    return units;
 }
 
-std::int32_t LaidOutBoardTop(int cardCount) {
-    return static_cast<std::int32_t>(cardCount) * BoardDesign::LayoutRowPitch;
-}
-
-ScrollSettings BoardScroll(std::int32_t boardTop, int innerHeight, int bannerHeight) {
-    ScrollSettings s;
-    s.CardAreaHeight = 2 * boardTop;
-    s.Min = -bannerHeight;
-    s.Value = s.Min;
-    s.Enabled = boardTop > innerHeight - bannerHeight;
-    s.Max = s.Enabled ? boardTop - (innerHeight - bannerHeight) : s.Min;
-    return s;
-}
-
-int CardAreaTop(int scrollValue, int bannerHeight) {
-    return scrollValue == 0 ? -bannerHeight : -scrollValue;
-}
-
-int ScrollShowingRow(int row, int value, const ScrollSettings& scroll, int innerHeight,
-                     int bannerHeight) {
-    const int pitch = BoardDesign::LayoutRowPitch;
-    const int top = CardAreaTop(value, bannerHeight) + row * pitch; // in the window
-    if (top < bannerHeight)
-        value = row * pitch - bannerHeight;
-    else if (top + pitch > innerHeight) // a card taller than the window shows its top
-        value = std::min((row + 1) * pitch - innerHeight, row * pitch - bannerHeight);
-    return std::clamp(value, scroll.Min, std::max(scroll.Min, scroll.Max));
+std::vector<std::string> BoardTitles(const Definitions& defs, const std::vector<int>& units) {
+    // In board order, units of one name (without case) are neighbours.
+    std::vector<std::string> titles(units.size());
+    auto sameName = [&](std::size_t a, std::size_t b) {
+        return b < units.size() &&
+               NaturalCompare(defs.Units[units[a]].Name, defs.Units[units[b]].Name) == 0 &&
+               defs.Units[units[a]].Name.size() == defs.Units[units[b]].Name.size();
+    };
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        const vtUnit& unit = defs.Units[units[i]];
+        const bool shared = sameName(i, i + 1) || (i > 0 && sameName(i, i - 1));
+        titles[i] = shared ? unit.Name + " (" + unit.UnitName + ")" : unit.Name;
+    }
+    return titles;
 }
 
 int StepRow(int row, CardStep step, int count) {
@@ -104,19 +86,25 @@ int StepRow(int row, CardStep step, int count) {
     return std::clamp(row, 0, count - 1);
 }
 
-RowSpan VisibleRows(int viewTop, int viewHeight, int pitch, int count, int areaHeight) {
+RowSpan VisibleRows(int viewTop, int viewHeight, int pitch, int count) {
     RowSpan span;
     if (pitch <= 0 || count <= 0 || viewHeight <= 0) return span;
-    long long top = std::max(viewTop, 0);
-    long long bottom = std::min<long long>(static_cast<long long>(viewTop) + viewHeight,
-                                           areaHeight); // exclusive
+    const long long top = std::max(viewTop, 0);
+    const long long bottom = static_cast<long long>(viewTop) + viewHeight; // exclusive
     if (bottom <= top) return span;
-    long long first = top / pitch;
-    long long last = (bottom - 1) / pitch;
+    const long long first = top / pitch;
     if (first >= count) return span;
     span.first = static_cast<int>(first);
-    span.last = static_cast<int>(std::min<long long>(last, count - 1));
+    span.last = static_cast<int>(std::min<long long>((bottom - 1) / pitch, count - 1));
     return span;
+}
+
+int ScrollShowingRow(int row, int value, int pitch, int viewHeight) {
+    const long long top = static_cast<long long>(row) * pitch;
+    if (top < value) return static_cast<int>(top);
+    if (top + pitch > static_cast<long long>(value) + viewHeight)
+        return static_cast<int>(std::min(top + pitch - viewHeight, top));
+    return value;
 }
 
 namespace {
@@ -197,38 +185,28 @@ bool ResourceGuard::Check(ResourceGauge& gauge, Messages& messages) {
 }
 
 BoardBuild BuildBoard(Definitions& defs, std::string_view menuCaption, Messages& messages,
-                      Progress& progress, ResourceGauge& gauge, bool askAll) {
+                      Progress& progress, ResourceGauge& gauge) {
     BoardBuild build;
     std::string_view keywords = KeywordsForMenuCaption(menuCaption);
-    if (askAll && menuCaption == AllCaption &&
-        messages.Show(std::string(AllQuestion), std::string(ProgramTitle), MsgButtons::YesNo,
-                      MsgIcon::Question) != MsgAnswer::Yes) {
-        build.declined = true;
-        return build;
-    }
     progress.SetStatus(std::string(GettingUnitsStatus));
     progress.Show();
-    progress.SetMaximum(defs.Units.UBound());
+    const std::vector<int> list = CollectCandidates(defs, keywords, defs.CurrentSide);
+    progress.SetMaximum(static_cast<int>(list.size()));
     progress.SetValue(0);
-
-    std::vector<SortedEntry> list = CollectCandidates(defs, keywords);
     ResourceGuard guard;
     // The progress form is repainted at most once a frame: repainting it for
     // every one of thousands of entries would cost more than the build.
     using Steady = std::chrono::steady_clock;
     auto lastRepaint = Steady::now() - std::chrono::seconds(1);
     try {
-        for (const SortedEntry& entry : list) {
+        build.unitIndices.reserve(list.size());
+        for (int index : list) {
             if (!guard.Check(gauge, messages)) {
                 progress.ProcessEvents();
                 build.stoppedEarly = true;
                 break;
             }
-            int index = EntryUnitIndex(entry.text);
-            if (SameSide(defs.Units[index].Side, defs.CurrentSide)) {
-                build.unitIndices.push_back(index);
-                defs.BoardTop += BoardDesign::BuildRowPitch;
-            }
+            build.unitIndices.push_back(index);
             progress.AddValue(1);
             if (Steady::now() - lastRepaint >= std::chrono::milliseconds(16)) {
                 progress.Repaint();

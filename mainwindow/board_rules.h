@@ -1,5 +1,5 @@
-// The unit board's rules without widgets: which units get a card and in what
-// order, the geometry in twips (rows, scroll range), and the resource guard.
+// The unit board's rules without widgets: which units get a card, in what
+// order and under which titles, which rows are in view, and the resource guard.
 #pragma once
 
 #include "base/ports.h"
@@ -17,9 +17,6 @@
 namespace vantrel {
 
 inline constexpr std::string_view AllCaption = "&All";
-inline constexpr std::string_view AllQuestion =
-    "This process may take a few minutes to complete and may cause your system to not respond "
-    "temporarily.\r\n\r\nContinue?";
 inline constexpr std::string_view GettingUnitsStatus = "Getting units...";
 inline constexpr std::string_view ResourcesQuestion =
     "Not all units have been loaded due to decrease in available resources.\r\n\r\n"
@@ -32,69 +29,37 @@ inline constexpr std::string_view ProgramTitle = "Vantrel";
 // Keyword list of a Type-menu caption ("&Kbots" gives "KBOT"; unknown: "").
 std::string_view KeywordsForMenuCaption(std::string_view menuCaption);
 
-// One entry of the sort list: "Arm Flash;12".
-std::string SortEntry(const vtUnit& unit, int unitIndex);
-// The unit index after the entry's first ";" (0 when there is none).
-int EntryUnitIndex(std::string_view entry);
+// A menu caption with an access key: the first letter of `caption` not yet
+// in `taken` (without case) is marked and added to `taken`; a caption with
+// no free letter gets none. A '&' of the caption is doubled.
+std::string WithMnemonic(std::string_view caption, std::string& taken);
 
-struct SortedEntry {
-    std::string text;
-    int unitIndex = 0;
-};
-// Every unit whose TEDClass occurs in `keywords` (all sides), in ascending
-// text order of the entries ignoring letter case.
-std::vector<SortedEntry> CollectCandidates(const Definitions& defs, std::string_view keywords);
+// Every unit of `side` (any case) whose TEDClass occurs in `keywords`, in
+// board order (UnitOrderLess, then catalogue order).
+std::vector<int> CollectCandidates(const Definitions& defs, std::string_view keywords,
+                                   std::string_view side);
 
-// ---------------------------------------------------------------------------
-// Geometry (twips)
-// ---------------------------------------------------------------------------
-namespace BoardDesign {
-inline constexpr int BannerHeight = 255;    // picBorder
-inline constexpr int ScrollBarWidth = 255;  // Vscroll1
-inline constexpr int BuildRowPitch = 1365;  // a card while the board is being built
-inline constexpr int LayoutRowPitch = 1350; // after every layout pass
-inline constexpr int ScrollLargeChange = 1365;
-inline constexpr int ScrollSmallChange = 136;
-inline constexpr int ScrollMin = -255;
-inline constexpr int StartCardAreaTop = 255;
-} // namespace BoardDesign
-
-// BoardTop after a layout pass over `cardCount` cards.
-std::int32_t LaidOutBoardTop(int cardCount);
-
-struct ScrollSettings {
-    int Min = 0;
-    int Max = 0;
-    int Value = 0;
-    bool Enabled = false;
-    int CardAreaHeight = 0;
-};
-// The scroll bar and card area for a board `boardTop` high (all its rows) in
-// a window `innerHeight` high whose banner is `bannerHeight` high. Value is
-// the start (the first card right below the banner). A board that fits below
-// the banner, an empty one too, has no range: Max = Min, bar disabled.
-ScrollSettings BoardScroll(std::int32_t boardTop, int innerHeight,
-                           int bannerHeight = BoardDesign::BannerHeight);
-// Top of the card area for a scroll bar value (0 shows at -bannerHeight).
-int CardAreaTop(int scrollValue, int bannerHeight = BoardDesign::BannerHeight);
-// The scroll value nearest to `value` (within `scroll`'s range) that shows
-// the whole of `row` between the banner and the bottom of the window.
-int ScrollShowingRow(int row, int value, const ScrollSettings& scroll, int innerHeight,
-                     int bannerHeight = BoardDesign::BannerHeight);
+// The cards' titles for a board of these units: the name, and where two
+// units of the board share a name (without case), the name and UnitName
+// ("Commander (ARMCOM2)").
+std::vector<std::string> BoardTitles(const Definitions& defs, const std::vector<int>& units);
 
 // The row a step from `row` leads to on a board of `count` rows (kept on the
 // board; -1 when the board is empty).
 int StepRow(int row, CardStep step, int count);
 
-// Rows of the card area (pitch `pitch`, `count` rows, area `areaHeight`
-// high) that meet the window [viewTop, viewTop + viewHeight) measured in the
-// card area's own coordinates. first > last when none.
+// Rows of a board of `count` rows, `pitch` pixels each, that meet the view
+// [viewTop, viewTop + viewHeight). first > last when none.
 struct RowSpan {
     int first = 0;
     int last = -1;
     bool Contains(int row) const { return row >= first && row <= last; }
 };
-RowSpan VisibleRows(int viewTop, int viewHeight, int pitch, int count, int areaHeight);
+RowSpan VisibleRows(int viewTop, int viewHeight, int pitch, int count);
+
+// The scroll value nearest to `value` that shows the whole of `row` in a
+// view `viewHeight` high (a row taller than the view shows its top).
+int ScrollShowingRow(int row, int value, int pitch, int viewHeight);
 
 // ---------------------------------------------------------------------------
 // Resource guard
@@ -146,18 +111,15 @@ class ResourceGuard {
 // ---------------------------------------------------------------------------
 struct BoardBuild {
     std::vector<int> unitIndices; // one per card, in board order
-    bool declined = false;        // "&All" answered No: nothing else happened
     bool stoppedEarly = false;    // resource guard or out of memory
 };
 
-// Asks the "&All" question (unless `askAll` is false: the player already
-// answered it for this board), shows the progress form, collects and sorts
-// the candidates, and takes every candidate of defs.CurrentSide (any case)
-// in list order. Showing a unit never writes it: the units and Changed stay
-// as they are. BoardTop grows by one build row per card. Stopping early
-// closes the progress form and shows the "not enough resources" message; the
-// caller finishes the board either way.
+// Shows the progress form, collects and sorts the candidates of
+// defs.CurrentSide and takes them in board order. Showing a unit never writes
+// it: the units and Changed stay as they are. Stopping early closes the
+// progress form and shows the "not enough resources" message; the caller
+// finishes the board either way.
 BoardBuild BuildBoard(Definitions& defs, std::string_view menuCaption, Messages& messages,
-                      Progress& progress, ResourceGauge& gauge, bool askAll = true);
+                      Progress& progress, ResourceGauge& gauge);
 
 } // namespace vantrel

@@ -36,7 +36,7 @@
 namespace vantrel {
 
 namespace {
-constexpr int BannerHeight = 20; // pixels (255 twips at 96 dpi, with room for the bold font)
+constexpr int BannerHeight = 20; // pixels, with room for the bold font
 
 class SilentMessages : public Messages {
   public:
@@ -72,9 +72,8 @@ frmMain::frmMain(Definitions& defs, MainWindowPorts ports, QWidget* parent)
     layout->setSpacing(0);
     BuildBanner();
     board = new UnitBoard(defs_, ports_.messages, ports_.progress, central);
+    layout->addWidget(picBorder);
     layout->addWidget(board, 1);
-    // The board's layout pass places the banner across its top, above the cards.
-    board->SetBanner(picBorder);
     // Unit pictures come from the Units folder through the decoder's cache.
     board->pictureLoader = [this](const std::string& fileName) {
         return UnitPicture(fileName, ports_.messages);
@@ -82,10 +81,8 @@ frmMain::frmMain(Definitions& defs, MainWindowPorts ports, QWidget* parent)
     setCentralWidget(central);
 
     // One history of value edits for the board and the table.
-    history_ = new EditHistory(defs_, this);
-    board->valueCommitted = [this](int unitIndex, UnitField field, double before) {
-        history_->RecordEdit(unitIndex, field, before);
-    };
+    history_ = new EditHistory(defs_, ports_.clock, this);
+    connect(board, &UnitBoard::valueCommitted, history_, &EditHistory::RecordEdit);
     connect(history_, &EditHistory::valuesChanged, board, &UnitBoard::RefreshValues);
 
     settings_ = new frmSettings(defs_, this);
@@ -240,8 +237,9 @@ void frmMain::BuildMenus() {
     mnuSide = bar->addMenu("&Side");
     mnuSide->setObjectName("mnuSide");
     mnuSideOptionA.push_back(nullptr); // the array starts at 1
-    AddArrayItem(mnuSide, "mnuSideOptionA", "Arm", mnuSideOptionA, &frmMain::mnuSideOptionA_Click);
-    AddArrayItem(mnuSide, "mnuSideOptionA", "Core", mnuSideOptionA, &frmMain::mnuSideOptionA_Click);
+    for (const char* side : {"Arm", "Core"})
+        AddArrayItem(mnuSide, "mnuSideOptionA", side, mnuSideOptionA,
+                     &frmMain::mnuSideOptionA_Click);
     mnuSideOptionA.push_back(AddSeparator(mnuSide, "mnuSideOptionA"));
     AddArrayItem(mnuSide, "mnuSideOption", "&Units", mnuSideOption, &frmMain::mnuSideOption_Click)
         ->setVisible(false);
@@ -249,8 +247,10 @@ void frmMain::BuildMenus() {
     mnuType = bar->addMenu("&Type");
     mnuType->setObjectName("mnuType");
     for (std::size_t c = 0; c < Categories.size(); ++c) {
-        AddArrayItem(mnuType, "mnuTypes", QtText(std::string(Categories[c].MenuCaption)), mnuTypes,
-                     &frmMain::mnuTypes_Click);
+        QAction* item = AddArrayItem(mnuType, "mnuTypes",
+                                     QtText(std::string(Categories[c].MenuCaption)), mnuTypes,
+                                     &frmMain::mnuTypes_Click);
+        if (c == 0) item->setText(QStringLiteral("A&ll")); // "&Aircraft" has the A
         if (c == 0) mnuTypes.push_back(AddSeparator(mnuType, "mnuTypes"));
     }
 
@@ -271,6 +271,11 @@ void frmMain::Load() {
         item->setData(text);
         item->setVisible(true);
     }
+    // Every side a letter of its own, where its name has one left.
+    std::string taken;
+    for (QAction* item : mnuSide->actions())
+        if (!item->isSeparator() && item->isVisible())
+            item->setText(QtText(WithMnemonic(StdText(item->data().toString()), taken)));
     defs_.CurrentSide = UCase(StdText(ItemCaption(mnuSideOptionA[1])));
     mnuSideOptionA[1]->setChecked(true);
     // The window is placed before it is shown, so the Settings dialog that
@@ -281,11 +286,6 @@ void frmMain::Load() {
     ShowSettings(false);
 }
 
-void frmMain::ResizeMe() {
-    if (isMinimized()) return;
-    board->ResizeMe();
-}
-
 // ---------------------------------------------------------------------------
 // Type and Side menus
 // ---------------------------------------------------------------------------
@@ -294,7 +294,6 @@ void frmMain::mnuTypes_Click(int index) {
 }
 
 void frmMain::ChooseType(int index, bool refresh) {
-    defs_.BoardTop = 0;
     if (index < 0 || index >= static_cast<int>(mnuTypes.size()) || mnuTypes[index]->isSeparator())
         return;
     QAction* chosen = mnuTypes[static_cast<std::size_t>(index)];
@@ -302,10 +301,8 @@ void frmMain::ChooseType(int index, bool refresh) {
     for (QAction* item : mnuTypes)
         item->setChecked(false);
     chosen->setChecked(true);
-    QApplication::setOverrideCursor(Qt::WaitCursor);
     board->BuildForCategory(StdText(ItemCaption(chosen)),
                             refresh ? UnitBoard::Build::Refresh : UnitBoard::Build::Choice);
-    QApplication::restoreOverrideCursor();
     BoardChoiceChanged();
 }
 
@@ -369,7 +366,7 @@ void frmMain::SetInUse(bool inUse) {
     centralWidget()->setEnabled(inUse);
     if (inUse) {
         activateWindow();
-        setFocus();
+        board->FocusActiveCard(); // the keys go on to the card the player was at
     }
 }
 
@@ -526,12 +523,13 @@ void frmMain::mnuViewTable_Click() {
         table_->mnuEdit->insertActions(first, {mnuEditUndo, mnuEditRedo});
         table_->mnuEdit->insertSeparator(first);
         BoardChoiceChanged();
-        // Beside the main window where the screen has room, else overlapping its right part.
         const QRect screen = this->screen()->availableGeometry();
-        const QRect main = frameGeometry();
-        table_->move(std::max(screen.left(), std::min(main.right() + 1,
-                                                      screen.right() - table_->width())),
-                     main.top());
+        table_->resize(table_->size().boundedTo(screen.size() - QSize(16, 48)));
+        QRect card = board->rect();
+        if (frmUnit* active = board->CardAt(board->ActiveRow()))
+            card = QRect(active->mapToGlobal(QPoint(0, 0)), active->size());
+        table_->move(frmTable::Placement(screen, frameGeometry(),
+                                         table_->size() + QSize(16, 48), card));
     }
     table_->ShowWithFocus();
 }

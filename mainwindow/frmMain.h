@@ -46,8 +46,6 @@ class frmMain : public QMainWindow, public MainWindowHooks {
 
     // Form load: Side menu, current side, show the window, then the Settings dialog.
     void Load();
-    // The layout of banner, scroll bar and cards.
-    void ResizeMe();
 
     // Dialogs written elsewhere; each is shown modally and reports through
     // DialogOK. Until they are set they answer Cancel (DialogOK false).
@@ -84,7 +82,7 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     QWidget* picBorder = nullptr;
     QLabel* lblAIName = nullptr;
     QLabel* lblStatus = nullptr; // in the status bar: what the last file command did
-    UnitBoard* board = nullptr;  // holds picScreen and Vscroll1
+    UnitBoard* board = nullptr;
 
     QMenu* mnuFile = nullptr;
     QAction* mnuFileNew = nullptr;

@@ -34,6 +34,8 @@ class ValueDelegate : public QStyledItemDelegate {
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                           const QModelIndex& index) const override {
         QWidget* editor = QStyledItemDelegate::createEditor(parent, option, index);
+        // The editor covers the cell's own text: only the value being edited shows.
+        editor->setAutoFillBackground(true);
         if (auto* weight = qobject_cast<QDoubleSpinBox*>(editor)) {
             weight->setDecimals(2);
             weight->setRange(0, defs_.Option(optWeightMax));
@@ -76,7 +78,7 @@ frmTable::frmTable(Definitions& defs, EditHistory& history, QWidget* parent)
 
     txtFilter = new QLineEdit(this);
     txtFilter->setObjectName("txtFilter");
-    txtFilter->setPlaceholderText("Name, UnitName, Side or class");
+    txtFilter->setPlaceholderText("Name, UnitName, Side, class or category");
     txtFilter->setClearButtonEnabled(true);
     txtFilter->installEventFilter(this);
     chkBoard = new QCheckBox("Only the board's side and type", this);
@@ -84,6 +86,7 @@ frmTable::frmTable(Definitions& defs, EditHistory& history, QWidget* parent)
 
     tblUnits = new QTableView(this);
     tblUnits->setObjectName("tblUnits");
+    tblUnits->setAccessibleName("Units");
     tblUnits->setModel(proxy_);
     tblUnits->setItemDelegate(new ValueDelegate(defs_, tblUnits));
     tblUnits->setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -113,6 +116,8 @@ frmTable::frmTable(Definitions& defs, EditHistory& history, QWidget* parent)
     cmdInclude = button("cmdInclude", "&Include");
     cmdExclude = button("cmdExclude", "E&xclude");
 
+    lblCount = new QLabel(this);
+    lblCount->setObjectName("lblCount");
     auto* filterRow = new QHBoxLayout;
     auto* filterLabel = new QLabel("&Filter:", this);
     filterLabel->setBuddy(txtFilter);
@@ -123,6 +128,7 @@ frmTable::frmTable(Definitions& defs, EditHistory& history, QWidget* parent)
     for (QPushButton* b : {cmdWeight, cmdLimit, cmdInclude, cmdExclude})
         buttonRow->addWidget(b);
     buttonRow->addStretch(1);
+    buttonRow->addWidget(lblCount);
     auto* layout = new QVBoxLayout(this);
     auto* bar = new QMenuBar(this);
     layout->setMenuBar(bar);
@@ -140,14 +146,30 @@ frmTable::frmTable(Definitions& defs, EditHistory& history, QWidget* parent)
     actSetLimit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_L));
     actInclude = mnuEdit->addAction("&Include");
     actExclude = mnuEdit->addAction("E&xclude");
+    mnuEdit->addSeparator();
+    // Ctrl+A selects the rows; in the filter box it selects the box's text
+    // (the box takes its standard keys before the window's shortcuts).
+    actSelectAll = mnuEdit->addAction("Select &All");
+    actSelectAll->setShortcut(QKeySequence::SelectAll);
 
     askValue = [this](const QString& title, const QString& prompt, double start, double max,
                       int decimals) -> std::optional<double> {
-        bool ok = false;
-        double value =
-            QInputDialog::getDouble(this, title, prompt, start, 0, max, decimals, &ok);
-        if (!ok) return std::nullopt;
-        return value;
+        QInputDialog dialog(this);
+        dialog.setWindowTitle(title);
+        dialog.setLabelText(prompt);
+        dialog.setInputMode(QInputDialog::DoubleInput);
+        dialog.setDoubleRange(0, max);
+        dialog.setDoubleDecimals(decimals);
+        dialog.setDoubleValue(start);
+        if (auto* box = dialog.findChild<QDoubleSpinBox*>()) box->setAccessibleName(title);
+        // Wide enough for the whole title beside the window's buttons (the
+        // dialog's layout sizes it to its contents, so the prompt is widened).
+        QFont titleFont = dialog.font();
+        titleFont.setBold(true);
+        if (auto* prompt = dialog.findChild<QLabel*>())
+            prompt->setMinimumWidth(QFontMetrics(titleFont).horizontalAdvance(title) + 140);
+        if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+        return dialog.doubleValue();
     };
 
     connect(txtFilter, &QLineEdit::textChanged, this,
@@ -163,6 +185,12 @@ frmTable::frmTable(Definitions& defs, EditHistory& history, QWidget* parent)
     connect(actExclude, &QAction::triggered, this, [this] { IncludeSelected(false); });
     connect(cmdInclude, &QPushButton::clicked, actInclude, &QAction::trigger);
     connect(cmdExclude, &QPushButton::clicked, actExclude, &QAction::trigger);
+    connect(actSelectAll, &QAction::triggered, tblUnits, &QTableView::selectAll);
+    for (auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+        connect(proxy_, signal, this, &frmTable::ShowCount);
+    connect(proxy_, &QAbstractItemModel::modelReset, this, &frmTable::ShowCount);
+    connect(proxy_, &QAbstractItemModel::layoutChanged, this, &frmTable::ShowCount);
+    ShowCount();
 }
 
 void frmTable::ShowWithFocus() {
@@ -181,6 +209,28 @@ void frmTable::SetBoardChoice(const std::string& side, const std::string& keywor
 
 void frmTable::ApplyBoardFilter() {
     proxy_->SetBoardFilter(chkBoard->isChecked(), side_, keywords_);
+}
+
+void frmTable::ShowCount() {
+    lblCount->setText(QString("%1 of %2 units").arg(proxy_->rowCount()).arg(model_->rowCount()));
+}
+
+QPoint frmTable::Placement(const QRect& screen, const QRect& main, const QSize& table,
+                           const QRect& keepVisible) {
+    const int top = std::clamp(main.top(), screen.top(),
+                               std::max(screen.top(), screen.bottom() + 1 - table.height()));
+    if (screen.right() - main.right() >= table.width()) return {main.right() + 1, top};
+    if (main.left() - screen.left() >= table.width()) return {main.left() - table.width(), top};
+    // No room beside: cascaded over the main window, above or below the
+    // part to keep in view, wherever there is more room.
+    const int x = std::clamp(main.left() + 32, screen.left(),
+                             std::max(screen.left(), screen.right() + 1 - table.width()));
+    const int below = screen.bottom() - keepVisible.bottom();
+    const int above = keepVisible.top() - screen.top();
+    if (below >= table.height() || below >= above)
+        return {x, std::min(keepVisible.bottom() + 1,
+                            std::max(screen.top(), screen.bottom() + 1 - table.height()))};
+    return {x, std::max(screen.top(), keepVisible.top() - table.height())};
 }
 
 std::vector<int> frmTable::SelectedUnits() const {
@@ -214,16 +264,11 @@ void frmTable::IncludeSelected(bool include) {
 bool frmTable::eventFilter(QObject* watched, QEvent* event) {
     if (watched != txtFilter) return QWidget::eventFilter(watched, event);
     auto* key = static_cast<QKeyEvent*>(event);
-    // In the filter box Ctrl+A selects the rows shown, and Undo and Redo are
-    // the program's, not the box's own.
+    // In the filter box Undo and Redo are the program's, not the box's own.
     if (event->type() == QEvent::ShortcutOverride &&
         (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo) ||
          key->keyCombination() == QKeyCombination(Qt::CTRL | Qt::Key_Y)))
         return true; // not accepted: the shortcut runs
-    if (event->type() == QEvent::KeyPress && key->matches(QKeySequence::SelectAll)) {
-        tblUnits->selectAll();
-        return true;
-    }
     if (event->type() == QEvent::KeyPress &&
         (key->key() == Qt::Key_Down || key->key() == Qt::Key_PageDown)) {
         tblUnits->setFocus(Qt::TabFocusReason);

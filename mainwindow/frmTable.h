@@ -6,6 +6,7 @@
 
 #include "catalogue/definitions.h"
 
+#include <QRect>
 #include <QWidget>
 
 #include <functional>
@@ -15,6 +16,7 @@
 
 class QAction;
 class QCheckBox;
+class QLabel;
 class QLineEdit;
 class QMenu;
 class QPushButton;
@@ -42,6 +44,12 @@ class frmTable : public QWidget {
     // Includes (or excludes) every selected unit as one edit.
     void IncludeSelected(bool include);
 
+    // Where the table's window goes (its frame's top left): beside the main
+    // window where the screen has room, else cascaded over it so that
+    // `keepVisible` (the board's active card) stays in view where it can.
+    static QPoint Placement(const QRect& screen, const QRect& main, const QSize& table,
+                            const QRect& keepVisible);
+
     UnitTableModel& Model() { return *model_; }
     UnitFilterProxy& Proxy() { return *proxy_; }
 
@@ -64,12 +72,15 @@ class frmTable : public QWidget {
     QAction* actSetLimit = nullptr;
     QAction* actInclude = nullptr;
     QAction* actExclude = nullptr;
+    QAction* actSelectAll = nullptr;
+    QLabel* lblCount = nullptr; // "128 of 425 units"
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     void ApplyBoardFilter();
+    void ShowCount();
 
     Definitions& defs_;
     EditHistory& history_;

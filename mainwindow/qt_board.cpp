@@ -2,9 +2,7 @@
 
 #include <QApplication>
 #include <QScrollBar>
-#include <QSignalBlocker>
-#include <QWheelEvent>
-#include <QWindow>
+#include <QSlider>
 
 namespace vantrel {
 
@@ -19,48 +17,46 @@ int WidgetsFreePercent() {
     return static_cast<int>(100 - live * 100 / WidgetBudget);
 }
 
+// Busy pointer for the lifetime of the object.
+struct BusyPointer {
+    BusyPointer() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~BusyPointer() { QApplication::restoreOverrideCursor(); }
+    BusyPointer(const BusyPointer&) = delete;
+    BusyPointer& operator=(const BusyPointer&) = delete;
+};
+
 } // namespace
 
 UnitBoard::UnitBoard(Definitions& defs, Messages& messages, Progress& progress, QWidget* parent)
-    : QWidget(parent), defs_(defs), messages_(messages), progress_(progress) {
+    : QAbstractScrollArea(parent), defs_(defs), messages_(messages), progress_(progress) {
     setObjectName("UnitBoard");
+    setAccessibleName("Unit board");
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::StrongFocus);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    verticalScrollBar()->setObjectName("Vscroll1");
+    verticalScrollBar()->setAccessibleName("Scroll the unit board");
     systemGauge_.graphics = &WidgetsFreePercent;
-    picScreen = new QWidget(this);
-    picScreen->setObjectName("picScreen");
-    picScreen->setGeometry(0, TwipsToPixels(BoardDesign::StartCardAreaTop), 0, 0);
-    Vscroll1 = new QScrollBar(Qt::Vertical, this);
-    Vscroll1->setObjectName("Vscroll1");
-    Vscroll1->setPageStep(BoardDesign::ScrollLargeChange);
-    Vscroll1->setSingleStep(BoardDesign::ScrollSmallChange);
-    Vscroll1->setEnabled(false);
-    // Value changes and thumb drags both arrive here (tracking is on).
-    connect(Vscroll1, &QScrollBar::valueChanged, this, &UnitBoard::OnScroll);
+    // Every card has the same rows, so one card's size is every row's, and
+    // its narrowest size is the board's.
+    frmUnit probe(defs_);
+    pitch_ = probe.sizeHint().height();
+    setMinimumWidth(probe.minimumSizeHint().width() +
+                    verticalScrollBar()->sizeHint().width());
+    // The row of the card that has the focus is the active one; it stays so
+    // while a dialog or another window has the focus.
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        if (!now || !viewport()->isAncestorOf(now)) return;
+        for (const auto& [row, card] : bound_)
+            if (card->Contains(now)) activeRow_ = row;
+    });
 }
 
 UnitBoard::~UnitBoard() = default;
 
-void UnitBoard::SetBanner(QWidget* picBorder) {
-    banner_ = picBorder;
-    if (banner_) {
-        banner_->setParent(this);
-        banner_->raise();
-        banner_->show();
-    }
-}
-
 void UnitBoard::SetResourceGauge(ResourceGauge* gauge) {
     gauge_ = gauge ? gauge : &systemGauge_;
-}
-
-int UnitBoard::InnerWidth() const {
-    return PixelsToTwips(width());
-}
-int UnitBoard::InnerHeight() const {
-    return PixelsToTwips(height());
-}
-// The banner's real height: the first card starts right below it.
-int UnitBoard::BannerHeight() const {
-    return banner_ ? PixelsToTwips(banner_->height()) : BoardDesign::BannerHeight;
 }
 
 int UnitBoard::CardCount() const {
@@ -77,58 +73,29 @@ frmUnit* UnitBoard::CardAt(int row) const {
     return it == bound_.end() ? nullptr : it->second;
 }
 
-std::vector<int> UnitBoard::RowsWithCards() const {
-    std::vector<int> rows;
-    for (const auto& [row, card] : bound_)
-        rows.push_back(row);
-    return rows;
+int UnitBoard::ActiveRow() const {
+    return activeRow_;
 }
 
 void UnitBoard::BuildForCategory(const std::string& menuCaption, Build kind) {
-    defs_.BoardTop = 0;
-    picScreen->move(0, TwipsToPixels(BannerHeight()));
-    QApplication::setOverrideCursor(Qt::WaitCursor);
+    BusyPointer busy;
+    const int keepUnit = kind == Build::Refresh ? UnitIndexAt(activeRow_) : 0;
+    const int keepScroll = kind == Build::Refresh ? verticalScrollBar()->value() : 0;
     Clear();
-    const bool keepDeclined = kind == Build::Refresh && declined_ && menuCaption == AllCaption;
-    BoardBuild build;
-    if (!keepDeclined)
-        build =
-            BuildBoard(defs_, menuCaption, messages_, progress_, *gauge_, kind == Build::Choice);
-    declined_ = keepDeclined || build.declined;
-    if (declined_) {
-        ResizeMe();
-        QApplication::restoreOverrideCursor();
-        return;
-    }
+    BoardBuild build = BuildBoard(defs_, menuCaption, messages_, progress_, *gauge_);
     entries_ = std::move(build.unitIndices);
-    views_.assign(entries_.size(), frmUnit::View{});
-    Finish();
-}
-
-void UnitBoard::Finish() {
-    ResizeMe();
-    shown_ = true;
-    RefreshCards();
-    if (CardCount() > 0) FocusRow(0);
-    QApplication::restoreOverrideCursor();
+    titles_ = BoardTitles(defs_, entries_);
     progress_.Close();
     progress_.ProcessEvents();
-    UpdateScroll(true);
-    if (CardCount() > 0) FocusRow(0);
-    progress_.ProcessEvents();
-}
-
-void UnitBoard::UpdateScroll(bool toStart) {
-    ScrollSettings scroll = BoardScroll(defs_.BoardTop, InnerHeight(), BannerHeight());
-    picScreen->resize(picScreen->width(), TwipsToPixels(scroll.CardAreaHeight));
-    const int value = toStart ? scroll.Value : Vscroll1->value();
-    {
-        QSignalBlocker block(Vscroll1);
-        Vscroll1->setRange(scroll.Min, scroll.Max);
-        Vscroll1->setValue(std::clamp(value, scroll.Min, scroll.Max));
-    }
-    Vscroll1->setEnabled(scroll.Enabled);
-    OnScroll(Vscroll1->value());
+    UpdateScroll();
+    verticalScrollBar()->setValue(keepScroll);
+    RefreshCards();
+    if (CardCount() == 0) return;
+    auto kept = std::find(entries_.begin(), entries_.end(), keepUnit);
+    const int row = kept == entries_.end() ? 0 : static_cast<int>(kept - entries_.begin());
+    verticalScrollBar()->setValue(
+        ScrollShowingRow(row, verticalScrollBar()->value(), pitch_, viewport()->height()));
+    FocusRow(row, CardControl::First);
 }
 
 void UnitBoard::Clear() {
@@ -136,8 +103,8 @@ void UnitBoard::Clear() {
     // would otherwise write it into whatever the board shows next.
     for (auto& [row, card] : bound_)
         if (card->IsActive()) card->ShowValues();
-    if (QWidget* focus = QApplication::focusWidget(); focus && picScreen->isAncestorOf(focus))
-        focus->clearFocus();
+    if (QWidget* focus = QApplication::focusWidget(); focus && viewport()->isAncestorOf(focus))
+        setFocus(Qt::OtherFocusReason);
     while (!bound_.empty()) {
         auto last = std::prev(bound_.end());
         if (last->second->IsActive()) last->second->Deactivate();
@@ -145,84 +112,62 @@ void UnitBoard::Clear() {
         bound_.erase(last);
     }
     entries_.clear();
-    views_.clear();
-    shown_ = false;
+    titles_.clear();
+    activeRow_ = -1;
+    UpdateScroll();
 }
 
-void UnitBoard::ResizeMe() {
-    if (QWidget* w = window(); w && w->isMinimized()) return;
-    defs_.BoardTop = 0;
-    const int inner = InnerWidth();
-    const int scrollWidth = BoardDesign::ScrollBarWidth;
-    const int bannerHeight = BannerHeight();
-    Vscroll1->setGeometry(TwipsToPixels(inner - scrollWidth), TwipsToPixels(bannerHeight),
-                          TwipsToPixels(scrollWidth), TwipsToPixels(InnerHeight() - bannerHeight));
-    picScreen->setGeometry(0, picScreen->y(), std::max(0, TwipsToPixels(inner - scrollWidth)),
-                           picScreen->height());
-    if (banner_) banner_->setGeometry(0, 0, width(), banner_->height());
-    defs_.BoardTop = LaidOutBoardTop(CardCount());
-    for (const auto& [row, card] : bound_)
-        PlaceCard(row, card);
-    // The range follows the size (and the card count): the last card stays
+void UnitBoard::UpdateScroll() {
+    // The range follows the size and the card count: the last card stays
     // reachable and no blank area opens below it.
-    UpdateScroll(false);
+    QScrollBar* bar = verticalScrollBar();
+    const long long height = static_cast<long long>(CardCount()) * pitch_;
+    bar->setRange(0, static_cast<int>(std::max<long long>(0, height - viewport()->height())));
+    bar->setSingleStep(pitch_);
+    bar->setPageStep(std::max(1, viewport()->height()));
 }
 
-void UnitBoard::resizeEvent(QResizeEvent*) {
-    ResizeMe();
-}
-
-void UnitBoard::wheelEvent(QWheelEvent* event) {
-    // The wheel anywhere over the board scrolls it (a card's slider passes
-    // the wheel on itself, unless it is the active card's and has the focus).
-    QApplication::sendEvent(Vscroll1, event);
-}
-
-void UnitBoard::OnScroll(int value) {
-    picScreen->move(picScreen->x(), TwipsToPixels(CardAreaTop(value, BannerHeight())));
+void UnitBoard::resizeEvent(QResizeEvent* event) {
+    QAbstractScrollArea::resizeEvent(event);
+    UpdateScroll();
     RefreshCards();
 }
 
-int UnitBoard::ActiveRow() const {
-    for (const auto& [row, card] : bound_)
-        if (card->IsActive()) return row;
-    return -1;
+void UnitBoard::scrollContentsBy(int, int) {
+    RefreshCards();
 }
 
-void UnitBoard::StepTo(CardStep step) {
-    const int from = ActiveRow();
+void UnitBoard::focusInEvent(QFocusEvent* event) {
+    QAbstractScrollArea::focusInEvent(event);
+    FocusActiveCard();
+}
+
+void UnitBoard::FocusActiveCard() {
+    if (activeRow_ >= 0 && activeRow_ < CardCount()) FocusRow(activeRow_, CardControl::First);
+}
+
+void UnitBoard::StepTo(CardStep step, CardControl control) {
+    const int from = activeRow_;
     const int row = StepRow(from < 0 ? 0 : from, step, CardCount());
     if (row < 0) return;
-    // The same control of the new card takes the focus (a slider stays a
-    // slider), or the card itself.
-    QString control;
-    if (frmUnit* old = CardAt(from); old && old->Contains(QApplication::focusWidget()))
-        if (QApplication::focusWidget() != old) control = QApplication::focusWidget()->objectName();
-    ScrollSettings range{Vscroll1->minimum(), Vscroll1->maximum()};
-    Vscroll1->setValue(
-        ScrollShowingRow(row, Vscroll1->value(), range, InnerHeight(), BannerHeight()));
-    FocusRow(row);
-    frmUnit* card = CardAt(row);
-    if (QWidget* same = control.isEmpty() ? nullptr : card->findChild<QWidget*>(control);
-        same && same->isVisible())
-        same->setFocus(Qt::ShortcutFocusReason);
+    verticalScrollBar()->setValue(
+        ScrollShowingRow(row, verticalScrollBar()->value(), pitch_, viewport()->height()));
+    FocusRow(row, control);
 }
 
 void UnitBoard::PlaceCard(int row, frmUnit* card) {
-    const int pitch = TwipsToPixels(BoardDesign::LayoutRowPitch);
-    card->setGeometry(0, row * pitch, picScreen->width(), pitch);
+    card->setGeometry(0, row * pitch_ - verticalScrollBar()->value(), viewport()->width(), pitch_);
 }
 
 void UnitBoard::RefreshCards() {
-    if (!shown_) return;
-    RowSpan span =
-        VisibleRows(PixelsToTwips(-picScreen->y()), InnerHeight(), BoardDesign::LayoutRowPitch,
-                    CardCount(), PixelsToTwips(picScreen->height()));
+    RowSpan span = VisibleRows(verticalScrollBar()->value(), viewport()->height(), pitch_,
+                               CardCount());
     for (auto it = bound_.begin(); it != bound_.end();) {
-        if (!span.Contains(it->first) && !it->second->IsActive()) {
+        if (!span.Contains(it->first) && it->first != activeRow_) {
             Release(it->first, it->second);
             it = bound_.erase(it);
         } else {
+            PlaceCard(it->first, it->second);
             ++it;
         }
     }
@@ -234,13 +179,10 @@ frmUnit* UnitBoard::EnsureCard(int row) {
     if (frmUnit* card = CardAt(row)) return card;
     frmUnit* card = nullptr;
     if (pool_.empty()) {
-        card = new frmUnit(defs_, picScreen);
+        card = new frmUnit(defs_, viewport());
         if (inputBox) card->InputBox = inputBox;
-        card->Navigate = [this](CardStep step) { StepTo(step); };
-        card->PassWheel = [this](QWheelEvent* wheel) { QApplication::sendEvent(Vscroll1, wheel); };
-        card->OnValueCommitted = [this](int unitIndex, UnitField field, double before) {
-            if (valueCommitted) valueCommitted(unitIndex, field, before);
-        };
+        connect(card, &frmUnit::navigate, this, &UnitBoard::StepTo);
+        connect(card, &frmUnit::valueCommitted, this, &UnitBoard::valueCommitted);
     } else {
         card = pool_.back();
         pool_.pop_back();
@@ -248,30 +190,42 @@ frmUnit* UnitBoard::EnsureCard(int row) {
     const int unitIndex = UnitIndexAt(row);
     QPixmap picture;
     if (pictureLoader) picture = pictureLoader(defs_.Units[unitIndex].UnitName + ".pcx");
-    card->Show(unitIndex, picture, views_[static_cast<std::size_t>(row)]);
+    card->Show(unitIndex, picture, titles_[static_cast<std::size_t>(row)]);
     PlaceCard(row, card);
-    card->setVisible(!views_[static_cast<std::size_t>(row)].selfHidden);
+    card->show();
     bound_[row] = card;
     return card;
 }
 
 void UnitBoard::RefreshValues(int firstUnit, int lastUnit) {
     for (const auto& [row, card] : bound_)
-        if (card->UnitIndex >= firstUnit && card->UnitIndex <= lastUnit) card->ShowValues();
+        if (card->UnitIndex() >= firstUnit && card->UnitIndex() <= lastUnit) card->ShowValues();
 }
 
-void UnitBoard::Release(int row, frmUnit* card) {
-    if (row >= 0 && row < CardCount()) views_[static_cast<std::size_t>(row)] = card->CurrentView();
+void UnitBoard::Release(int, frmUnit* card) {
     card->hide();
     pool_.push_back(card);
 }
 
-void UnitBoard::FocusRow(int row) {
+void UnitBoard::FocusRow(int row, CardControl control) {
+    // The same control of the new card takes the focus (a slider stays a
+    // slider), or the one asked for.
+    QString name;
+    if (frmUnit* old = CardAt(activeRow_); old && control == CardControl::Same)
+        if (QWidget* focus = QApplication::focusWidget(); focus != old && old->Contains(focus))
+            name = focus->objectName();
     frmUnit* card = EnsureCard(row);
-    card->setFocus(Qt::OtherFocusReason);
+    activeRow_ = row;
     // A board that is not on screen yet cannot take the focus; the card is
     // activated all the same and keeps the focus for when the window shows.
     if (!card->IsActive()) card->Activate();
+    if (control == CardControl::Last) name = QStringLiteral("txtLimit");
+    QWidget* target = name.isEmpty() ? nullptr : card->findChild<QWidget*>(name);
+    if (target && !target->isHidden())
+        target->setFocus(Qt::TabFocusReason);
+    else
+        card->setFocus(Qt::OtherFocusReason);
+    RefreshCards(); // the card that was active may now be released
 }
 
 } // namespace vantrel

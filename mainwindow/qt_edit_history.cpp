@@ -24,8 +24,31 @@ class ValuesCommand : public QUndoCommand {
         first_ = low->Unit;
         last_ = high->Unit;
     }
+    // A step of a gesture on one value of one unit.
+    ValuesCommand(EditHistory& history, const std::string& name, UnitChange change,
+                  UnitField field, int gesture, double at)
+        : ValuesCommand(history, name, UnitChanges{change}) {
+        field_ = field;
+        gesture_ = gesture;
+        at_ = at;
+    }
     void undo() override { Apply(true); }
     void redo() override { Apply(false); }
+    int id() const override { return gesture_ == 0 ? -1 : 1; }
+    bool mergeWith(const QUndoCommand* other) override {
+        const auto* next = static_cast<const ValuesCommand*>(other);
+        // The clock counts from midnight: a step that seems earlier is not near.
+        const double gap = next->at_ - at_;
+        if (next->gesture_ != gesture_ || next->field_ != field_ ||
+            next->changes_.front().Unit != changes_.front().Unit || gap < 0 ||
+            gap > EditHistory::MergeSeconds)
+            return false;
+        changes_.front().After = next->changes_.front().After;
+        at_ = next->at_;
+        // Stepped away and back: the step changes nothing and goes.
+        setObsolete(changes_.front().After == changes_.front().Before);
+        return true;
+    }
 
   private:
     void Apply(bool undo) {
@@ -39,9 +62,13 @@ class ValuesCommand : public QUndoCommand {
     HeaderTexts headerBefore_, headerAfter_;
     int first_ = 0;
     int last_ = 0;
+    UnitField field_ = UnitField::Weight;
+    int gesture_ = 0;
+    double at_ = 0;
 };
 
-EditHistory::EditHistory(Definitions& defs, QObject* parent) : QObject(parent), defs_(defs) {
+EditHistory::EditHistory(Definitions& defs, Clock& clock, QObject* parent)
+    : QObject(parent), defs_(defs), clock_(clock) {
     stack_.setUndoLimit(UndoLimit);
     connect(&stack_, &QUndoStack::indexChanged, this,
             [this] { defs_.Changed = !stack_.isClean(); });
@@ -75,7 +102,7 @@ void EditHistory::Record(const std::string& name, UnitChanges changes,
         new ValuesCommand(*this, name, std::move(changes), headerBefore, std::move(headerAfter)));
 }
 
-void EditHistory::RecordEdit(int unit, UnitField field, double before) {
+void EditHistory::RecordEdit(int unit, UnitField field, double before, int gesture) {
     UnitChange change{unit, ValuesOf(defs_.Units[unit]), ValuesOf(defs_.Units[unit])};
     switch (field) {
     case UnitField::Weight:
@@ -88,7 +115,9 @@ void EditHistory::RecordEdit(int unit, UnitField field, double before) {
         change.Before.Include = before != 0;
         break;
     }
-    Record(EditName(defs_, field, change.After.Include, {unit}), {change});
+    if (change.Before == change.After) return;
+    stack_.push(new ValuesCommand(*this, EditName(defs_, field, change.After.Include, {unit}),
+                                  change, field, gesture, clock_.SecondsSinceMidnight()));
 }
 
 void EditHistory::Set(const std::vector<int>& units, UnitField field, double value) {

@@ -4,6 +4,10 @@
 // a change of the profile's header: the AI's name and author (Settings) and
 // the parent list (Merge).
 //
+// Key and wheel steps on one value of a card merge into one step while they
+// form one gesture (the slider kept the focus) and follow each other within
+// a second, so a held key or a turned wheel is undone at once.
+//
 // The unsaved-changes flag follows the stack: after every push, undo and redo
 // it is set unless the stack is back at its clean index (the values of the
 // last New, Open or Save). Marking the stack clean leaves the flag alone, so
@@ -35,7 +39,10 @@ class EditHistory : public QObject {
     // sets on 20,000 units stay within a few tens of megabytes.
     static constexpr int UndoLimit = 100;
 
-    explicit EditHistory(Definitions& defs, QObject* parent = nullptr);
+    // Steps of one gesture further apart than this are steps of their own.
+    static constexpr double MergeSeconds = 1.0;
+
+    EditHistory(Definitions& defs, Clock& clock, QObject* parent = nullptr);
 
     QUndoStack& Stack() { return stack_; }
 
@@ -50,7 +57,9 @@ class EditHistory : public QObject {
     // ("Randomize", "Merge"). Nothing is recorded when no value differs.
     void Record(const std::string& name, UnitChanges changes);
     // Records one value that a card changed; `before` is its earlier value.
-    void RecordEdit(int unit, UnitField field, double before);
+    // A step of the same gesture (not 0) on the same value within
+    // MergeSeconds of the last one joins that step.
+    void RecordEdit(int unit, UnitField field, double before, int gesture = 0);
     // Sets `field` of every listed unit (bounded as on the card) as one step.
     void Set(const std::vector<int>& units, UnitField field, double value);
     // A fresh history (New, Open): nothing to undo, the values count as saved.
@@ -67,6 +76,7 @@ class EditHistory : public QObject {
     void SetHeader(const HeaderTexts& header);
     Definitions& defs_;
     SettingsFields* fields_ = nullptr;
+    Clock& clock_;
     QUndoStack stack_;
 };
 

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "forms/qt_text.h"
+#include "forms/unit_card_rules.h"
 #include "mainwindow/qt_edit_history.h"
 
 #include <algorithm>
@@ -132,7 +133,10 @@ void UnitFilterProxy::SetBoardFilter(bool on, const std::string& side,
 
 bool UnitFilterProxy::filterAcceptsRow(int sourceRow, const QModelIndex&) const {
     const vtUnit& unit = defs_.Units[UnitTableModel::UnitOfRow(sourceRow)];
-    if (!MatchesUnitFilter(unit, text_)) return false;
+    // The filter looks at every text column, the category too ("kbots").
+    if (!MatchesUnitFilter(unit, text_) &&
+        !QtText(std::string(CategoryOf(unit))).contains(QtText(text_), Qt::CaseInsensitive))
+        return false;
     if (!boardOnly_) return true;
     if (keywords_.empty()) return SameSide(unit.Side, side_);
     return OnBoard(unit, side_, keywords_);
@@ -142,14 +146,12 @@ bool UnitFilterProxy::lessThan(const QModelIndex& left, const QModelIndex& right
     const vtUnit& a = defs_.Units[UnitTableModel::UnitOfRow(left.row())];
     const vtUnit& b = defs_.Units[UnitTableModel::UnitOfRow(right.row())];
     auto text = [](const std::string& x, const std::string& y) {
-        return std::lexicographical_compare(
-            x.begin(), x.end(), y.begin(), y.end(),
-            [](char p, char q) { return UpperChar(p) < UpperChar(q); });
+        return NaturalCompare(x, y) < 0;
     };
     switch (left.column()) {
     case UnitTableModel::ColPicture:
     case UnitTableModel::ColName:
-        return text(a.Name, b.Name);
+        return UnitOrderLess(a, b);
     case UnitTableModel::ColUnitName:
         return text(a.UnitName, b.UnitName);
     case UnitTableModel::ColSide:

@@ -41,18 +41,18 @@ TEST(BuildSetRows, RowsOfACategory) {
     defs.Units[solar].Include = false;
 
     const auto all = BuildSetRows(defs, "All");
-    ASSERT_EQ(all.size(), 8u); // everything but the lower-case tank, in index order
-    EXPECT_EQ(all[0].Text, "Arm Commander");
-    EXPECT_EQ(all[1].Text, "Core Kbot Lab");
-    EXPECT_EQ(all[1].Unit, lab);
-    EXPECT_TRUE(all[1].Checked);
-    EXPECT_FALSE(all[2].Checked);
-    EXPECT_EQ(all[3].Text, "Core Commander");
-    EXPECT_EQ(RowTexts(defs, "Vehicles"), (std::vector<std::string>{"Gok Odd"}));
+    // Everything but the lower-case tank, by side, then name and UnitName.
+    ASSERT_EQ(all.size(), 8u);
+    EXPECT_EQ(all[0].Text, "Arm Commander (COMMANDER)");
+    EXPECT_EQ(all[3].Text, "Arm Solar (Solar)");
+    EXPECT_FALSE(all[3].Checked);
+    EXPECT_EQ(all[6].Text, "Core Kbot Lab (kbot lab)");
+    EXPECT_EQ(all[6].Unit, lab);
+    EXPECT_TRUE(all[6].Checked);
+    EXPECT_EQ(RowTexts(defs, "Vehicles"), (std::vector<std::string>{"Gok Odd (Odd)"}));
     EXPECT_EQ(RowTexts(defs, "Resources"),
-              (std::vector<std::string>{"Arm Solar", "Gok Odd", "Arm Extractor"}));
-    EXPECT_EQ(RowTexts(defs, "Navy"),
-              (std::vector<std::string>{"Gok Odd", "Arm Ship", "Arm Sonar"}));
+              (std::vector<std::string>{"Arm Extractor (Extractor)", "Arm Solar (Solar)",
+                                        "Gok Odd (Odd)"}));
     // An unknown caption lists nothing, not even the unit without a class.
     EXPECT_TRUE(BuildSetRows(defs, "Tanks").empty());
 }

@@ -16,23 +16,22 @@ TEST(UnitCardRules, RoundingGoesToTheEvenNeighbour) {
     EXPECT_EQ(RoundHalfEven(1e30), std::numeric_limits<int>::max());
 }
 
-TEST(UnitCardRules, SliderStepsAreTenthsRoundedHalfToEvenAndPositionsAreClamped) {
+TEST(UnitCardRules, SlidersStepAHundredthAndATenthOfTheirRangeAndPositionsAreClamped) {
     struct Row {
         SliderSettings s;
-        int max, large, small, tick;
+        int max, large, small;
     };
-    // 25 / 10 = 2.5 gives 2, 15 / 10 = 1.5 gives 2, 5 / 10 = 0.5 gives 0.
-    const Row rows[] = {{PrioritySettings(10), 1000, 1, 0, 100},
-                        {PrioritySettings(25), 2500, 2, 0, 250},
-                        {NumbersSettings(50), 50, 5, 0, 5},
-                        {NumbersSettings(15), 15, 2, 0, 2},
-                        {NumbersSettings(150), 150, 15, 2, 15}};
+    // 15 / 10 = 1.5 and 25 / 10 = 2.5 go to the even neighbour; no step is 0.
+    const Row rows[] = {{PrioritySettings(10), 1000, 100, 10}, {PrioritySettings(1), 100, 10, 1},
+                        {PrioritySettings(0), 0, 1, 1},        {NumbersSettings(50), 50, 5, 1},
+                        {NumbersSettings(15), 15, 2, 1},       {NumbersSettings(25), 25, 2, 1},
+                        {NumbersSettings(3), 3, 1, 1}};
     for (const Row& r : rows) {
         SCOPED_TRACE(r.max);
         EXPECT_EQ(r.s.Max, r.max);
         EXPECT_EQ(r.s.LargeChange, r.large);
         EXPECT_EQ(r.s.SmallChange, r.small);
-        EXPECT_EQ(r.s.TickFrequency, r.tick);
+        EXPECT_EQ(r.s.TickFrequency, r.large);
     }
     // Positions are hundredths of the weight and whole limits, within range.
     const SliderSettings p = PrioritySettings(10);
@@ -42,6 +41,10 @@ TEST(UnitCardRules, SliderStepsAreTenthsRoundedHalfToEvenAndPositionsAreClamped)
         EXPECT_EQ(PriorityPosition(weight, p), position) << weight;
     EXPECT_EQ(NumbersPosition(12.5f, NumbersSettings(50)), 12);
     EXPECT_EQ(NumbersPosition(80.0f, NumbersSettings(50)), 50);
+    // A wheel notch is a small step, kept within the range.
+    EXPECT_EQ(SliderWheelPosition(250, 2, p), 270);
+    EXPECT_EQ(SliderWheelPosition(5, -1, p), 0);
+    EXPECT_EQ(SliderWheelPosition(995, 3, p), 1000);
 }
 
 TEST(UnitCardRules, EditsWriteOnlyAChangedValueAndThenSetChanged) {
@@ -52,35 +55,6 @@ TEST(UnitCardRules, EditsWriteOnlyAChangedValueAndThenSetChanged) {
     EXPECT_TRUE(ApplyPriorityPosition(defs, defs.Units[a], 12));
     EXPECT_TRUE(defs.Changed);
     EXPECT_FLOAT_EQ(defs.Units[a].Weight, 0.12f);
-}
-
-TEST(UnitCardRules, SliderKeysAddTheTableStepThenTheTrackbarStep) {
-    SliderSettings p = PrioritySettings(10);
-    auto press = [](int value, int key, bool priority, const SliderSettings& s) {
-        return SliderKeyPosition(value, key, priority, s);
-    };
-    EXPECT_EQ(press(250, KeyPageUp, true, p), 350);
-    EXPECT_EQ(press(250, KeyPageDown, true, p), 150);
-    EXPECT_EQ(press(250, KeyUp, true, p), 260);
-    EXPECT_EQ(press(250, KeyRight, true, p), 251);
-    EXPECT_EQ(press(995, KeyPageUp, true, p), 999);
-    EXPECT_EQ(press(5, KeyDown, true, p), 0);
-    SliderSettings n = NumbersSettings(50);
-    EXPECT_EQ(press(20, KeyPageUp, false, n), 25); // +10 then the page step of 5 back
-    EXPECT_EQ(press(20, KeyPageDown, false, n), 15);
-    EXPECT_EQ(SliderKeyDelta(36, true), 0); // Home: the slider's own handling only
-}
-
-TEST(UnitCardRules, EntryFilterTakesDigitsOneDotBackspaceAndEnter) {
-    const std::tuple<int, const char*, KeyVerdict> rows[] = {{8, "12", KeyVerdict::Accept},
-                                                             {13, "12", KeyVerdict::Commit},
-                                                             {'7', "12", KeyVerdict::Accept},
-                                                             {'.', "12", KeyVerdict::Accept},
-                                                             {'.', "1.5", KeyVerdict::Cancel}};
-    for (const auto& [key, text, verdict] : rows)
-        EXPECT_EQ(FilterEntryKey(key, text), verdict) << key << " after " << text;
-    for (int c : {'-', '+', 'a', 'e', ',', ' '})
-        EXPECT_EQ(FilterEntryKey(c, ""), KeyVerdict::Cancel);
 }
 
 TEST(UnitCardRules, EntryNumbersAreDecimalsWithAPoint) {
@@ -125,22 +99,22 @@ TEST(UnitCardRules, ManualPriorityIsLimitedTo0Through255) {
         EXPECT_EQ(ManualPriority(answer).value_or(-1), expected) << answer;
 }
 
-TEST(UnitCardRules, LayoutStretchesTheTopRowAndSlidersToTheCard) {
-    CardLayout c = LayOutCard(6000, 1350);
-    EXPECT_EQ(c.lblPriority.Left, 6000 - 855 - 250);
-    EXPECT_EQ(c.sldNumbers.Width, 6000 - 1200);
-    EXPECT_EQ(c.lblExclude.Left, (6000 - 1200) / 2);
-    // Too narrow for the sliders: their width step is skipped, the rest runs.
-    CardLayout narrow = LayOutCard(900, 1350, c);
-    EXPECT_EQ(narrow.sldPriority.Width, 4800);
-    EXPECT_EQ(narrow.sldPriority.Left, 900 - 4800);
-    EXPECT_EQ(narrow.lblUnitName.Width, 900);
-}
-
-TEST(UnitCardRules, TwipsConvertAtFifteenPerPixel) {
-    EXPECT_EQ(TwipsToPixels(1365), 91);
-    EXPECT_EQ(TwipsToPixels(255), 17);
-    EXPECT_EQ(PixelsToTwips(400), 6000);
+TEST(UnitCardRules, NamesCompareWithoutCaseAndDigitRunsAsNumbers) {
+    const std::tuple<const char*, const char*, int> rows[] = {
+        {"Peewee", "Peewee Vulcan", -1}, {"Rogue", "Rogue II", -1}, {"Unit 2", "Unit 10", -1},
+        {"unit 10", "Unit 10", 0},       {"Unit 007", "Unit 7", 0}, {"Unit 9", "Unit 08", 1},
+        {"Zeus", "ak", 1},               {"A2b", "A2a", 1},         {"", "A", -1},
+        {"99999999999999999999", "100000000000000000000", -1}};
+    for (const auto& [a, b, expected] : rows) {
+        EXPECT_EQ(NaturalCompare(a, b), expected) << a << " : " << b;
+        EXPECT_EQ(NaturalCompare(b, a), -expected) << b << " : " << a;
+    }
+    vtUnit first, second;
+    first.Name = second.Name = "Commander";
+    first.UnitName = "ARMCOM";
+    second.UnitName = "ARMCOM2";
+    EXPECT_TRUE(UnitOrderLess(first, second));
+    EXPECT_FALSE(UnitOrderLess(second, first));
 }
 
 TEST(UnitCardRules, TextKeepsItsColourOnlyWhereItReads) {

@@ -35,7 +35,7 @@ class BuildDialogTest : public GuiTest {
 TEST_F(BuildDialogTest, UncheckThenCancelKeepsUnitExcluded) {
     defs.Units[commander].Include = false;
     frmBuild dlg(defs);
-    dlg.lstMain->item(2)->setCheckState(Qt::Unchecked); // not shown yet: not written
+    dlg.lstMain->item(1)->setCheckState(Qt::Unchecked); // not shown yet: not written
     EXPECT_TRUE(defs.Units[energy].Include);
     EXPECT_FALSE(defs.Units[commander].Include); // selecting row 0 on load changes nothing
 
@@ -43,7 +43,7 @@ TEST_F(BuildDialogTest, UncheckThenCancelKeepsUnitExcluded) {
     dlg.OnIncludeChanged = [&](int unit, bool before) { ticks.emplace_back(unit, before); };
     dlg.show();
     defs.DialogOK = true;
-    dlg.lstMain->item(1)->setCheckState(Qt::Unchecked);
+    dlg.lstMain->item(3)->setCheckState(Qt::Unchecked);
     dlg.lstMain->item(0)->setCheckState(Qt::Checked);
     dlg.lstMain->item(0)->setText("Arm Commander!"); // no tick: nothing to record
     dlg.cmdCancel->click();
@@ -56,13 +56,15 @@ TEST_F(BuildDialogTest, UncheckThenCancelKeepsUnitExcluded) {
 
 TEST_F(BuildDialogTest, ListFollowsTheCategoryWithCurrentFlagsAndOkKeepsThem) {
     frmBuild dlg(defs);
+    // By side, then name; each row says its UnitName.
     EXPECT_EQ(Texts(dlg.lstMain),
-              (QStringList{"Arm Commander", "Core Kbot Lab", "Arm Solar Collector", "Core Ak"}));
-    EXPECT_EQ(dlg.RowUnits, (std::vector<std::int32_t>{0, commander, plant, energy, kbot}));
+              (QStringList{"Arm Commander (Commander)", "Arm Solar Collector (solar collector)",
+                           "Core Ak (AK)", "Core Kbot Lab (KBOT LAB)"}));
+    EXPECT_EQ(dlg.RowUnits, (std::vector<std::int32_t>{0, commander, energy, kbot, plant}));
     dlg.show();
-    dlg.lstMain->item(3)->setCheckState(Qt::Unchecked); // Core Ak
+    dlg.lstMain->item(2)->setCheckState(Qt::Unchecked); // Core Ak
     dlg.cboType->setCurrentText("Kbots");
-    EXPECT_EQ(Texts(dlg.lstMain), QStringList{"Core Ak"});
+    EXPECT_EQ(Texts(dlg.lstMain), QStringList{"Core Ak (AK)"});
     EXPECT_EQ(dlg.RowUnits, (std::vector<std::int32_t>{0, kbot}));
     EXPECT_EQ(dlg.lstMain->item(0)->checkState(), Qt::Unchecked);
     dlg.cmdOK->click();

@@ -92,7 +92,7 @@ TEST_F(MainWindowTest, LoadAddsFurtherSidesChecksArmAndOpensSettings) {
     EXPECT_TRUE(window->isVisible());
     ASSERT_EQ(window->mnuSideOption.size(), 3u); // template, Ronin, Voss
     EXPECT_FALSE(window->mnuSideOption[0]->isVisible());
-    EXPECT_EQ(window->mnuSideOption[2]->text(), "Voss");
+    EXPECT_EQ(window->mnuSideOption[2]->text(), "&Voss");
     EXPECT_EQ(defs.CurrentSide, "ARM");
     EXPECT_TRUE(window->mnuSideOptionA[1]->isChecked());
     for (QAction* item : window->mnuTypes)
@@ -124,14 +124,24 @@ TEST_F(MainWindowTest, SideAndTypeMenusKeepOneCheckEach) {
     EXPECT_FALSE(window->mnuSideOption[2]->isChecked());
     EXPECT_TRUE(window->mnuTypes[2]->isChecked());
 
-    // "&All" asks when chosen, not again when a command refreshes the board.
-    messages.answers = {MsgAnswer::Yes, MsgAnswer::Yes};
+    // "&All" opens without a question.
     window->mnuTypes[0]->trigger();
-    window->mnuViewRandomize_Click();
-    ASSERT_EQ(messages.shown.size(), 2u);
-    EXPECT_EQ(messages.shown[1].title, "Random");
-    window->ReselectCurrentSide();
-    EXPECT_EQ(messages.shown.size(), 2u);
+    EXPECT_TRUE(window->mnuTypes[0]->isChecked());
+    EXPECT_TRUE(messages.shown.empty());
+
+    // Every entry of the Type and Side menus has a letter of its own.
+    for (QMenu* menu : {window->mnuType, window->mnuSide}) {
+        QString letters;
+        for (QAction* item : menu->actions()) {
+            if (item->isSeparator() || !item->isVisible()) continue;
+            const QString text = QString(item->text()).replace("&&", "");
+            const qsizetype at = text.indexOf('&');
+            ASSERT_GE(at, 0) << item->text().toStdString();
+            const QChar letter = text.at(at + 1).toUpper();
+            EXPECT_FALSE(letters.contains(letter)) << item->text().toStdString();
+            letters += letter;
+        }
+    }
 }
 
 TEST_F(MainWindowTest, ClosingGoesThroughTheSavePrompt) {
@@ -462,9 +472,18 @@ TEST_F(TableTest, KeyboardFlowFilterSelectAllBulkSetAndUndo) {
     ASSERT_EQ(QApplication::focusWidget(), table.txtFilter);
     EXPECT_EQ(table.Proxy().rowCount(), 5);
 
-    QTest::keyClicks(table.txtFilter, "cOrE");
-    EXPECT_EQ(table.Proxy().rowCount(), 2);
+    EXPECT_EQ(table.lblCount->text(), "5 of 5 units");
+
+    QTest::keyClicks(table.txtFilter, "kbots"); // the category column
+    EXPECT_EQ(table.Proxy().rowCount(), 4);
+    // Ctrl+A in the filter box selects its text: typing replaces it.
     QTest::keyClick(table.txtFilter, Qt::Key_A, Qt::ControlModifier);
+    EXPECT_TRUE(table.SelectedUnits().empty());
+    QTest::keyClicks(table.txtFilter, "cOrE");
+    EXPECT_EQ(table.txtFilter->text(), "cOrE");
+    EXPECT_EQ(table.Proxy().rowCount(), 2);
+    EXPECT_EQ(table.lblCount->text(), "2 of 5 units");
+    table.actSelectAll->trigger();
     EXPECT_EQ(table.SelectedUnits().size(), 2u);
 
     QString prompt;
@@ -507,16 +526,20 @@ TEST_F(TableTest, CardAndTableShowEachOthersEditsAndShareOneHistory) {
     window->mnuTypes[5]->trigger(); // Kbots: Thud's card
     frmUnit* card = window->board->CardAt(0);
     ASSERT_NE(card, nullptr);
-    ASSERT_EQ(card->UnitIndex, 4);
+    ASSERT_EQ(card->UnitIndex(), 4);
+    auto* txtWeight = card->findChild<QLineEdit*>("txtWeight");
+    auto* lblLimit = card->findChild<QLabel*>("lblLimit");
+    auto* lblWeight = card->findChild<QLabel*>("lblWeight");
+    auto* sldNumbers = card->findChild<QSlider*>("sldNumbers");
     frmTable& table = OpenTable();
     const int stepsAfterBuild = window->History().Stack().count();
     EXPECT_EQ(stepsAfterBuild, 0) << "showing the board is no edit";
 
     // A typed value committed with Enter is one step, whatever the slider does.
     card->activateWindow();
-    card->txtWeight->setFocus();
-    card->txtWeight->setText("4.5");
-    QTest::keyClick(card->txtWeight, Qt::Key_Return);
+    txtWeight->setFocus();
+    txtWeight->setText("4.5");
+    QTest::keyClick(txtWeight, Qt::Key_Return);
     EXPECT_EQ(defs.Units[4].Weight, 4.5f);
     EXPECT_EQ(window->History().Stack().count(), 1);
     EXPECT_EQ(UndoText(), "&Undo Set Build Priority of Thud");
@@ -525,8 +548,8 @@ TEST_F(TableTest, CardAndTableShowEachOthersEditsAndShareOneHistory) {
     // An edit in the table shows on the card at once.
     table.Model().setData(table.Model().index(3, UnitTableModel::ColLimit), 60, Qt::EditRole);
     EXPECT_EQ(defs.Units[4].Limit, 50.0f); // LimitMax
-    EXPECT_EQ(card->lblLimit->text(), "50");
-    EXPECT_EQ(card->sldNumbers->value(), 50);
+    EXPECT_EQ(lblLimit->text(), "50");
+    EXPECT_EQ(sldNumbers->value(), 50);
 
     // A click on Included, as the view's delegate sends it.
     table.Model().setData(table.Model().index(3, UnitTableModel::ColIncluded), Qt::Unchecked,
@@ -537,10 +560,71 @@ TEST_F(TableTest, CardAndTableShowEachOthersEditsAndShareOneHistory) {
     for (int i = 0; i < 3; ++i)
         window->mnuEditUndo->trigger();
     EXPECT_TRUE(defs.Units[4].Include);
-    EXPECT_EQ(card->lblLimit->text(), "5");
-    EXPECT_EQ(card->lblWeight->text(), "1");
+    EXPECT_EQ(lblLimit->text(), "5");
+    EXPECT_EQ(lblWeight->text(), "1");
     EXPECT_EQ(defs.Units[4].Weight, 1.0f);
     EXPECT_EQ(Shown(table, 4, UnitTableModel::ColWeight), "1");
+}
+
+TEST_F(TableTest, KeyAndWheelStepsOfOneGestureAreOneStepUntilTheFocusLeavesOrASecondPasses) {
+    window->mnuSideOptionA[2]->trigger();
+    window->mnuTypes[5]->trigger(); // Kbots: Thud, Weight 1
+    ASSERT_TRUE(ShowActive(*window)); // the progress form may have taken the activation
+    auto* slider = window->board->CardAt(0)->findChild<QSlider*>("sldPriority");
+    ASSERT_EQ(QApplication::focusWidget(), slider);
+    for (int i = 0; i < 5; ++i) { // a held key
+        QTest::keyClick(slider, Qt::Key_Right);
+        clock.seconds += 0.2;
+    }
+    EXPECT_FLOAT_EQ(defs.Units[4].Weight, 1.5f);
+    EXPECT_EQ(window->History().Stack().count(), 1);
+    clock.seconds += 1.5; // a pause: a step of its own
+    QTest::keyClick(slider, Qt::Key_Right);
+    EXPECT_EQ(window->History().Stack().count(), 2);
+    window->mnuEditUndo->trigger();
+    window->mnuEditUndo->trigger();
+    EXPECT_FLOAT_EQ(defs.Units[4].Weight, 1.0f);
+    EXPECT_FALSE(defs.Changed);
+
+    // Away and back within the gesture: the step goes.
+    QTest::keyClick(slider, Qt::Key_Right);
+    QTest::keyClick(slider, Qt::Key_Left);
+    EXPECT_EQ(window->History().Stack().index(), 0);
+    EXPECT_FALSE(defs.Changed);
+    // The focus left the slider and came back: a new step.
+    QTest::keyClick(slider, Qt::Key_Right);
+    window->board->CardAt(0)->findChild<QSlider*>("sldNumbers")->setFocus();
+    slider->setFocus();
+    QTest::keyClick(slider, Qt::Key_Right);
+    EXPECT_EQ(window->History().Stack().index(), 2);
+
+    // Open keeps the keys on the active card.
+    dialogs.opens = {FileDialogResult{true, "/x/One.txt", 1, "/x/"}};
+    messages.answers = {MsgAnswer::No}; // no save first
+    window->mnuFileOpen->trigger();
+    frmUnit* active = window->board->CardAt(window->board->ActiveRow());
+    ASSERT_NE(active, nullptr);
+    EXPECT_EQ(active->UnitIndex(), 4);
+    EXPECT_EQ(window->focusWidget(), active->findChild<QSlider*>("sldPriority"));
+}
+
+TEST(TablePlacement, BesideWhereThereIsRoomElseClearOfTheActiveCard) {
+    const QRect screen(0, 0, 1920, 1080);
+    const QSize table(900, 500);
+    const QRect card(0, 300, 800, 90);
+    struct Row {
+        QRect main;
+        QPoint expected;
+    };
+    const Row rows[] = {
+        {QRect(100, 50, 820, 600), QPoint(920, 50)},   // room on the right
+        {QRect(1000, 50, 820, 600), QPoint(100, 50)},  // room on the left only
+        {QRect(0, 0, 1920, 1080), QPoint(32, 390)},    // full screen: below the card
+    };
+    for (const Row& r : rows)
+        EXPECT_EQ(frmTable::Placement(screen, r.main, table, card), r.expected) << r.main.x();
+    // Little room below the card: above it.
+    EXPECT_EQ(frmTable::Placement(screen, screen, table, QRect(0, 900, 800, 90)), QPoint(32, 400));
 }
 
 TEST_F(TableTest, RandomizeMergeAndBuildSetAreStepsAndOpenStartsAfresh) {

@@ -10,13 +10,6 @@ using test::AddUnit;
 
 namespace {
 
-std::vector<std::string> Texts(const std::vector<SortedEntry>& entries) {
-    std::vector<std::string> out;
-    for (const auto& e : entries)
-        out.push_back(e.text);
-    return out;
-}
-
 struct BuildFixture : ::testing::Test {
     Definitions defs;
     test::ScriptedMessages messages;
@@ -30,31 +23,29 @@ struct BuildFixture : ::testing::Test {
 
 } // namespace
 
-TEST(BoardRules, EntriesNameSideNameAndIndex) {
-    vtUnit u;
-    u.Side = "ARM";
-    u.Name = "FLASH";
-    EXPECT_EQ(SortEntry(u, 12), "Arm Flash;12");
-    EXPECT_EQ(EntryUnitIndex("Arm Flash;12"), 12);
-    EXPECT_EQ(EntryUnitIndex("Arm Big;Gun;7"), 0) << "a ';' in a name is not provided for";
-    EXPECT_EQ(EntryUnitIndex("no index"), 0);
+TEST(BoardRules, CandidatesOfTheSideInNaturalOrderThenUnitNameAndSharedNamesTitled) {
+    Definitions defs;
+    const char* names[] = {"Unit 10", "Peewee Vulcan", "commander", "Unit 2", "Peewee",
+                           "Commander", "Rogue II", "Rogue", "Zeus"};
+    for (const char* name : names)
+        AddUnit(defs, name, "ARM", "KBOT");
+    AddUnit(defs, "Ak", "CORE", "KBOT");
+    defs.Units[9].Side = "arm";
+    const std::vector<int> units = CollectCandidates(defs, "KBOT", "ARM");
+    std::vector<std::string> titles = BoardTitles(defs, units);
+    EXPECT_EQ(titles, (std::vector<std::string>{"commander (U3)", "Commander (U6)", "Peewee",
+                                                "Peewee Vulcan", "Rogue", "Rogue II", "Unit 2",
+                                                "Unit 10", "Zeus"}));
     EXPECT_EQ(KeywordsForMenuCaption("Vehicles"), "") << "menu captions carry the '&'";
 }
 
-TEST(BoardRules, CandidatesSortBySideThenNameIgnoringCaseThenIndexText) {
-    Definitions defs;
-    for (int i = 1; i <= 8; ++i)
-        AddUnit(defs, "filler", "CORE", "SHIP");
-    AddUnit(defs, "Zeus", "CORE", "KBOT");  // 9
-    AddUnit(defs, "Peewee", "ARM", "KBOT"); // 10
-    AddUnit(defs, "peewee", "ARM", "KBOT"); // 11
-    AddUnit(defs, "ak", "CORE", "KBOT");    // 12
-    AddUnit(defs, "Rocko", "arm", "KBOT");  // 13
-    defs.Units[9].Name = "Peewee";
-    defs.Units[9].Side = "ARM";
-    EXPECT_EQ(Texts(CollectCandidates(defs, "KBOT")),
-              (std::vector<std::string>{"Arm Peewee;10", "Arm Peewee;11", "Arm Peewee;9",
-                                        "Arm Rocko;13", "Core Ak;12"}));
+TEST(BoardRules, MenuCaptionsGetTheFirstFreeLetter) {
+    std::string taken;
+    const std::pair<const char*, const char*> rows[] = {
+        {"Arm", "&Arm"}, {"Core", "&Core"}, {"Cyborgs", "C&yborgs"}, {"R&D", "&R&&D"},
+        {"Aryd", "Ary&d"}, {"ACR", "ACR"}};
+    for (const auto& [caption, expected] : rows)
+        EXPECT_EQ(WithMnemonic(caption, taken), expected) << caption;
 }
 
 TEST(BoardRules, MembershipIsASubstringOfTheKeywordList) {
@@ -65,8 +56,8 @@ TEST(BoardRules, MembershipIsASubstringOfTheKeywordList) {
     int lower = AddUnit(defs, "Low", "ARM", "kbot");
     auto indices = [&](std::string_view caption) {
         std::vector<int> out;
-        for (const auto& e : CollectCandidates(defs, KeywordsForMenuCaption(caption)))
-            out.push_back(e.unitIndex);
+        for (int unit : CollectCandidates(defs, KeywordsForMenuCaption(caption), "ARM"))
+            out.push_back(unit);
         std::sort(out.begin(), out.end());
         return out;
     };
@@ -89,38 +80,13 @@ TEST_F(BuildFixture, OnlyTheCurrentSideInAnyCaseGetsCards) {
     AddUnit(defs, "Peewee", "ARM", "KBOT");
     BoardBuild build = Build("&Vehicles");
     EXPECT_EQ(build.unitIndices, (std::vector<int>{b, a, lower}));
-    EXPECT_FALSE(build.declined);
     EXPECT_FALSE(build.stoppedEarly);
-    EXPECT_EQ(defs.BoardTop, 3 * 1365);
     EXPECT_FALSE(defs.Changed) << "showing a unit never writes it";
     EXPECT_TRUE(messages.shown.empty());
     EXPECT_EQ(progress.statuses.back(), "Getting units...");
-    EXPECT_EQ(progress.Maximum(), 5);
-    EXPECT_EQ(progress.Value(), 4) << "one step per candidate of every side";
+    EXPECT_EQ(progress.Maximum(), 3);
+    EXPECT_EQ(progress.Value(), 3) << "one step per card";
     EXPECT_EQ(progress.shows, 1);
-}
-
-TEST_F(BuildFixture, AllAsksFirstAndNoLeavesEverythingAlone) {
-    defs.CurrentSide = "ARM";
-    AddUnit(defs, "Flash", "ARM", "TANK", 0.125f, 2);
-    messages.answers = {MsgAnswer::No};
-    BoardBuild build = Build("&All");
-    EXPECT_TRUE(build.declined);
-    EXPECT_TRUE(build.unitIndices.empty());
-    ASSERT_EQ(messages.shown.size(), 1u);
-    EXPECT_EQ(messages.shown[0].buttons, MsgButtons::YesNo);
-    EXPECT_EQ(progress.shows, 0);
-    EXPECT_FLOAT_EQ(defs.Units[1].Weight, 0.125f);
-    EXPECT_FALSE(defs.Changed);
-
-    BoardBuild yes = Build("&All");
-    EXPECT_EQ(yes.unitIndices, (std::vector<int>{1}));
-    EXPECT_FLOAT_EQ(defs.Units[1].Weight, 0.125f) << "shown as it is";
-
-    // A refresh of the board the player accepted does not ask again.
-    messages.shown.clear();
-    EXPECT_EQ(BuildBoard(defs, "&All", messages, progress, gauge, false).unitIndices.size(), 1u);
-    EXPECT_TRUE(messages.shown.empty());
 }
 
 TEST_F(BuildFixture, LowResourcesAskNoHalvesTheThresholdAndYesStops) {
@@ -155,57 +121,28 @@ TEST_F(BuildFixture, LowResourcesAskNoHalvesTheThresholdAndYesStops) {
     EXPECT_GE(progress.closes, 1);
 }
 
-TEST(BoardRules, TwelveCardsInAWindow6000HighAndTheirScrolling) {
-    EXPECT_EQ(LaidOutBoardTop(12), 16200);
-    ScrollSettings s = BoardScroll(LaidOutBoardTop(12), 6000);
-    EXPECT_EQ(s.Min, -255);
-    EXPECT_EQ(s.Max, 10455);
-    EXPECT_EQ(s.Value, -255);
-    EXPECT_TRUE(s.Enabled);
-    EXPECT_EQ(s.CardAreaHeight, 32400);
-
-    // A board that fits below the banner (or is empty) has no range.
-    for (int cards : {0, 1, 3}) {
-        ScrollSettings fits = BoardScroll(LaidOutBoardTop(cards), 9000, 300);
-        EXPECT_EQ(fits.Max, -300) << cards;
-        EXPECT_FALSE(fits.Enabled) << cards;
+TEST(BoardRules, RowsInViewAndTheScrollThatShowsARow) {
+    struct Row {
+        int top, height, rows;
+        int first, last;
+    };
+    const Row cases[] = {{0, 400, 100, 0, 4},     {90, 90, 100, 1, 1},
+                         {8700, 400, 100, 96, 99}, {0, 400, 0, 0, -1},
+                         {9000, 400, 100, 0, -1}};
+    for (const Row& c : cases) {
+        RowSpan s = VisibleRows(c.top, c.height, 90, c.rows);
+        EXPECT_EQ(s.first, c.first) << c.top << ", " << c.rows;
+        EXPECT_EQ(s.last, c.last) << c.top << ", " << c.rows;
     }
-    EXPECT_TRUE(BoardScroll(LaidOutBoardTop(7), 9000, 300).Enabled) << "9450 is taller than 8700";
-
-    // Scroll value 0 shows the first card at the banner.
-    EXPECT_EQ(CardAreaTop(-255), 255);
-    EXPECT_EQ(CardAreaTop(0), -255);
-    EXPECT_EQ(CardAreaTop(1), -1);
-
-    // Bringing a row into view scrolls as little as needed, within the range.
-    EXPECT_EQ(ScrollShowingRow(4, -255, s, 6000), 4 * 1350 + 1350 - 6000) << "to the bottom edge";
-    EXPECT_EQ(ScrollShowingRow(2, 5000, s, 6000), 2 * 1350 - 255) << "to the banner";
-    EXPECT_EQ(ScrollShowingRow(1, -255, s, 6000), -255) << "already in view";
-    EXPECT_EQ(ScrollShowingRow(0, 5000, s, 6000), -255);
-    EXPECT_EQ(ScrollShowingRow(11, -255, s, 6000), 12 * 1350 - 6000);
+    // Bringing a row into view scrolls as little as needed.
+    EXPECT_EQ(ScrollShowingRow(4, 0, 90, 400), 5 * 90 - 400) << "to the bottom edge";
+    EXPECT_EQ(ScrollShowingRow(2, 500, 90, 400), 180) << "to the top edge";
+    EXPECT_EQ(ScrollShowingRow(1, 0, 90, 400), 0) << "already in view";
+    EXPECT_EQ(ScrollShowingRow(3, 0, 90, 60), 270) << "taller than the view: its top";
     EXPECT_EQ(StepRow(11, CardStep::Next, 12), 11);
     EXPECT_EQ(StepRow(0, CardStep::Previous, 12), 0);
     EXPECT_EQ(StepRow(3, CardStep::Last, 12), 11);
     EXPECT_EQ(StepRow(0, CardStep::First, 0), -1);
-}
-
-TEST(BoardRules, VisibleRowsMeetTheWindowAndTheArea) {
-    struct Row {
-        int top, height, rows, area;
-        int first, last;
-    };
-    const Row cases[] = {
-        {0, 6000, 100, 270000, 0, 4},    {-255, 6000, 100, 270000, 0, 4},
-        {1350, 1350, 100, 270000, 1, 1}, {130000, 6000, 100, 270000, 96, 99},
-        {0, 6000, 100, 2000, 0, 1}, // the area clips its rows
-    };
-    for (const Row& c : cases) {
-        RowSpan s = VisibleRows(c.top, c.height, 1350, c.rows, c.area);
-        EXPECT_EQ(s.first, c.first) << c.top << ", " << c.area;
-        EXPECT_EQ(s.last, c.last) << c.top << ", " << c.area;
-    }
-    RowSpan none = VisibleRows(0, 6000, 1350, 0, 2000);
-    EXPECT_GT(none.first, none.last);
 }
 
 TEST(BoardRules, SystemFiguresArePercentages) {

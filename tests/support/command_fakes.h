@@ -95,8 +95,9 @@ class FakeProfileIO : public ProfileIO {
 
 class FixedClock : public Clock {
   public:
+    double seconds = 4321.5; // tests move it on
     std::time_t Now() override { return 1700000000; }
-    double SecondsSinceMidnight() override { return 4321.5; }
+    double SecondsSinceMidnight() override { return seconds; }
 };
 
 // The progress form: counts how often it was shown and closed.
