@@ -41,6 +41,7 @@ std::string ProgramFolder(const QStringList& args) {
     MakeDirectory(folder);
     return folder;
 }
+
 // --version and --help are answered before Qt starts, so they need no display.
 // Returns the exit status when one of them was given.
 std::optional<int> AnswerWithoutWindow(int argc, char** argv) {
@@ -53,8 +54,8 @@ std::optional<int> AnswerWithoutWindow(int argc, char** argv) {
             std::cout << "usage: vantrel [--app-dir DIR] [Qt options]\n"
                          "       vantrel --version | --help\n\n"
                          "Starts the Vantrel desktop program. --app-dir DIR uses DIR as the program\n"
-                         "folder (default: the program's own folder when writable, else\n"
-                         "$XDG_DATA_HOME/vantrel). See vantrel(1).\n";
+                         "folder (default: $XDG_DATA_HOME/vantrel, or the program's own folder\n"
+                         "when it is writable and not a system folder). See vantrel(1).\n";
             return 0;
         }
     }
