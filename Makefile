@@ -28,8 +28,9 @@ SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 # What the package and its checks need besides the build.
 PACKAGE_TOOLS := dpkg-dev file desktop-file-utils appstream lintian
 
-# The targets `make run`, `make install` and `make package` need (no tests or benchmarks).
-PROGRAMS := vantrel vantrel-cli vantrel-demo-data vantrel_install_data
+# What `make run` builds (no tests or benchmarks); `make install` and `make package`
+# add the compressed manual pages and changelog.
+PROGRAMS := vantrel vantrel-cli vantrel-demo-data
 
 .PHONY: all deps configure build programs run demo test sanitize bench fuzz fuzz-smoke \
         package package-check install clean
@@ -113,6 +114,7 @@ fuzz-smoke: fuzz
 
 package: EXTRA_PACKAGES = $(PACKAGE_TOOLS)
 package: programs
+	cmake --build $(BUILD) --target vantrel_install_data
 	rm -f $(BUILD)/vantrel_*.deb
 	cd $(BUILD) && cpack -G DEB
 	@ls $(BUILD)/vantrel_*.deb
@@ -123,6 +125,7 @@ package-check: package
 	lintian --fail-on error $(BUILD)/vantrel_*.deb
 
 install: programs
+	cmake --build $(BUILD) --target vantrel_install_data
 	cmake --install $(BUILD) --prefix $(PREFIX)
 
 clean:
