@@ -1,11 +1,14 @@
 # Vantrel: set-up, build, run and test.
-#   make run       install what is missing, build, start Vantrel on the demo data
-#   make test      install what is missing, build, run every test
+#   make run       install what is missing, build the two programs and the demo data
+#                  generator only, start Vantrel on the demo data
+#   make test      install what is missing, build everything, run every test
 #   make sanitize  core tests under AddressSanitizer and UndefinedBehaviorSanitizer
 #   make bench     build and run the benchmarks
 #   make fuzz      build the fuzz targets with clang (libFuzzer)
 #   make fuzz-smoke  build them, run each over its seed corpus plus 20 seconds
-#   make install   install the programs, the help file and the desktop entry
+#   make package   the Debian package build/vantrel_VERSION_ARCH.deb (CPack)
+#   make package-check  the package, then desktop-file-validate, appstreamcli and lintian
+#   make install   install what the package holds under PREFIX (default /usr/local)
 
 BUILD      ?= build
 SAN_BUILD  ?= build-sanitize
@@ -22,7 +25,15 @@ LAUNCHER := $(shell command -v ccache >/dev/null 2>&1 && echo -DCMAKE_CXX_COMPIL
 
 SUDO := $(shell [ "$$(id -u)" = 0 ] || echo sudo)
 
-.PHONY: all deps configure build run demo test sanitize bench fuzz fuzz-smoke install clean
+# What the package and its checks need besides the build.
+PACKAGE_TOOLS := dpkg-dev file desktop-file-utils appstream lintian
+
+# What `make run` builds (no tests or benchmarks); `make install` and `make package`
+# add the compressed manual pages and changelog.
+PROGRAMS := vantrel vantrel-cli vantrel-demo-data
+
+.PHONY: all deps configure build programs run demo test sanitize bench fuzz fuzz-smoke \
+        package package-check install clean
 
 all: build
 
@@ -46,7 +57,10 @@ configure: deps $(BUILD)/build.ninja
 build: configure
 	cmake --build $(BUILD) -j $(JOBS)
 
-demo: build
+programs: configure
+	cmake --build $(BUILD) -j $(JOBS) --target $(PROGRAMS)
+
+demo: programs
 	@rm -rf $(DEMO_DIR) && $(BUILD)/vantrel-demo-data $(DEMO_DIR) >/dev/null
 	@echo "Demo program folder: $(DEMO_DIR)"
 
@@ -98,7 +112,20 @@ fuzz-smoke: fuzz
 	  printf '%-12s %s\n' "$$name" "$$(grep -E '^#[0-9]+[[:space:]]+DONE' "$$work/$$name.log" | tail -1)"; \
 	done
 
-install: build
+package: EXTRA_PACKAGES = $(PACKAGE_TOOLS)
+package: programs
+	cmake --build $(BUILD) --target vantrel_install_data
+	rm -f $(BUILD)/vantrel_*.deb
+	cd $(BUILD) && cpack -G DEB
+	@ls $(BUILD)/vantrel_*.deb
+
+package-check: package
+	desktop-file-validate data/vantrel.desktop
+	appstreamcli validate --no-net packaging/io.github.vantrel.Vantrel.metainfo.xml
+	lintian --fail-on error $(BUILD)/vantrel_*.deb
+
+install: programs
+	cmake --build $(BUILD) --target vantrel_install_data
 	cmake --install $(BUILD) --prefix $(PREFIX)
 
 clean:

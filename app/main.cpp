@@ -16,11 +16,15 @@
 #include "startup/hpi_library.h"
 #include "startup/main_sequence.h"
 #include "startup/zip_steps.h"
+#include "vantrel_version.h"
 
 #include <QApplication>
 #include <QIcon>
 
 #include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <optional>
 
 using namespace vantrel;
 
@@ -38,9 +42,30 @@ std::string ProgramFolder(const QStringList& args) {
     MakeDirectory(folder);
     return folder;
 }
+
+// --version and --help are answered before Qt starts, so they need no display.
+// Returns the exit status when one of them was given.
+std::optional<int> AnswerWithoutWindow(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        if (!std::strcmp(argv[i], "--version") || !std::strcmp(argv[i], "-V")) {
+            std::cout << "vantrel " << VANTREL_VERSION_TEXT << "\n";
+            return 0;
+        }
+        if (!std::strcmp(argv[i], "--help") || !std::strcmp(argv[i], "-h")) {
+            std::cout << "usage: vantrel [--app-dir DIR] [Qt options]\n"
+                         "       vantrel --version | --help\n\n"
+                         "Starts the Vantrel desktop program. --app-dir DIR uses DIR as the program\n"
+                         "folder (default: $XDG_DATA_HOME/vantrel, or the program's own folder\n"
+                         "when it is writable and not a system folder). See vantrel(1).\n";
+            return 0;
+        }
+    }
+    return std::nullopt;
+}
 } // namespace
 
 int main(int argc, char** argv) {
+    if (std::optional<int> status = AnswerWithoutWindow(argc, argv)) return *status;
     QApplication app(argc, argv);
     QApplication::setApplicationName("vantrel");
     QApplication::setWindowIcon(QIcon(VantrelIcon(64)));

@@ -167,7 +167,11 @@ std::string ExecutableDir() {
 
 std::string ChooseProgramFolder(const std::string& exeDir, bool exeDirWritable,
                                 const std::string& xdgDataHome, const std::string& home) {
-    if (!exeDir.empty() && exeDirWritable) return WithTrailingSep(exeDir);
+    // An installed program (/usr/bin, /usr/local/bin, /bin) never keeps its
+    // files beside itself, not even when root can write there.
+    const bool installed = exeDir == "/usr" || exeDir.starts_with("/usr/") || exeDir == "/bin" ||
+                           exeDir.starts_with("/bin/");
+    if (!exeDir.empty() && exeDirWritable && !installed) return WithTrailingSep(exeDir);
     std::string base = !xdgDataHome.empty() ? xdgDataHome : JoinPath(home, ".local/share");
     return WithTrailingSep(JoinPath(base, "vantrel"));
 }

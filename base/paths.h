@@ -53,7 +53,8 @@ std::string ExecutableDir();
 std::string ExecutablePath();
 
 // Where the program's folder is: the executable's folder when it is writable
-// (a portable layout), otherwise $XDG_DATA_HOME/vantrel (~/.local/share/vantrel).
+// (a portable layout) and not a system folder (below /usr, or /bin), otherwise
+// $XDG_DATA_HOME/vantrel (~/.local/share/vantrel).
 std::string ChooseProgramFolder(const std::string& exeDir, bool exeDirWritable,
                                 const std::string& xdgDataHome, const std::string& home);
 

@@ -1,5 +1,6 @@
 // vantrel-cli: the command-line companion of Vantrel for batch work.
 #include "cli/cli_common.h"
+#include "vantrel_version.h"
 
 #include <algorithm>
 #include <iostream>
@@ -14,7 +15,8 @@ void PrintOverview() {
               [](const Command& a, const Command& b) { return a.name < b.name; });
     for (const Command& c : cmds)
         std::cout << "  " << c.usage << "\n      " << c.summary << "\n";
-    std::cout << "\n'vantrel-cli COMMAND --help' describes one command.\n";
+    std::cout << "\n'vantrel-cli COMMAND --help' describes one command;"
+                 " 'vantrel-cli --version' prints the version.\n";
 }
 } // namespace
 
@@ -23,6 +25,10 @@ int main(int argc, char** argv) {
     if (args.empty() || args[0] == "--help" || args[0] == "-h" || args[0] == "help") {
         PrintOverview();
         return args.empty() ? ExitUsage : ExitOk;
+    }
+    if (args[0] == "--version" || args[0] == "-V") {
+        std::cout << "vantrel-cli " << VANTREL_VERSION_TEXT << "\n";
+        return ExitOk;
     }
     for (const Command& c : Commands())
         if (c.name == args[0]) return c.run(std::vector<std::string>(args.begin() + 1, args.end()));

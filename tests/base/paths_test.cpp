@@ -49,4 +49,8 @@ TEST(Paths, ProgramFolderHasExactlyOneTrailingSeparator) {
     EXPECT_EQ(ChooseProgramFolder("/usr/bin", false, "", "/home/u"),
               "/home/u/.local/share/vantrel/");
     EXPECT_EQ(ChooseProgramFolder("/usr/bin", false, "/xdg", "/home/u"), "/xdg/vantrel/");
+    // Installed programs never write beside themselves, even as root.
+    EXPECT_EQ(ChooseProgramFolder("/usr/bin", true, "", "/root"), "/root/.local/share/vantrel/");
+    EXPECT_EQ(ChooseProgramFolder("/usr/local/bin", true, "/xdg", "/root"), "/xdg/vantrel/");
+    EXPECT_EQ(ChooseProgramFolder("/usrx/v", true, "", "/home/u"), "/usrx/v/");
 }
