@@ -192,7 +192,7 @@ void frmMain::BuildMenus() {
     SetStandardShortcut(mnuFileSaveAs, QKeySequence::SaveAs, Qt::CTRL | Qt::SHIFT | Qt::Key_S);
     mnuFileInstall = AddItem(mnuFile, "mnuFileInstall", "&Install into Game...",
                              [this] { mnuFileInstall_Click(); });
-    mnuFileMaps = AddItem(mnuFile, "mnuFileMaps", "M&aps...", [this] { mnuFileMaps_Click(); });
+    mnuFileMaps = AddItem(mnuFile, "mnuFileMaps", "Ma&ps...", [this] { mnuFileMaps_Click(); });
     mnuFileSep1 = AddSeparator(mnuFile, "mnuFileSep1");
     mnuFileMerge = AddItem(mnuFile, "mnuFileMerge", "&Merge...", [this] { commands_->Merge(); });
     mnuFileMerge->setShortcut(Qt::CTRL | Qt::Key_M);
