@@ -2,6 +2,7 @@
 
 #include "forms/qt_form_parts.h"
 #include "forms/qt_text.h"
+#include "base/text.h"
 #include "forms/settings_rules.h"
 
 #include <QGridLayout>

@@ -108,6 +108,9 @@ void FileCommands::ReadChosen(const std::string& path, bool tessaly, bool merge,
     if (!read) return; // nothing was read: the edits and their flag stay as they were
     // A merge leaves changes to save; an opened profile is what its file holds.
     p_.defs.Changed = merge;
+    // Values above the maxima are kept; the status bar says how many there are.
+    window_.ShowStatus(AboveMaximaText(
+        ValuesAboveMaxima(p_.defs, merge ? p_.defs.SavedUnits : p_.defs.Units)));
 
     if (!merge) {
         // Install copies this file from now on; a profile that is no file of

@@ -72,6 +72,8 @@ class MainWindowHooks {
     virtual void ShowMerge() = 0;
     // New and Open start a fresh edit history; a Save marks the values as saved.
     virtual void StartFreshHistory() {}
+    // A note on the status bar ("" clears it).
+    virtual void ShowStatus(const std::string& text) { (void)text; }
     virtual void ValuesSaved() {}
 };
 

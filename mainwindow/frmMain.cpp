@@ -28,6 +28,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
+#include <QStatusBar>
 #include <QVBoxLayout>
 
 namespace vantrel {
@@ -362,6 +363,13 @@ void frmMain::StartFreshHistory() {
 
 void frmMain::ValuesSaved() {
     history_->MarkSaved();
+}
+
+void frmMain::ShowStatus(const std::string& text) {
+    if (text.empty())
+        statusBar()->clearMessage();
+    else
+        statusBar()->showMessage(ToLatin1Text(text));
 }
 
 void frmMain::mnuFileExit_Click() {

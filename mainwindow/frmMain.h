@@ -120,6 +120,7 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     void ShowMerge() override;
     void StartFreshHistory() override;
     void ValuesSaved() override;
+    void ShowStatus(const std::string& text) override;
 
   protected:
     void closeEvent(QCloseEvent* event) override;

@@ -33,12 +33,13 @@ void InstallIntoGame(FileCommands& files, Messages& messages, const std::string&
         if (save != MsgAnswer::Yes || !files.Save()) return;
     }
     const std::string& saved = files.SavedPath();
-    InstallPlan plan = PlanInstall(saved, gameDir);
-    if (plan.replaces &&
-        messages.Show("'" + plan.destination + "' already exists. Replace it?", title,
-                      MsgButtons::YesNo, MsgIcon::Question) != MsgAnswer::Yes)
-        return;
+    InstallPlan plan;
     try {
+        plan = PlanInstall(saved, gameDir);
+        if (plan.replaces &&
+            messages.Show("'" + plan.destination + "' already exists. Replace it?", title,
+                          MsgButtons::YesNo, MsgIcon::Question) != MsgAnswer::Yes)
+            return;
         InstallProfile(saved, plan);
     } catch (const ProfileError& e) {
         messages.Inform(e.what(), title, MsgIcon::Exclamation);
