@@ -6,6 +6,8 @@
 // time of show and at most twice its peak memory.
 #include "demo/demo_units.h"
 
+#include "goal_reporter.h"
+
 #include <benchmark/benchmark.h>
 #include <chrono>
 #include <cstdio>
@@ -103,18 +105,6 @@ void BM_Check(benchmark::State& state) {
 
 BENCHMARK(BM_Show)->Unit(benchmark::kSecond)->Iterations(3)->UseRealTime();
 BENCHMARK(BM_Check)->Unit(benchmark::kSecond)->Iterations(3)->UseRealTime();
-
-class GoalReporter : public benchmark::ConsoleReporter {
-  public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        for (const Run& run : runs)
-            if (run.run_type == Run::RT_Iteration && !run.error_occurred && run.iterations > 0)
-                seconds[run.benchmark_name()] =
-                    run.real_accumulated_time / static_cast<double>(run.iterations);
-        ConsoleReporter::ReportRuns(runs);
-    }
-    std::map<std::string, double> seconds;
-};
 
 } // namespace
 

@@ -8,6 +8,8 @@
 #include "profile/profile.h"
 #include "profile/profile_writer.h"
 
+#include "goal_reporter.h"
+
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <cstdlib>
@@ -120,18 +122,6 @@ BENCHMARK(BM_MergeProfile)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_SaveAI)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_StageSameBytes)->Unit(benchmark::kMillisecond);
 
-// The console report, keeping each benchmark's seconds per iteration.
-class GoalReporter : public benchmark::ConsoleReporter {
-  public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        for (const Run& run : runs)
-            if (run.run_type == Run::RT_Iteration && !run.error_occurred && run.iterations > 0)
-                seconds[run.benchmark_name()] =
-                    run.real_accumulated_time / static_cast<double>(run.iterations);
-        ConsoleReporter::ReportRuns(runs);
-    }
-    std::map<std::string, double> seconds;
-};
 
 } // namespace
 
