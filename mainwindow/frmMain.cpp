@@ -366,10 +366,14 @@ void frmMain::ValuesSaved() {
 }
 
 void frmMain::ShowStatus(const std::string& text) {
-    if (text.empty())
-        statusBar()->clearMessage();
-    else
-        statusBar()->showMessage(ToLatin1Text(text));
+    // A widget of its own, so that menu status tips do not wipe the note out.
+    if (!lblStatus) {
+        if (text.empty()) return;
+        lblStatus = new QLabel(this);
+        lblStatus->setObjectName("lblStatus");
+        statusBar()->addWidget(lblStatus, 1);
+    }
+    lblStatus->setText(ToLatin1Text(text));
 }
 
 void frmMain::mnuFileExit_Click() {
