@@ -6,7 +6,7 @@
 // time of show and at most twice its peak memory.
 #include "demo/demo_units.h"
 
-#include "goal_reporter.h"
+#include "bench_support.h"
 
 #include <benchmark/benchmark.h>
 #include <chrono>
@@ -26,11 +26,10 @@ constexpr int UnitCount = 2000;
 constexpr std::size_t ProfileBytes = 100u << 20;
 
 struct Fixture {
-    std::string dir, units, profile;
+    BenchFolder scratch{"vantrel-check"};
+    std::string dir = scratch.path, units, profile;
 
     Fixture() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "vantrel-check-XXXXXX");
-        dir = ::mkdtemp(pattern.data());
         units = dir + "/Units";
         std::filesystem::create_directory(units);
         static const char* classes[] = {"CNSTR", "COMMANDER", "VTOL", "TANK", "KBOT", "FORT"};
@@ -59,10 +58,6 @@ struct Fixture {
         }
         profile = dir + "/Big.txt";
         vantrel::demo::WriteFile(profile, text);
-    }
-    ~Fixture() {
-        std::error_code ec;
-        std::filesystem::remove_all(dir, ec);
     }
 };
 

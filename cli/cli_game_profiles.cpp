@@ -10,17 +10,18 @@ namespace {
 
 const char* Usage = "game-profiles GAME_DIR";
 
-const char* Details = "Prints one line per AI profile the game has, SOURCE<TAB>NAME<TAB>SIZE:\n"
-                      "first every *.txt of the \"ai\" folder of each archive of GAME_DIR (*.hpi,\n"
-                      "*.ccx, *.gp?, *.swx, then *.ufo; SOURCE the archive's file name, NAME the\n"
-                      "path inside it), then the *.txt files of GAME_DIR's own \"ai\" folder (its\n"
-                      "name in any case; SOURCE \"ai\", NAME the file name). SIZE is in bytes.\n"
-                      "An archived profile is opened as GAME_DIR/SOURCE#NAME, a loose one as\n"
-                      "GAME_DIR/SOURCE/NAME (SOURCE is then the folder's own spelling), with show,\n"
-                      "check and save --open. Fields are escaped as in `units`. An archived\n"
-                      "profile whose name holds '#' or '\\' cannot be named that way: it is\n"
-                      "listed on stderr as unreachable. An archive that cannot be read is named\n"
-                      "on stderr with the reason. Exit status 1 when anything was left out.";
+const char* Details =
+    "Prints one line per AI profile the game has, SOURCE<TAB>NAME<TAB>SIZE:\n"
+    "first every *.txt of the \"ai\" folder of each archive of GAME_DIR (*.hpi,\n"
+    "*.ccx, *.gp?, *.swx, then *.ufo; SOURCE the archive's file name, NAME the\n"
+    "path inside it), then the *.txt files of GAME_DIR's own \"ai\" folder (its\n"
+    "name in any case; SOURCE \"ai\", NAME the file name). SIZE is in bytes.\n"
+    "An archived profile is opened as GAME_DIR/SOURCE#NAME, a loose one as\n"
+    "GAME_DIR/SOURCE/NAME (SOURCE is then the folder's own spelling), with show,\n"
+    "check and save --open. Fields are escaped as in `units`. An archived\n"
+    "profile whose name holds '#' or '\\' cannot be named that way: it is\n"
+    "listed on stderr as unreachable. An archive that cannot be read is named\n"
+    "on stderr with the reason. Exit status 1 when anything was left out.";
 
 int RunGameProfiles(const std::vector<std::string>& args) {
     if (WantsHelp(args, Usage, Details)) return ExitOk;

@@ -33,9 +33,9 @@ frmCheck::frmCheck(const std::string& name, const std::vector<CheckFinding>& fin
     lstFindings->setRootIsDecorated(false);
     lstFindings->setHeaderLabels({"Line", "Finding"});
     for (const CheckFinding& f : findings) {
-        auto* item = new QTreeWidgetItem(
-            lstFindings, {f.line > 0 ? QString::number(f.line) : QString(),
-                          ToLatin1Text(CheckSentence(f))});
+        auto* item =
+            new QTreeWidgetItem(lstFindings, {f.line > 0 ? QString::number(f.line) : QString(),
+                                              ToLatin1Text(CheckSentence(f))});
         item->setTextAlignment(0, Qt::AlignRight | Qt::AlignVCenter);
     }
     lstFindings->header()->setSectionResizeMode(QHeaderView::ResizeToContents);

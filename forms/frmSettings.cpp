@@ -1,8 +1,8 @@
 #include "forms/frmSettings.h"
 
+#include "base/text.h"
 #include "forms/qt_form_parts.h"
 #include "forms/qt_text.h"
-#include "base/text.h"
 #include "forms/settings_rules.h"
 
 #include <QGridLayout>

@@ -109,8 +109,8 @@ void FileCommands::ReadChosen(const std::string& path, bool tessaly, bool merge,
     // A merge leaves changes to save; an opened profile is what its file holds.
     p_.defs.Changed = merge;
     // Values above the maxima are kept; the status bar says how many there are.
-    window_.ShowStatus(AboveMaximaText(
-        ValuesAboveMaxima(p_.defs, merge ? p_.defs.SavedUnits : p_.defs.Units)));
+    window_.ShowStatus(
+        AboveMaximaText(ValuesAboveMaxima(p_.defs, merge ? p_.defs.SavedUnits : p_.defs.Units)));
 
     if (!merge) {
         // Install copies this file from now on; a profile that is no file of

@@ -81,7 +81,7 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     QWidget* picBorder = nullptr;
     QLabel* lblAIName = nullptr;
     QLabel* lblStatus = nullptr; // on the status bar, made by the first note
-    UnitBoard* board = nullptr; // holds picScreen and Vscroll1
+    UnitBoard* board = nullptr;  // holds picScreen and Vscroll1
 
     QMenu* mnuFile = nullptr;
     QAction* mnuFileNew = nullptr;

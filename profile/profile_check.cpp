@@ -23,8 +23,7 @@ struct ViewHash {
     using is_transparent = void;
     std::size_t operator()(std::string_view s) const { return std::hash<std::string_view>{}(s); }
 };
-template <class T>
-using ViewMap = std::unordered_map<std::string, T, ViewHash, std::equal_to<>>;
+template <class T> using ViewMap = std::unordered_map<std::string, T, ViewHash, std::equal_to<>>;
 using ViewSet = std::unordered_set<std::string, ViewHash, std::equal_to<>>;
 
 // The number of the line that holds each position, for positions asked in
@@ -53,10 +52,10 @@ struct Seen {
     std::string_view name;  // as written
     std::string_view upper; // the name upper-cased
     int line = 0;
-    bool named = false;      // the reader can take it for the unit of its name
-    bool weight = false;     // a WEIGHT entry (Tessaly: a "Weight" key)
-    std::string_view entry;  // the entry's text ("" for a Tessaly section: no value)
-    std::string_view value;  // its value text
+    bool named = false;     // the reader can take it for the unit of its name
+    bool weight = false;    // a WEIGHT entry (Tessaly: a "Weight" key)
+    std::string_view entry; // the entry's text ("" for a Tessaly section: no value)
+    std::string_view value; // its value text
     const std::vector<int>* readers = nullptr; // units the reader takes this entry for
 };
 
@@ -84,7 +83,8 @@ class Findings {
 
     void Add(const Seen& e) {
         if (!e.entry.empty() && !ParseRegionalNumber(e.value, sep_)) {
-            CheckFinding& f = notNumbers_.emplace_back(Finding(CheckFinding::NotANumber, "", "", e.line));
+            CheckFinding& f =
+                notNumbers_.emplace_back(Finding(CheckFinding::NotANumber, "", "", e.line));
             f.text = TrimBlanks(e.entry);
             f.value = e.value;
             f.readAs = ProfileNumber(e.value, sep_);
@@ -127,8 +127,7 @@ class Findings {
                 std::optional<std::string> set = sets->Find(u.UnitName, "Set");
                 included = !(set && EqualsNoCase(*set, "DON'T BUILD;"));
             }
-            if (included && !u.UnitName.empty() && ProfileSection(u.TEDClass) >= 0 &&
-                !hasWeight(i))
+            if (included && !u.UnitName.empty() && ProfileSection(u.TEDClass) >= 0 && !hasWeight(i))
                 all.push_back(Finding(CheckFinding::Missing, u.UnitName, "", 0));
         }
         for (CheckFinding& f : notNumbers_)
@@ -218,9 +217,8 @@ std::vector<CheckFinding> CheckTessaly(const Definitions& defs, const ProfileTex
         const std::string value = TrimBlanks(line.substr(eq + 1));
         findings.Add({section, upper, number, named, weight, line, value, nullptr});
     });
-    return findings.All(profile.buildSet, [&](int i) {
-        return weighted.count(UCase(defs.Units[i].UnitName)) != 0;
-    });
+    return findings.All(profile.buildSet,
+                        [&](int i) { return weighted.count(UCase(defs.Units[i].UnitName)) != 0; });
 }
 
 } // namespace

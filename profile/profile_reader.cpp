@@ -7,8 +7,8 @@
 // for a name without lower-case letters, from the first one anywhere. Names
 // match a prefix: ARMCOM also finds "LIMIT ARMCOMX 3", whose value text
 // "X 3" gives 3. A value runs to the end of its line: a line ends at CR LF,
-// LF or a lone CR. Values are kept as read, also above the maxima. Rather than one search per unit, one pass over the text
-// visits every entry and looks the text after its keyword up among the
+// LF or a lone CR. Values are kept as read, also above the maxima. Rather than one search per unit,
+// one pass over the text visits every entry and looks the text after its keyword up among the
 // catalogue's names, once per distinct name length, so that a name finds
 // exactly the entries that a search for it would.
 #include "base/paths.h"
@@ -22,8 +22,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <unordered_map>
 #include <tuple>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -65,8 +65,7 @@ void FindFirstEntries(std::string_view upper,
                 if (first.weight.at == npos) first.weight = entry;
             } else {
                 if (first.limit.at == npos) first.limit = entry;
-                if (entry.at >= hard && first.limitFromHard.at == npos)
-                    first.limitFromHard = entry;
+                if (entry.at >= hard && first.limitFromHard.at == npos) first.limitFromHard = entry;
             }
         }
     });

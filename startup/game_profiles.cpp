@@ -12,8 +12,8 @@
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <unistd.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace vantrel {
 
@@ -123,8 +123,8 @@ ProfileText ReadArchivedProfile(const ArchivePath& where) {
         auto found = FindNoCase(folder, archivePath.substr(nameStart),
                                 [](const std::string& p) { return IsRegularFile(p); });
         if (!found)
-            throw ProfileError("Cannot read '" + name + "': there is no such file, nor an archive '" +
-                               where.archive + "'.");
+            throw ProfileError("Cannot read '" + name +
+                               "': there is no such file, nor an archive '" + where.archive + "'.");
         archivePath = archivePath.substr(0, nameStart) + *found;
     }
     OpenedArchive opened = OpenGameArchive(archivePath);

@@ -167,7 +167,8 @@ TEST_F(ProfileCli, GameProfilesAndProfilesInsideArchives) {
     // Every name listed opens back the very file it names.
     std::istringstream lines(r.out);
     for (std::string source, name, size; std::getline(lines, source, '\t') &&
-                                         std::getline(lines, name, '\t') && std::getline(lines, size);) {
+                                         std::getline(lines, name, '\t') &&
+                                         std::getline(lines, size);) {
         const bool loose = source == "AI";
         Result shown = Run("show " + Units() + Q(game + "/" + source + (loose ? "/" : "#") + name));
         EXPECT_EQ(shown.status, 0) << source << " " << name << ": " << shown.err;

@@ -20,13 +20,13 @@
 #include "support/unit_fixtures.h"
 
 #include <QAction>
+#include <QCheckBox>
 #include <QFile>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPushButton>
-#include <QCheckBox>
 #include <QTableView>
 #include <QTest>
 #include <QTextBrowser>
@@ -201,8 +201,8 @@ TEST_F(MainWindowTest, OpenFromGameReadsTheChosenProfileAndCheckListsFindings) {
     window->mnuViewCheck->trigger();
     EXPECT_EQ(modals.back(), "frmCheck");
     // The fixture's units are all excluded, so none is missing.
-    EXPECT_EQ(findings, QStringList({"2 U9 names no unit: ignored",
-                                     "2 'x' is not a number: read as 0"}));
+    EXPECT_EQ(findings,
+              QStringList({"2 U9 names no unit: ignored", "2 'x' is not a number: read as 0"}));
 }
 
 TEST_F(MainWindowTest, NewResetsUnitsOnOkOnlyAndSettingsOnlyRenames) {

@@ -67,7 +67,8 @@ TEST_F(Reader, ReadsFollowTheCatalogueAsItChanges) {
     ReadAI(rig.ctx, dir / "p.txt", false);
     EXPECT_EQ(U(2).Weight, 4.0f);
     EXPECT_EQ(U(2).Limit, 7.0f);
-    Units({{"CORAK", "KBOT", true, 0, 0}, {"ARMLLT", "FORT", true, 0, 0},
+    Units({{"CORAK", "KBOT", true, 0, 0},
+           {"ARMLLT", "FORT", true, 0, 0},
            {"ARMCK", "CNSTR", true, 0, 0}});
     ReadAI(rig.ctx, dir / "p.txt", true);
     EXPECT_EQ(S(1).Weight, 4.0f);
@@ -164,7 +165,7 @@ TEST_F(Reader, EveryLineEndReadsAlike) {
         EXPECT_EQ(rig.fields.Author(), "Ann");
         EXPECT_EQ(rig.defs.LoadedAIName, "Lines AI");
         EXPECT_EQ(check(tsy, true), (std::vector<std::string>{"missing\tARMCK", "missing\tCORAK",
-                                                               "not-a-number\t5\tLimit=x7"}));
+                                                              "not-a-number\t5\tLimit=x7"}));
     }
 }
 
