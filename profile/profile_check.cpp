@@ -6,6 +6,7 @@
 #include "profile/profile_numbers.h"
 #include "profile/profile_writer.h"
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <optional>
@@ -39,6 +40,8 @@ class LineCounter {
         }
         return line_;
     }
+    // [scanned, end) is known to hold no line break (the rest of an entry's line).
+    void SkipTo(std::size_t end) { scanned_ = std::max(scanned_, end); }
 
   private:
     std::string_view text_;
@@ -58,6 +61,12 @@ struct Seen {
     std::string_view value; // its value text
     const std::vector<int>* readers = nullptr; // units the reader takes this entry for
 };
+
+// Digits only: a number without asking the regional rules (most values are).
+bool IsPlainNumber(std::string_view value) {
+    return !value.empty() && std::all_of(value.begin(), value.end(),
+                                         [](char c) { return c >= '0' && c <= '9'; });
+}
 
 CheckFinding Finding(CheckFinding::Kind kind, std::string name, std::string unitName, int line) {
     CheckFinding f;
@@ -82,7 +91,7 @@ class Findings {
     bool IsUnit(std::string_view upper) const { return units_.count(upper) != 0; }
 
     void Add(const Seen& e) {
-        if (!e.entry.empty() && !ParseRegionalNumber(e.value, sep_)) {
+        if (!e.entry.empty() && !IsPlainNumber(e.value) && !ParseRegionalNumber(e.value, sep_)) {
             CheckFinding& f =
                 notNumbers_.emplace_back(Finding(CheckFinding::NotANumber, "", "", e.line));
             f.text = TrimBlanks(e.entry);
@@ -172,8 +181,10 @@ std::vector<CheckFinding> CheckOwnFormat(const Definitions& defs, const ProfileT
         while (!value.empty() && value.back() == ' ')
             value.remove_suffix(1);
         auto r = readers.find(e.at);
+        const int line = lines.At(e.at);
+        lines.SkipTo(e.lineEnd);
         findings.Add({text.substr(nameAt, nameEnd - nameAt),
-                      std::string_view(upper).substr(nameAt, nameEnd - nameAt), lines.At(e.at),
+                      std::string_view(upper).substr(nameAt, nameEnd - nameAt), line,
                       true, e.weight, text.substr(e.at, e.lineEnd - e.at), value,
                       r == readers.end() ? nullptr : &r->second});
     });
