@@ -84,39 +84,44 @@ double RunCli(const char* command) {
     return static_cast<double>(usage.ru_maxrss) / 1024.0;
 }
 
-std::map<std::string, double> peakMB;
+// Per command: the peak memory and the shortest run (the machine's other load
+// only ever adds to a run, so the shortest is the fairest to compare).
+std::map<std::string, double> peakMB, fastest;
+
+void RunTimed(benchmark::State& state, const char* command) {
+    for (auto _ : state) {
+        const auto start = std::chrono::steady_clock::now();
+        peakMB[command] = RunCli(command);
+        const double seconds =
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        if (!fastest.count(command) || seconds < fastest[command]) fastest[command] = seconds;
+    }
+    state.counters["peak_MB"] = peakMB[command];
+}
 
 void BM_Show(benchmark::State& state) {
-    for (auto _ : state)
-        peakMB["show"] = RunCli("show");
-    state.counters["peak_MB"] = peakMB["show"];
+    RunTimed(state, "show");
 }
-
 void BM_Check(benchmark::State& state) {
-    for (auto _ : state)
-        peakMB["check"] = RunCli("check");
-    state.counters["peak_MB"] = peakMB["check"];
+    RunTimed(state, "check");
 }
 
-BENCHMARK(BM_Show)->Unit(benchmark::kSecond)->Iterations(3)->UseRealTime();
-BENCHMARK(BM_Check)->Unit(benchmark::kSecond)->Iterations(3)->UseRealTime();
+BENCHMARK(BM_Show)->Unit(benchmark::kSecond)->Iterations(5)->UseRealTime();
+BENCHMARK(BM_Check)->Unit(benchmark::kSecond)->Iterations(5)->UseRealTime();
 
 } // namespace
 
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     Data(); // the files are made before any run is timed
-    GoalReporter reporter;
+    benchmark::ConsoleReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
-    auto& s = reporter.seconds;
-    const std::string show = "BM_Show/iterations:3/real_time",
-                      check = "BM_Check/iterations:3/real_time";
-    if (s.count(show) && s.count(check))
-        std::printf("check on a 100 MB profile: %.2f s and %.0f MB; show: %.2f s and %.0f MB; "
-                    "time %.2f times (goal: at most 1.5), peak memory %.2f times (goal: at most "
-                    "2)\n",
-                    s[check], peakMB["check"], s[show], peakMB["show"], s[check] / s[show],
-                    peakMB["check"] / peakMB["show"]);
+    if (fastest.count("show") && fastest.count("check"))
+        std::printf("check on a 100 MB profile: %.2f s and %.0f MB; show: %.2f s and %.0f MB "
+                    "(fastest of the runs); time %.2f times (goal: at most 1.5), peak memory "
+                    "%.2f times (goal: at most 2)\n",
+                    fastest["check"], peakMB["check"], fastest["show"], peakMB["show"],
+                    fastest["check"] / fastest["show"], peakMB["check"] / peakMB["show"]);
     return 0;
 }

@@ -19,6 +19,16 @@ namespace {
 
 constexpr std::size_t npos = std::string_view::npos;
 
+// Unit names are short: FNV-1a hashes them faster than the library's hash.
+struct ShortHash {
+    std::size_t operator()(std::string_view s) const {
+        std::size_t h = 1469598103934665603ULL;
+        for (char c : s)
+            h = (h ^ static_cast<unsigned char>(c)) * 1099511628211ULL;
+        return h;
+    }
+};
+
 // Strings looked up by their views.
 struct ViewHash {
     using is_transparent = void;
@@ -148,7 +158,7 @@ class Findings {
     const Definitions& defs_;
     std::string_view sep_;
     std::vector<std::string> upperNames_; // unit i at [i - 1]
-    std::unordered_set<std::string_view> units_;
+    std::unordered_set<std::string_view, ShortHash> units_;
     std::vector<CheckFinding> unknown_, shadowed_, notNumbers_;
     ViewMap<std::size_t> unknownAt_, shadowAt_;
     ViewSet shadowing_;
