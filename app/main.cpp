@@ -77,6 +77,8 @@ int main(int argc, char** argv) {
     QtShell shell;
     SystemClock clock;
     DefaultRandom random;
+    if (!settings.Problem().empty())
+        messages.Inform(settings.Problem(), "Vantrel", MsgIcon::Exclamation);
 
     // The game's archive library and the zip steps of start-up.
     HpiLibrary archives(settings);

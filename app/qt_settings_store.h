@@ -1,6 +1,8 @@
 // The per-user settings store: QSettings, application "vantrel", group "Options".
 // Values are read and written as UTF-8, so a folder with any letters typed
-// into the settings file is found as it stands.
+// into the settings file is found as it stands. A settings file that is not a
+// regular file (a FIFO, a folder) is never opened: the store then keeps
+// nothing, and Problem() says why.
 #pragma once
 
 #include "base/ports.h"
@@ -23,9 +25,15 @@ class QtSettingsStore : public SettingsStore {
     // so reading it back tells whether it was stored.
     void Set(const std::string& key, const std::string& value) override;
     std::string Location() override;
+    // Why the settings file is ignored ("" when it is used).
+    const std::string& Problem() const { return problem_; }
 
   private:
-    std::unique_ptr<QSettings> settings_;
+    void Use(const std::string& file);
+
+    std::unique_ptr<QSettings> settings_; // null while the file is ignored
+    std::string file_;
+    std::string problem_;
 };
 
 } // namespace vantrel

@@ -5,6 +5,8 @@
 // their own implementations.
 #pragma once
 
+#include "base/text.h"
+
 #include <cstdint>
 #include <ctime>
 #include <map>
@@ -121,11 +123,11 @@ class Shell {
 class PlainSettingsFields : public SettingsFields {
   public:
     std::string AIName() override { return name_; }
-    void SetAIName(const std::string& s) override { name_ = s; }
+    void SetAIName(const std::string& s) override { name_ = WithoutControlCharacters(s); }
     std::string Author() override { return author_; }
-    void SetAuthor(const std::string& s) override { author_ = s; }
+    void SetAuthor(const std::string& s) override { author_ = WithoutControlCharacters(s); }
     std::string Banner() override { return banner_; }
-    void SetBanner(const std::string& s) override { banner_ = s; }
+    void SetBanner(const std::string& s) override { banner_ = WithoutControlCharacters(s); }
 
   private:
     std::string name_ = "New";

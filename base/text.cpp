@@ -1,5 +1,6 @@
 #include "base/text.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace vantrel {
@@ -80,6 +81,60 @@ std::string ReplaceAll(std::string_view s, std::string_view from, std::string_vi
         pos = hit + from.size();
     }
     out.append(s.substr(pos));
+    return out;
+}
+
+std::size_t LineEnd(std::string_view text, std::size_t pos) {
+    while (pos < text.size() && !IsLineBreakChar(text[pos]))
+        ++pos;
+    return std::min(pos, text.size());
+}
+
+std::string WithoutLineBreaks(std::string_view s) {
+    std::string out;
+    out.reserve(s.size());
+    for (char c : s)
+        if (!IsLineBreakChar(c)) out += c;
+    return out;
+}
+
+std::string WithoutControlCharacters(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    for (char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 32 || (byte >= 127 && byte < 160)) continue;
+        out += c;
+    }
+    return out;
+}
+
+std::string Escape(std::string_view s) {
+    static constexpr char Hex[] = "0123456789ABCDEF";
+    std::string out;
+    out.reserve(s.size());
+    for (char c : s) {
+        const auto byte = static_cast<unsigned char>(c);
+        switch (c) {
+        case '\t':
+            out += "\\t";
+            break;
+        case '\r':
+            out += "\\r";
+            break;
+        case '\n':
+            out += "\\n";
+            break;
+        case '\\':
+            out += "\\\\";
+            break;
+        default:
+            if (byte < 32 || byte == 127)
+                out.append("\\x").append(1, Hex[byte >> 4]).append(1, Hex[byte & 15]);
+            else
+                out += c;
+        }
+    }
     return out;
 }
 

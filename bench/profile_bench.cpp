@@ -8,6 +8,8 @@
 #include "profile/profile.h"
 #include "profile/profile_writer.h"
 
+#include "bench_support.h"
+
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <cstdlib>
@@ -30,7 +32,8 @@ class FixedClock : public Clock {
 
 // The generated Units folder, catalogue and saved profile, made once.
 struct Fixture {
-    std::string dir;
+    BenchFolder scratch{"vantrel-bench"};
+    std::string dir = scratch.path;
     std::string units;
     std::string profile;
     Definitions defs;
@@ -40,8 +43,6 @@ struct Fixture {
     ProfileContext ctx{defs, progress, fields, clock};
 
     Fixture() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "vantrel-bench-XXXXXX");
-        dir = ::mkdtemp(pattern.data());
         units = dir + "/Units";
         std::filesystem::create_directory(units);
         static const char* classes[] = {"CNSTR",  "COMMANDER", "VTOL",  "TANK",
@@ -63,10 +64,6 @@ struct Fixture {
         }
         profile = dir + "/Bench.txt";
         SaveAI(ctx, profile);
-    }
-    ~Fixture() {
-        std::error_code ec;
-        std::filesystem::remove_all(dir, ec);
     }
 };
 
@@ -119,19 +116,6 @@ BENCHMARK(BM_OpenProfile)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_MergeProfile)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_SaveAI)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_StageSameBytes)->Unit(benchmark::kMillisecond);
-
-// The console report, keeping each benchmark's seconds per iteration.
-class GoalReporter : public benchmark::ConsoleReporter {
-  public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        for (const Run& run : runs)
-            if (run.run_type == Run::RT_Iteration && !run.error_occurred && run.iterations > 0)
-                seconds[run.benchmark_name()] =
-                    run.real_accumulated_time / static_cast<double>(run.iterations);
-        ConsoleReporter::ReportRuns(runs);
-    }
-    std::map<std::string, double> seconds;
-};
 
 } // namespace
 

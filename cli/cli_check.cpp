@@ -22,6 +22,9 @@ const char* Details =
     "  missing<TAB>UNIT             an included unit that the profile would list but\n"
     "                               that has no WEIGHT entry\n"
     "  not-a-number<TAB>LINE<TAB>TEXT an entry whose value is not a number\n"
+    "Entries are found as the reader finds them: a WEIGHT or LIMIT anywhere in\n"
+    "a line, a line ending at CR LF, LF or a lone CR. Fields are escaped as in\n"
+    "`units`: \\t, \\r, \\n, \\\\ and other control bytes as \\xHH.\n"
     "The profile's build-set file decides which units are included.\n"
     "Exit status 0 when nothing is printed, 1 otherwise, 2 on bad usage.";
 
@@ -34,7 +37,7 @@ int RunCheck(const std::vector<std::string>& args) {
 
     ProfileRun run;
     if (auto status = PrepareProfileRun(run, positional[0])) return *status;
-    if (!SplitArchivePath(positional[1]) && !FileExists(positional[1])) return ExitUsage;
+    if (!ProfileExists(positional[1])) return ExitUsage;
     std::vector<CheckFinding> findings;
     try {
         findings =

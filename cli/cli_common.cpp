@@ -51,30 +51,6 @@ std::optional<int> SplitArgs(const std::vector<std::string>& args, const std::st
     return std::nullopt;
 }
 
-std::string Escape(const std::string& s) {
-    std::string out;
-    out.reserve(s.size());
-    for (char c : s) {
-        switch (c) {
-        case '\t':
-            out += "\\t";
-            break;
-        case '\r':
-            out += "\\r";
-            break;
-        case '\n':
-            out += "\\n";
-            break;
-        case '\\':
-            out += "\\\\";
-            break;
-        default:
-            out.push_back(c);
-        }
-    }
-    return out;
-}
-
 void PrintUnitTable(std::ostream& out, const RecordArray<vtUnit>& units) {
     out << "index\tSide\tName\tUnitName\tTEDClass\tDescription\tWeight\tLimit\tInclude\n";
     for (int i = 1; i <= units.UBound(); ++i) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "base/ports.h"
+#include "base/text.h"
 #include "catalogue/definitions.h"
 
 #include <functional>
@@ -50,9 +51,6 @@ struct Flag {
 std::optional<int> SplitArgs(const std::vector<std::string>& args, const std::string& usage,
                              std::initializer_list<Flag> flags,
                              std::vector<std::string>& positional);
-
-// TAB, CR, LF and backslash written as \t, \r, \n, \\.
-std::string Escape(const std::string& s);
 
 // The `units` table: a header line, then one line per unit in index order.
 void PrintUnitTable(std::ostream& out, const RecordArray<vtUnit>& units);

@@ -14,8 +14,10 @@ const char* Details =
     "Copies PROFILE into the game's \"ai\" folder (an existing one whose name is\n"
     "\"ai\" in any case, else GAME_DIR/ai, created) under its own file name and\n"
     "prints the destination. The copy replaces the destination in one step.\n"
-    "A file of the same name in any letter case is replaced only with --force;\n"
-    "without it the command stops with exit status 1.";
+    "A file of the same name in any letter case is replaced only with --force\n"
+    "(the one of exactly that name when several spellings are there); without\n"
+    "it the command stops with exit status 1. So does any failure to list the\n"
+    "game's folder or its \"ai\" folder, with the reason, leaving the old file.";
 
 int RunInstall(const std::vector<std::string>& args) {
     if (WantsHelp(args, Usage, Details)) return ExitOk;
@@ -25,19 +27,19 @@ int RunInstall(const std::vector<std::string>& args) {
     if (positional.size() != 2) return UsageError(Usage, "expected PROFILE and GAME_DIR");
     if (!FileExists(positional[0]) || !FolderExists(positional[1])) return ExitUsage;
 
-    InstallPlan plan = PlanInstall(positional[0], positional[1]);
-    if (plan.replaces && !force) {
-        std::cerr << "vantrel-cli: " << plan.destination
-                  << " already exists (--force replaces it)\n";
-        return ExitFailed;
-    }
     try {
+        InstallPlan plan = PlanInstall(positional[0], positional[1]);
+        if (plan.replaces && !force) {
+            std::cerr << "vantrel-cli: " << plan.destination
+                      << " already exists (--force replaces it)\n";
+            return ExitFailed;
+        }
         InstallProfile(positional[0], plan);
+        std::cout << plan.destination << "\n";
     } catch (const ProfileError& e) {
         std::cerr << "vantrel-cli: " << e.what() << "\n";
         return ExitFailed;
     }
-    std::cout << plan.destination << "\n";
     return ExitOk;
 }
 

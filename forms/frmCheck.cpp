@@ -31,13 +31,12 @@ frmCheck::frmCheck(const std::string& name, const std::vector<CheckFinding>& fin
     lstFindings = new QTreeWidget(this);
     lstFindings->setObjectName("lstFindings");
     lstFindings->setRootIsDecorated(false);
-    lstFindings->setHeaderLabels({"Finding", "Name", "Detail"});
+    lstFindings->setHeaderLabels({"Line", "Finding"});
     for (const CheckFinding& f : findings) {
-        // The columns of the check's line: the kind, then its fields.
-        QStringList columns = ToLatin1Text(CheckLine(f)).split('\t');
-        if (f.kind == CheckFinding::Shadowed) columns[2] = "read as " + columns[2] + "'s entry";
-        if (f.kind == CheckFinding::NotANumber) columns[1] = "line " + columns[1];
-        new QTreeWidgetItem(lstFindings, columns);
+        auto* item =
+            new QTreeWidgetItem(lstFindings, {f.line > 0 ? QString::number(f.line) : QString(),
+                                              ToLatin1Text(CheckSentence(f))});
+        item->setTextAlignment(0, Qt::AlignRight | Qt::AlignVCenter);
     }
     lstFindings->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
 

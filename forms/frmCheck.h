@@ -23,7 +23,7 @@ class frmCheck : public QDialog {
              QWidget* parent = nullptr);
 
     QLabel* lblSummary = nullptr;
-    QTreeWidget* lstFindings = nullptr; // Finding, Name, Detail
+    QTreeWidget* lstFindings = nullptr; // Line, Finding (in words)
     QPushButton* cmdOK = nullptr;
 };
 

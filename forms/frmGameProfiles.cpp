@@ -17,7 +17,9 @@ frmGameProfiles::frmGameProfiles(const std::string& gameDir, QWidget* parent) : 
     setWindowTitle("Open from Game");
     setModal(true);
 
-    if (IsDirectory(gameDir)) profiles_ = ListGameProfiles(gameDir);
+    GameProfileList list;
+    if (IsDirectory(gameDir)) list = ListGameProfiles(gameDir);
+    profiles_ = list.profiles;
     lblGame = new QLabel(this);
     lblGame->setObjectName("lblGame");
     lblGame->setWordWrap(true);
@@ -28,6 +30,9 @@ frmGameProfiles::frmGameProfiles(const std::string& gameDir, QWidget* parent) : 
         lblGame->setText(ToLatin1Text("The game in " + gameDir + " has no AI profiles."));
     else
         lblGame->setText(ToLatin1Text("AI profiles of the game in " + gameDir + ":"));
+    for (const UnreadableArchive& a : list.unreadable)
+        lblGame->setText(lblGame->text() +
+                         ToLatin1Text("\nNot read: " + a.path + " (" + a.reason + ")."));
 
     lstProfiles = new QTreeWidget(this);
     lstProfiles->setObjectName("lstProfiles");

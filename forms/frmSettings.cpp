@@ -1,5 +1,6 @@
 #include "forms/frmSettings.h"
 
+#include "base/text.h"
 #include "forms/qt_form_parts.h"
 #include "forms/qt_text.h"
 #include "forms/settings_rules.h"

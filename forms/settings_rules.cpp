@@ -4,17 +4,6 @@
 
 namespace vantrel {
 
-std::string WithoutControlCharacters(std::string_view text) {
-    std::string out;
-    out.reserve(text.size());
-    for (char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 32 || (byte >= 127 && byte < 160)) continue;
-        out += c;
-    }
-    return out;
-}
-
 bool IsAcceptableAIName(const std::string& name) {
     return !TrimSpaces(name).empty();
 }

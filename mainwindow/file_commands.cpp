@@ -115,6 +115,10 @@ void FileCommands::ReadChosen(const std::string& path, bool tessaly, bool merge,
     if (!read) return; // nothing was read: the edits and their flag stay as they were
     // A merge leaves changes to save; an opened profile is what its file holds.
     p_.defs.Changed = merge;
+    // Values above the maxima are kept; the status bar says how many there are.
+    const std::string above =
+        AboveMaximaText(ValuesAboveMaxima(p_.defs, merge ? p_.defs.SavedUnits : p_.defs.Units));
+    const std::string note = above.empty() ? "" : " - " + above;
 
     if (!merge) {
         // Save writes this file back from now on, unless it is no file of our
@@ -124,7 +128,7 @@ void FileCommands::ReadChosen(const std::string& path, bool tessaly, bool merge,
         window_.ReselectCurrentSide();
         window_.SetInUse(true);
         if (rememberFolder) RememberFolderOf(path);
-        window_.ShowStatus("Opened " + path);
+        window_.ShowStatus("Opened " + path + note);
         return;
     }
     p_.defs.DialogOK = false;
@@ -134,7 +138,7 @@ void FileCommands::ReadChosen(const std::string& path, bool tessaly, bool merge,
     if (rememberFolder) RememberFolderOf(path);
     window_.FileStateChanged();
     if (p_.defs.DialogOK) {
-        window_.ShowStatus("Merged " + path);
+        window_.ShowStatus("Merged " + path + note);
         p_.messages.Inform("Merge complete", "Merge", MsgIcon::Information);
     }
 }

@@ -75,7 +75,8 @@ class MainWindowHooks {
     virtual void ValuesSaved() {}
     // The current file or the unsaved-changes state may have changed (title).
     virtual void FileStateChanged() {}
-    // A line for the status bar confirming what a command did.
+    // A line for the status bar confirming what a command did, with any note
+    // on what was read ("" clears it).
     virtual void ShowStatus(const std::string&) {}
 };
 

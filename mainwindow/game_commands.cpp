@@ -37,12 +37,13 @@ std::optional<std::string> InstallIntoGame(FileCommands& files, Messages& messag
         return std::nullopt;
     }
     const std::string& saved = files.CurrentFile();
-    InstallPlan plan = PlanInstall(saved, gameDir);
-    if (plan.replaces &&
-        messages.Show("'" + plan.destination + "' already exists. Replace it?", title,
-                      MsgButtons::YesNo, MsgIcon::Question) != MsgAnswer::Yes)
-        return std::nullopt;
+    InstallPlan plan;
     try {
+        plan = PlanInstall(saved, gameDir);
+        if (plan.replaces &&
+            messages.Show("'" + plan.destination + "' already exists. Replace it?", title,
+                          MsgButtons::YesNo, MsgIcon::Question) != MsgAnswer::Yes)
+            return std::nullopt;
         InstallProfile(saved, plan);
     } catch (const ProfileError& e) {
         messages.Inform(e.what(), title, MsgIcon::Exclamation);
@@ -60,9 +61,13 @@ std::string UseCurrentProfileOnMaps(FileCommands& files, Messages& messages,
     const std::string& saved = files.CurrentFile();
     bool installed = files.CanSaveQuietly() && !files.HasUnsavedChanges();
     if (installed) {
-        const InstallPlan plan = PlanInstall(saved, gameDir);
-        installed = plan.replaces && ReadWholeFile(plan.destination, ProfileFileMax) ==
-                                         ReadWholeFile(saved, ProfileFileMax);
+        try {
+            const InstallPlan plan = PlanInstall(saved, gameDir);
+            installed = plan.replaces && ReadWholeFile(plan.destination, ProfileFileMax) ==
+                                             ReadWholeFile(saved, ProfileFileMax);
+        } catch (const ProfileError&) {
+            installed = false; // Install into Game tries again and says why
+        }
     }
     if (!installed && !InstallIntoGame(files, messages, gameDir)) return {};
 

@@ -52,15 +52,11 @@ std::optional<std::string_view> SectionName(std::string_view line) {
 }
 
 // Calls each(line) for every non-empty line of `text`, trimmed.
-template <class Each> void ForEachLine(std::string_view text, Each&& each) {
-    std::size_t start = 0;
-    while (start < text.size()) {
-        std::size_t end = text.find('\n', start);
-        if (end == std::string_view::npos) end = text.size();
-        std::string_view line = TrimView(text.substr(start, end - start));
-        start = end + 1;
+template <class Each> void ForEachTrimmedLine(std::string_view text, Each&& each) {
+    ForEachLine(text, [&](std::string_view line, std::size_t) {
+        line = TrimView(line);
         if (!line.empty()) each(line);
-    }
+    });
 }
 
 } // namespace
@@ -96,7 +92,7 @@ IniIndex::IniIndex(std::string text) : text_(std::move(text)) {
                 sec.keys->try_emplace(entries_[e].key, e);
         }
     };
-    ForEachLine(all, [&](std::string_view line) {
+    ForEachTrimmedLine(all, [&](std::string_view line) {
         if (auto name = SectionName(line)) {
             closeSection();
             // A later section of a name already seen is never searched.

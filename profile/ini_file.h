@@ -25,9 +25,10 @@ struct NoCaseEqual {
 // The sections and keys of one INI text, indexed once so that many look-ups
 // cost no more than one pass over the text.
 //
-// Lines end at LF and are trimmed of white space; empty lines are skipped. A
-// line starting with "[" that holds a "]" names a section: the text between
-// the "[" and the last "]". Other lines are keys: the text before the first
+// Lines end at CR LF, LF or a lone CR and are trimmed of white space; empty
+// lines are skipped. A line starting with "[" that holds a "]" names a
+// section: the text between the "[" and the last "]". Other lines are keys: the text before the
+// first
 // "=" (trailing blanks removed) with the value after it (leading blanks
 // removed); a line without "=" is a key without a value. Lines before the
 // first section belong to none. Names match without regard to letter case;

@@ -57,14 +57,20 @@ struct ProfileText {
 void ReadAI(ProfileContext& ctx, const ProfileText& profile, bool merge);
 void ReadTessalyAI(ProfileContext& ctx, const ProfileText& profile, bool merge);
 
-// Where ReadAI takes each unit's values from in a profile text of our own
-// format: the positions of the "WEIGHT " and "LIMIT " entries it reads
-// (std::string::npos for none). Unit i is at [i - 1].
+// Where ReadAI takes each unit's values from in the upper-cased text of a
+// profile of our own format: the positions of the "WEIGHT " and "LIMIT "
+// entries it reads (std::string::npos for none). Unit i is at [i - 1].
 struct EntriesRead {
     std::size_t weight;
     std::size_t limit;
 };
-std::vector<EntriesRead> EntriesReadFor(const Definitions& defs, std::string_view text);
+std::vector<EntriesRead> EntriesReadFor(const Definitions& defs, std::string_view upper);
+
+// The readers keep values above WeightMax and LimitMax as read. How many
+// weights and limits of `units` (Units after Open, SavedUnits after Merge)
+// are above the current maxima, and the sentence that says so ("" for none).
+int ValuesAboveMaxima(const Definitions& defs, const RecordArray<vtUnit>& units);
+std::string AboveMaximaText(int count);
 
 // The build-set path of a profile path: its last four characters replaced by ".set".
 std::string BuildSetPath(const std::string& profilePath);

@@ -6,8 +6,9 @@
 // the first "PLAN HARD" (wherever that stands, a header included), else,
 // for a name without lower-case letters, from the first one anywhere. Names
 // match a prefix: ARMCOM also finds "LIMIT ARMCOMX 3", whose value text
-// "X 3" gives 3. Rather than one search per unit, one pass over the text
-// visits every entry and looks the text after its keyword up among the
+// "X 3" gives 3. A value runs to the end of its line: a line ends at CR LF,
+// LF or a lone CR. Values are kept as read, also above the maxima. Rather than one search per unit,
+// one pass over the text visits every entry and looks the text after its keyword up among the
 // catalogue's names, once per distinct name length, so that a name finds
 // exactly the entries that a search for it would.
 #include "base/paths.h"
@@ -16,10 +17,12 @@
 #include "catalogue/load_units.h"
 #include "profile/ini_file.h"
 #include "profile/profile.h"
+#include "profile/profile_entries.h"
 #include "profile/profile_numbers.h"
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -29,14 +32,7 @@ namespace vantrel {
 namespace {
 
 constexpr std::size_t npos = std::string_view::npos;
-constexpr std::string_view WeightKey = "WEIGHT ", LimitKey = "LIMIT ";
-
-// An entry: where its keyword starts, and the first CR LF at or after that
-// (the text's end when none follows).
-struct Entry {
-    std::size_t at = npos;
-    std::size_t lineEnd = npos;
-};
+using Entry = ProfileEntry;
 
 // The first entries of one upper-cased name.
 struct FirstEntries {
@@ -58,30 +54,21 @@ void FindFirstEntries(std::string_view upper,
 
     std::size_t hard = upper.find("PLAN HARD");
     if (hard == npos) hard = 0;
-    std::size_t lineEnd = 0; // the first CR LF at or after the last entry
-    for (std::size_t p = 0; p < upper.size(); ++p) {
-        if (upper[p] != 'W' && upper[p] != 'L') continue;
-        const bool weight = upper.substr(p, WeightKey.size()) == WeightKey;
-        if (!weight && upper.substr(p, LimitKey.size()) != LimitKey) continue;
-        if (p >= lineEnd) { // past the line end found last (never on it: that is a CR)
-            lineEnd = upper.find("\r\n", p);
-            if (lineEnd == npos) lineEnd = upper.size();
-        }
-        const Entry entry{p, lineEnd};
-        const std::size_t nameAt = p + (weight ? WeightKey.size() : LimitKey.size());
+    ForEachEntry(upper, [&](const Entry& entry) {
+        const std::size_t nameAt = entry.NameAt();
         for (std::size_t length : lengths) {
             if (length > upper.size() - nameAt) break;
             auto it = names.find(upper.substr(nameAt, length));
             if (it == names.end()) continue;
             FirstEntries& first = it->second;
-            if (weight) {
+            if (entry.weight) {
                 if (first.weight.at == npos) first.weight = entry;
             } else {
                 if (first.limit.at == npos) first.limit = entry;
-                if (p >= hard && first.limitFromHard.at == npos) first.limitFromHard = entry;
+                if (entry.at >= hard && first.limitFromHard.at == npos) first.limitFromHard = entry;
             }
         }
-    }
+    });
 }
 
 // The number an entry gives: the rest of its line after the keyword and
@@ -106,8 +93,8 @@ bool HasLowerCase(std::string_view name) {
 
 // How a header field's value is cleaned up.
 enum class HeaderForm {
-    FirstLine, // the part before the first CR LF, trimmed of spaces (opening our own format)
-    Joined,    // every CR LF removed, trimmed of spaces (merging, Tessaly files)
+    FirstLine, // the part before the first line end, trimmed of spaces (opening our own format)
+    Joined,    // every CR and LF removed, trimmed of spaces (merging, Tessaly files)
 };
 
 // The "Auth:" or "Name:" field of a profile text. The value runs from the
@@ -119,11 +106,10 @@ std::string HeaderField(std::string_view text, std::string_view key, HeaderForm 
         raw = *field;
     } else if (std::size_t p = text.find(key); p != npos) {
         std::size_t start = p + key.size();
-        std::size_t end = text.find("\r\n", start);
-        raw = std::string(text.substr(start, end == npos ? end : end - start));
+        raw = std::string(text.substr(start, LineEnd(text, start) - start));
     }
-    if (form == HeaderForm::FirstLine) return TrimSpaces(raw.substr(0, raw.find("\r\n")));
-    return TrimSpaces(ReplaceAll(raw, "\r\n", ""));
+    if (form == HeaderForm::FirstLine) return TrimSpaces(raw.substr(0, LineEnd(raw, 0)));
+    return TrimSpaces(WithoutLineBreaks(raw));
 }
 
 // The file name without folder and without its last four characters ("" when shorter).
@@ -182,8 +168,9 @@ void Prepare(Definitions& defs, const ProfileText& profile, bool merge) {
     }
 }
 
-// Stores every unit's values, `valuesOf(i)` for unit i, with the clamps
-// and progress points both readers share; then takes the header fields.
+// Stores every unit's values, `valuesOf(i)` for unit i, as read (values
+// above the maxima included), with the progress points both readers share;
+// then takes the header fields.
 template <class ValuesOf>
 void Store(ProfileContext& ctx, const ProfileText& profile, bool merge, HeaderForm form,
            ValuesOf valuesOf) {
@@ -191,12 +178,8 @@ void Store(ProfileContext& ctx, const ProfileText& profile, bool merge, HeaderFo
     const int n = defs.Units.UBound();
     ctx.progress.SetMaximum(n);
     RecordArray<vtUnit>& target = merge ? defs.SavedUnits : defs.Units;
-    const auto weightMax = static_cast<float>(defs.Option(optWeightMax));
-    const auto limitMax = static_cast<float>(defs.Option(optLimitMax));
     for (int i = 1; i <= n; ++i) {
-        auto [weight, limit] = valuesOf(i);
-        target[i].Weight = weight > weightMax ? weightMax : weight;
-        target[i].Limit = limit > limitMax ? limitMax : limit;
+        std::tie(target[i].Weight, target[i].Limit) = valuesOf(i);
         const auto percent = static_cast<int>(std::floor(static_cast<double>(i) / n * 100.0));
         if (percent == 20 || percent == 50 || percent == 90 || percent == 100) {
             ctx.progress.SetValue(i);
@@ -294,9 +277,10 @@ void ReadTessalyAI(ProfileContext& ctx, const std::string& path, bool merge) {
     ReadTessalyFormat(ctx, ProfileFile(path, merge), merge);
 }
 
-std::vector<EntriesRead> EntriesReadFor(const Definitions& defs, std::string_view text) {
+std::vector<EntriesRead> EntriesReadFor(const Definitions& defs, std::string_view upper) {
     std::vector<EntriesRead> read;
-    for (const auto& [weight, limit] : UnitEntries(defs, UCase(text)))
+    read.reserve(static_cast<std::size_t>(defs.Units.UBound()));
+    for (const auto& [weight, limit] : UnitEntries(defs, upper))
         read.push_back({weight.at, limit.at});
     return read;
 }
@@ -309,6 +293,21 @@ void ReadAI(ProfileContext& ctx, const ProfileText& profile, bool merge) {
 void ReadTessalyAI(ProfileContext& ctx, const ProfileText& profile, bool merge) {
     BeginRead(ctx, profile.name);
     ReadTessalyFormat(ctx, profile, merge);
+}
+
+int ValuesAboveMaxima(const Definitions& defs, const RecordArray<vtUnit>& units) {
+    const auto weightMax = static_cast<float>(defs.Option(optWeightMax));
+    const auto limitMax = static_cast<float>(defs.Option(optLimitMax));
+    int above = 0;
+    for (int i = 1; i <= units.UBound(); ++i)
+        above += (units[i].Weight > weightMax) + (units[i].Limit > limitMax);
+    return above;
+}
+
+std::string AboveMaximaText(int count) {
+    if (count == 0) return {};
+    return std::to_string(count) + (count == 1 ? " value is" : " values are") +
+           " above the maxima of the Options (kept as read).";
 }
 
 } // namespace vantrel

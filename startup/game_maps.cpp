@@ -243,7 +243,11 @@ const MapLocation& FindMap(const MapIndex& index, const std::string& name) {
 
 GameProfileSources::GameProfileSources(const std::string& gameDir) {
     // Archived profiles come first, then the loose ones: the last listed wins.
-    for (const GameProfile& p : ListGameProfiles(gameDir)) {
+    // Names we cannot address still count: the game reads them all.
+    GameProfileList list = ListGameProfiles(gameDir);
+    std::vector<GameProfile> all = std::move(list.unreachable);
+    all.insert(all.end(), list.profiles.begin(), list.profiles.end());
+    for (const GameProfile& p : all) {
         std::string_view file = FileNameOf(p.name);
         if (file.size() < 4) continue;
         const std::string key = UCase(file.substr(0, file.size() - 4));

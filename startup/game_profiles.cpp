@@ -6,8 +6,14 @@
 #include "startup/archive_library.h"
 #include "startup/hpi_archive.h"
 
+#include <cerrno>
+#include <cstring>
+#include <memory>
+
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace vantrel {
 
@@ -27,29 +33,83 @@ std::optional<std::string> ExtractToText(const HpiArchive& archive, const HpiEnt
     return data;
 }
 
-// The first entry of `dir` (in listing order) named `name` in any case for
-// which `wanted(path)` holds.
+// The names in `dir`, or the reason it cannot be listed.
+struct Listing {
+    std::vector<std::string> names;
+    std::string error; // empty when listed
+};
+Listing ListFolder(const std::string& dir) {
+    Listing listing;
+    DIR* d = ::opendir(dir.empty() ? "." : dir.c_str());
+    if (!d) {
+        listing.error = std::strerror(errno);
+        return listing;
+    }
+    errno = 0;
+    while (dirent* e = ::readdir(d)) {
+        std::string entry = e->d_name;
+        if (entry != "." && entry != "..") listing.names.push_back(std::move(entry));
+        errno = 0;
+    }
+    if (errno != 0) listing.error = std::strerror(errno);
+    ::closedir(d);
+    return listing;
+}
+
+// The entry of `names` named `name` itself when there is one, else the
+// first (in listing order) named `name` in any case for which
+// `wanted(entry)` holds.
+template <class Wanted>
+std::optional<std::string> FindNoCase(const std::vector<std::string>& names,
+                                      const std::string& name, Wanted wanted) {
+    std::optional<std::string> found;
+    for (const std::string& entry : names) {
+        if (!EqualsNoCase(entry, name) || !wanted(entry)) continue;
+        if (entry == name) return entry;
+        if (!found || ListingLess(entry, *found)) found = entry;
+    }
+    return found;
+}
+
 template <class Wanted>
 std::optional<std::string> FindNoCase(const std::string& dir, const std::string& name,
                                       Wanted wanted) {
-    std::optional<std::string> found;
-    DIR* d = ::opendir(dir.c_str());
-    if (!d) return found;
-    while (dirent* e = ::readdir(d)) {
-        std::string entry = e->d_name;
-        if (EqualsNoCase(entry, name) && wanted(JoinPath(dir, entry)) &&
-            (!found || ListingLess(entry, *found)))
-            found = entry;
-    }
-    ::closedir(d);
-    return found;
+    return FindNoCase(ListFolder(dir).names, name,
+                      [&](const std::string& entry) { return wanted(JoinPath(dir, entry)); });
+}
+
+// An archive of the game opened for its profiles, or why it cannot be read.
+struct OpenedArchive {
+    std::unique_ptr<HpiArchive> archive;
+    std::string error;
+};
+OpenedArchive OpenGameArchive(const std::string& path) {
+    OpenedArchive opened{HpiArchive::OpenFile(path), ""};
+    if (opened.archive) return opened;
+    struct stat st {};
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        opened.error = std::strerror(errno);
+    else if (::fstat(fd, &st) == 0 && S_ISDIR(st.st_mode))
+        opened.error = "it is a folder";
+    else
+        opened.error = "it is not an archive of the game";
+    if (fd >= 0) ::close(fd);
+    return opened;
+}
+
+// A name that `GAME_DIR/SOURCE#NAME` gives back as it stands: the split
+// takes the last '#', and the archive reads '\' as a folder separator.
+bool Addressable(const std::string& inner) {
+    return inner.find_first_of("#\\") == std::string::npos;
 }
 
 } // namespace
 
 std::optional<ArchivePath> SplitArchivePath(const std::string& path) {
     std::size_t hash = path.rfind('#');
-    if (hash == std::string::npos || IsRegularFile(path)) return std::nullopt;
+    struct stat st {};
+    if (hash == std::string::npos || ::stat(path.c_str(), &st) == 0) return std::nullopt;
     return ArchivePath{path.substr(0, hash), path.substr(hash + 1)};
 }
 
@@ -63,14 +123,15 @@ ProfileText ReadArchivedProfile(const ArchivePath& where) {
         auto found = FindNoCase(folder, archivePath.substr(nameStart),
                                 [](const std::string& p) { return IsRegularFile(p); });
         if (!found)
-            throw ProfileError("Cannot read '" + name + "': there is no archive '" + where.archive +
-                               "'.");
+            throw ProfileError("Cannot read '" + name +
+                               "': there is no such file, nor an archive '" + where.archive + "'.");
         archivePath = archivePath.substr(0, nameStart) + *found;
     }
-    auto archive = HpiArchive::OpenFile(archivePath);
-    if (!archive)
-        throw ProfileError("Cannot read '" + name + "': '" + where.archive +
-                           "' is not an archive of the game.");
+    OpenedArchive opened = OpenGameArchive(archivePath);
+    if (!opened.archive)
+        throw ProfileError("Cannot read '" + name + "': '" + where.archive + "': " + opened.error +
+                           ".");
+    const std::unique_ptr<HpiArchive>& archive = opened.archive;
     const HpiEntry* file = archive->FindFile(where.inner);
     if (!file || file->isDirectory)
         throw ProfileError("Cannot read '" + name + "': the archive has no file '" + where.inner +
@@ -108,28 +169,36 @@ std::vector<std::string> GameArchiveFiles(const std::string& gameDir) {
     return files;
 }
 
-std::vector<GameProfile> ListGameProfiles(const std::string& gameDir) {
-    std::vector<GameProfile> profiles;
+GameProfileList ListGameProfiles(const std::string& gameDir) {
+    GameProfileList list;
     for (const std::string& file : GameArchiveFiles(gameDir)) {
         const std::string archivePath = JoinPath(gameDir, file);
-        auto archive = HpiArchive::OpenFile(archivePath);
-        const HpiEntry* ai = archive ? archive->FindFolder("ai") : nullptr;
+        OpenedArchive opened = OpenGameArchive(archivePath);
+        if (!opened.archive) {
+            list.unreadable.push_back({archivePath, opened.error});
+            continue;
+        }
+        const HpiEntry* ai = opened.archive->FindFolder("ai");
         if (!ai) continue;
         for (const HpiEntry& e : ai->children) {
             if (e.isDirectory || !WildcardMatch("*.txt", e.name)) continue;
             const std::string inner = ai->name + "/" + e.name;
-            profiles.push_back({file, inner, e.size, archivePath + "#" + inner});
+            GameProfile profile{file, inner, e.size, archivePath + "#" + inner};
+            (Addressable(inner) ? list.profiles : list.unreachable).push_back(profile);
         }
     }
+    // Loose profiles: SOURCE is the folder's own spelling.
     const std::string aiDir = GameAiFolder(gameDir);
+    std::string source = aiDir;
+    source = StripPath(source);
     for (const std::string& file : ListFiles(aiDir, "*.txt")) {
         const std::string path = JoinPath(aiDir, file);
         struct stat st {};
         std::uint64_t size =
             ::stat(path.c_str(), &st) == 0 ? static_cast<std::uint64_t>(st.st_size) : 0;
-        profiles.push_back({"ai", file, size, path});
+        list.profiles.push_back({source, file, size, path});
     }
-    return profiles;
+    return list;
 }
 
 std::string GameAiFolder(const std::string& gameDir) {
@@ -144,8 +213,21 @@ std::string GameSubfolder(const std::string& gameDir, const std::string& name) {
 InstallPlan PlanInstall(const std::string& profilePath, const std::string& gameDir) {
     std::string copy = profilePath;
     const std::string fileName = StripPath(copy);
-    const std::string aiDir = GameAiFolder(gameDir);
-    auto existing = FindNoCase(aiDir, fileName, [](const std::string&) { return true; });
+    const Listing game = ListFolder(gameDir);
+    if (!game.error.empty())
+        throw ProfileError("Cannot list the folder '" + gameDir + "': " + game.error + ".");
+    const std::string aiDir =
+        JoinPath(gameDir, FindNoCase(game.names, "ai", [&](const std::string& entry) {
+                              return IsDirectory(JoinPath(gameDir, entry));
+                          }).value_or("ai"));
+    struct stat st {};
+    if (::lstat(aiDir.c_str(), &st) != 0 && errno == ENOENT)
+        return {JoinPath(aiDir, fileName), false}; // created when installing
+    const Listing ai = ListFolder(aiDir);
+    if (!ai.error.empty())
+        throw ProfileError("Cannot list the folder '" + aiDir + "': " + ai.error +
+                           ". Nothing was installed.");
+    auto existing = FindNoCase(ai.names, fileName, [](const std::string&) { return true; });
     return {JoinPath(aiDir, existing.value_or(fileName)), existing.has_value()};
 }
 
@@ -153,7 +235,12 @@ void InstallProfile(const std::string& profilePath, const InstallPlan& plan) {
     FileText text = ReadProfileFile(profilePath);
     if (!text.ok()) throw ProfileError("Cannot read '" + profilePath + "': " + text.error + ".");
     std::string folder = plan.destination.substr(0, plan.destination.find_last_of(PathSep));
-    if (!MakeDirectory(folder)) throw ProfileError("Cannot create the folder '" + folder + "'.");
+    if (!IsDirectory(folder) && ::mkdir(folder.c_str(), 0777) != 0) {
+        const int error = errno;
+        if (!IsDirectory(folder))
+            throw ProfileError("Cannot create the folder '" + folder +
+                               "': " + std::strerror(error) + ".");
+    }
     ReplaceFile(plan.destination, text.data);
 }
 

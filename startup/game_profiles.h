@@ -17,7 +17,7 @@ struct ArchivePath {
     std::string archive;
     std::string inner;
 };
-// Splits `path` at its last '#', unless it names an existing file as it stands.
+// Splits `path` at its last '#', unless it names an existing file or folder as it stands.
 std::optional<ArchivePath> SplitArchivePath(const std::string& path);
 
 // Reads the file `inner` of `archive` (both names matched without letter case)
@@ -35,15 +35,29 @@ ProfileText ReadProfileAt(const std::string& path);
 std::vector<std::string> GameArchiveFiles(const std::string& gameDir);
 
 struct GameProfile {
-    std::string source; // the archive's file name, or "ai" for a loose file
+    std::string source; // the archive's file name, or the "ai" folder's name as spelt on disk
     std::string name;   // the path inside the archive ("/" separators), or the file name
     std::uint64_t size = 0;
     std::string path; // what the readers take: "ARCHIVE#inner" or the loose file's path
 };
+// An archive that could not be read, and why.
+struct UnreadableArchive {
+    std::string path;
+    std::string reason;
+};
+struct GameProfileList {
+    // Those whose path opens exactly the listed file: GAME_DIR/SOURCE#NAME
+    // (archived) or GAME_DIR/SOURCE/NAME (loose).
+    std::vector<GameProfile> profiles;
+    // Archived profiles that no path can name ('#' or '\' in the name).
+    std::vector<GameProfile> unreachable;
+    std::vector<UnreadableArchive> unreadable;
+};
 // Every "*.txt" in the "ai" folder of each archive of `gameDir` (the archive
 // patterns of the extraction, then "*.ufo"; archives in listing order), then
 // the "*.txt" files of `gameDir`'s own "ai" folder (its name in any case).
-std::vector<GameProfile> ListGameProfiles(const std::string& gameDir);
+// The one place that says which profiles the game has.
+GameProfileList ListGameProfiles(const std::string& gameDir);
 
 // The game's "ai" folder: an existing one whose name is "ai" in any case,
 // else `gameDir`/ai (which may not exist yet).
@@ -56,12 +70,14 @@ struct InstallPlan {
     bool replaces = false;   // a file of that name (any case) is already there
 };
 // Where installing `profilePath` into the game writes it: under the
-// profile's own file name in the game's "ai" folder, or over the file there
-// whose name differs only in letter case.
+// profile's own file name in the game's "ai" folder: over the file of that
+// very name when there is one, else over the first whose name differs only
+// in letter case. Throws ProfileError with the reason when the game's folder
+// or its "ai" folder cannot be listed (nothing is written then).
 InstallPlan PlanInstall(const std::string& profilePath, const std::string& gameDir);
 // Copies the profile to the plan's destination, creating the "ai" folder
 // when needed; the file is replaced in one step, so a failure leaves the old
-// one. Throws ProfileError.
+// one. Throws ProfileError with the reason.
 void InstallProfile(const std::string& profilePath, const InstallPlan& plan);
 
 } // namespace vantrel

@@ -8,6 +8,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <sstream>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace vantrel {
 namespace {
@@ -38,8 +41,8 @@ class ProfileCli : public ::testing::Test {
         }
     }
 
-    Result Run(const std::string& args) {
-        std::string cmd = "'" + cli_ + "' " + args + " 2>'" + (dir / "err") + "'";
+    Result Run(const std::string& args, const std::string& prefix = "") {
+        std::string cmd = prefix + "'" + cli_ + "' " + args + " 2>'" + (dir / "err") + "'";
         Result r{};
         FILE* p = ::popen(cmd.c_str(), "r");
         char buf[4096];
@@ -91,7 +94,23 @@ TEST_F(ProfileCli, TessalyNamesAndStoredOptions) {
     ASSERT_EQ(r.status, 0) << r.err;
     const std::string out = ReadBytes(dir / "a.txt");
     EXPECT_NE(out.find("\r\nAuth: Zed\r\nName: t AI\r\n"), std::string::npos); // file-name default
-    EXPECT_NE(out.find("Weight Armcom 3\r\n"), std::string::npos); // capped by the stored WeightMax
+    EXPECT_NE(out.find("Weight Armcom 7\r\n"), std::string::npos); // above WeightMax, kept
+    EXPECT_NE(r.err.find("1 value is above the maxima"), std::string::npos) << r.err;
+
+    // Control characters never reach the header: CR LF in a name cannot add entries.
+    r = Run("save " + Units() + Q(dir / "b.txt") +
+            " --name \"$(printf 'Rush\\r\\nWeight ARMCK 9')\" --author \"$(printf 'A\\tB\\001')\"");
+    ASSERT_EQ(r.status, 0) << r.err;
+    const std::string b = ReadBytes(dir / "b.txt");
+    EXPECT_NE(b.find("\r\nAuth: AB\r\nName: RushWeight ARMCK 9 AI\r\n"), std::string::npos);
+    EXPECT_EQ(b.find("\nWeight ARMCK 9"), std::string::npos);
+
+    // A settings file that is a FIFO is never read.
+    std::filesystem::remove(dir / "config/vantrel/vantrel.conf");
+    ASSERT_EQ(::mkfifo((dir / "config/vantrel/vantrel.conf").c_str(), 0600), 0);
+    r = Run("save " + Units() + Q(dir / "c.txt"), "timeout 20 ");
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_NE(r.err.find("is not a regular file"), std::string::npos) << r.err;
 }
 
 TEST_F(ProfileCli, BulkSetsApplyInOrderAfterOpen) {
@@ -138,12 +157,35 @@ TEST_F(ProfileCli, GameProfilesAndProfilesInsideArchives) {
                             {"units/ARMCK.fbi", "x"}});
     WriteBytes(game + "/AI/mine.txt", "Weight ARMCK 4\r\n");
     WriteBytes(game + "/AI/mine.set", "");
+    WriteBytes(game + "/AI/a#b.txt", "Weight ARMCK 5\r\n");
 
     Result r = Run("game-profiles " + Q(game));
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(r.out, "TOTALA1.HPI\tai/DEFAULT.TXT\t32\nA.gp3\tAI/rush.txt\t16\n"
-                     "b.ufo\tAi/Ufo.txt\t16\nai\tmine.txt\t16\n");
+                     "b.ufo\tAi/Ufo.txt\t16\nAI\ta#b.txt\t16\nAI\tmine.txt\t16\n");
     EXPECT_EQ(Run("game-profiles " + Q(dir / "nogame")).status, 2);
+    // Every name listed opens back the very file it names.
+    std::istringstream lines(r.out);
+    for (std::string source, name, size; std::getline(lines, source, '\t') &&
+                                         std::getline(lines, name, '\t') &&
+                                         std::getline(lines, size);) {
+        const bool loose = source == "AI";
+        Result shown = Run("show " + Units() + Q(game + "/" + source + (loose ? "/" : "#") + name));
+        EXPECT_EQ(shown.status, 0) << source << " " << name << ": " << shown.err;
+        EXPECT_NE(shown.out.find("\tARMCK\tCNSTR\td\t"), std::string::npos);
+    }
+    // Names no path can give back and archives that cannot be read are said on stderr.
+    archive("c.hpi", {{"ai/x#y.txt", "Weight ARMCK 6\r\n"}});
+    WriteBytes(game + "/bad.hpi", "not an archive");
+    r = Run("game-profiles " + Q(game));
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.err.find("unreachable (no path names it): c.hpi\tai/x#y.txt"), std::string::npos)
+        << r.err;
+    EXPECT_NE(r.err.find("not read: " + game + "/bad.hpi: it is not an archive of the game"),
+              std::string::npos)
+        << r.err;
+    std::filesystem::remove(game + "/c.hpi");
+    std::filesystem::remove(game + "/bad.hpi");
 
     // Read in place, names matched in any case, its build set from the archive.
     r = Run("show " + Units() + Q(game + "/totala1.hpi#AI/default.txt"));
@@ -160,8 +202,14 @@ TEST_F(ProfileCli, GameProfilesAndProfilesInsideArchives) {
     // A missing archive or entry is named; nothing is left behind.
     r = Run("show " + Units() + Q(game + "/TOTALA2.HPI#ai/DEFAULT.TXT"));
     EXPECT_EQ(r.status, 1);
-    EXPECT_NE(r.err.find("there is no archive '" + game + "/TOTALA2.HPI'"), std::string::npos)
+    EXPECT_NE(r.err.find("there is no such file, nor an archive '" + game + "/TOTALA2.HPI'"),
+              std::string::npos)
         << r.err;
+    // A folder whose name holds '#' is a folder, not an archive.
+    std::filesystem::create_directories(game + "/prof#dir");
+    r = Run("show " + Units() + Q(game + "/prof#dir"));
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.err.find("it is a folder"), std::string::npos) << r.err;
     r = Run("show " + Units() + Q(game + "/TOTALA1.HPI#ai/NONE.TXT"));
     EXPECT_EQ(r.status, 1);
     EXPECT_NE(r.err.find("the archive has no file 'ai/NONE.TXT'"), std::string::npos) << r.err;
@@ -189,15 +237,44 @@ TEST_F(ProfileCli, InstallReplacesAFileOfAnyCaseOnlyWhenForced) {
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(ReadBytes(dir / "fresh/ai/Rush.txt"), "new");
     EXPECT_EQ(Run("install " + Q(dir / "Rush.txt") + " " + Q(dir / "nogame")).status, 2);
+
+    // With several spellings there, the exact name is the one replaced.
+    WriteBytes(game + "/Ai/Rush.txt", "exact");
+    r = Run("install " + Q(dir / "Rush.txt") + " " + Q(game) + " --force");
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(ReadBytes(game + "/Ai/Rush.txt"), "new");
+    EXPECT_EQ(ReadBytes(game + "/Ai/RUSH.TXT"), "new"); // from before
+    WriteBytes(game + "/Ai/RUSH.TXT", "other");
+    ASSERT_EQ(Run("install " + Q(dir / "Rush.txt") + " " + Q(game) + " --force").status, 0);
+    EXPECT_EQ(ReadBytes(game + "/Ai/RUSH.TXT"), "other");
+}
+
+// A folder that can be written but not listed hides what is there: nothing
+// is replaced. Root lists any folder, so this runs as an ordinary user only.
+TEST_F(ProfileCli, InstallStopsWhenTheAiFolderCannotBeListed) {
+    if (::geteuid() == 0) GTEST_SKIP() << "root lists every folder";
+    const std::string game = dir / "game";
+    std::filesystem::create_directories(game + "/ai");
+    WriteBytes(game + "/ai/rush.txt", "old");
+    WriteBytes(dir / "Rush.txt", "new");
+    ::chmod((game + "/ai").c_str(), 0300);
+    Result r = Run("install " + Q(dir / "Rush.txt") + " " + Q(game) + " --force");
+    ::chmod((game + "/ai").c_str(), 0700);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.err.find("Cannot list the folder '" + game + "/ai': Permission denied"),
+              std::string::npos)
+        << r.err;
+    EXPECT_EQ(ReadBytes(game + "/ai/rush.txt"), "old");
+    EXPECT_EQ(test::FolderEntries(game + "/ai"), std::vector<std::string>{"rush.txt"});
 }
 
 TEST_F(ProfileCli, CheckPrintsEachKindOfFindingAndSetsTheStatus) {
-    WriteBytes(dir / "p.txt", "Weight armcomx 3\r\nWeight ARMCK two\r\nWeight CORAK 1\r\n"
-                              "Weight Nobody 1\r\nplan hard\r\nLimit ARMCK 1\r\n");
+    WriteBytes(dir / "p.txt", "Weight armcomx 3\r\nWeight ARMCK t\two\x01\r\nWeight CORAK 1\r\n"
+                              "Weight No\\body 1\r\nplan hard\r\nLimit ARMCK 1\r\n");
     Result r = Run("check " + Units() + Q(dir / "p.txt"));
     EXPECT_EQ(r.status, 1);
-    EXPECT_EQ(r.out, "unknown\tNobody\nshadowed\tarmcomx\tARMCOM\nmissing\tARMCOM\n"
-                     "not-a-number\t2\tWeight ARMCK two\n");
+    EXPECT_EQ(r.out, "unknown\tNo\\\\body\nshadowed\tarmcomx\tARMCOM\n"
+                     "not-a-number\t2\tWeight ARMCK t\\two\\x01\n");
 
     ASSERT_EQ(Run("save " + Units() + Q(dir / "clean.txt")).status, 0);
     r = Run("check " + Units() + Q(dir / "clean.txt"));

@@ -24,6 +24,7 @@
 #include "support/unit_fixtures.h"
 
 #include <QAction>
+#include <QCheckBox>
 #include <QFile>
 #include <QFileDialog>
 #include <QLabel>
@@ -216,7 +217,8 @@ TEST_F(MainWindowTest, OpenFromGameReadsTheChosenProfileAndCheckListsFindings) {
     window->mnuViewCheck->trigger();
     EXPECT_EQ(modals.back(), "frmCheck");
     // The fixture's units are all excluded, so none is missing.
-    EXPECT_EQ(findings, QStringList({"unknown U9", "not-a-number line 2"}));
+    EXPECT_EQ(findings,
+              QStringList({"2 U9 names no unit: ignored", "2 'x' is not a number: read as 0"}));
 }
 
 TEST_F(MainWindowTest, MapsWindowPointsSelectedMapsAtTheProfileAndBack) {

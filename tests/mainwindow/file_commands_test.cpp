@@ -5,6 +5,7 @@
 #include "mainwindow/game_commands.h"
 #include "mainwindow/help_file.h"
 #include "support/command_fakes.h"
+#include "support/profile_support.h"
 #include "support/test_support.h"
 
 #include <gtest/gtest.h>
@@ -41,6 +42,8 @@ class RecordingWindow : public MainWindowHooks {
         events.push_back(progress_.visible ? "merge over progress" : "merge");
         defs_.DialogOK = mergeAnswersOK;
     }
+    void ShowStatus(const std::string& text) override { status = text; }
+    std::string status;
 
   private:
     Definitions& defs_;
@@ -174,9 +177,13 @@ TEST_F(FileCommandsTest, OpenChoosesTheReaderByFilterNotByExtension) {
     EXPECT_EQ(progress.closes, 1);
     EXPECT_EQ(window.events, (std::vector<std::string>{"out of use", "reselect", "in use"}));
 
+    // Values read above the maxima stay; the status bar counts them.
+    profiles.onRead = [](Definitions& d) { test::FillCatalogue(d, {{"A", "KBOT", true, 99, 51}}); };
     dialogs.opens = {Chosen("/data/ais/Turtle.tsy", 1)};
     commands.Open();
     EXPECT_EQ(profiles.calls.back().op, "read");
+    EXPECT_EQ(window.status,
+              "Opened /data/ais/Turtle.tsy - 2 values are above the maxima of the Options (kept as read).");
 }
 
 TEST_F(FileCommandsTest, CancelledOpenStillRemembersTheFolderItEndedIn) {

@@ -31,6 +31,21 @@ TEST(ProfileCheck, ShadowsAreTheEntriesTheReaderTakes) {
               (std::vector<std::string>{"unknown\tzzTop", "shadowed\tarmcomx\tARMCOM",
                                         "shadowed\tCoraks\tCORAK", "shadowed\tArmckz\tARMCK",
                                         "missing\tCORAK", "not-a-number\t3\tWeight ARMCK 2;"}));
+    // The same findings in words, for players, names escaped.
+    std::vector<std::string> sentences;
+    for (const CheckFinding& f : CheckProfile(rig.defs,
+                                              {"p.txt",
+                                               text + "Weight A\x01"
+                                                      "B x\r\n",
+                                               std::nullopt},
+                                              false, "."))
+        sentences.push_back(std::to_string(f.line) + " " + CheckSentence(f));
+    EXPECT_EQ(sentences,
+              (std::vector<std::string>{
+                  "4 zzTop names no unit: ignored", "9 A\\x01B names no unit: ignored",
+                  "1 WEIGHT armcomx is read as ARMCOM's", "5 LIMIT Coraks is read as CORAK's",
+                  "8 LIMIT Armckz is read as ARMCK's", "0 CORAK has no WEIGHT entry: weight 0",
+                  "3 '2;' is not a number: read as 2", "9 'x' is not a number: read as 0"}));
     ReadAI(rig.ctx, ProfileText{"p.txt", text, std::nullopt}, false);
     EXPECT_EQ(rig.defs.Units[1].Weight, 3.0f); // armcomx, not ARMCOM's own 5
     EXPECT_EQ(rig.defs.Units[2].Limit, 7.0f);  // Armckz in the hard plan

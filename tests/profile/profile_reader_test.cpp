@@ -1,9 +1,10 @@
 #include "base/text.h"
 #include "profile/profile.h"
+#include "profile/profile_check.h"
 #include "profile/profile_numbers.h"
 #include "support/profile_support.h"
 
-#include <climits>
+#include <cfloat>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <random>
@@ -66,7 +67,8 @@ TEST_F(Reader, ReadsFollowTheCatalogueAsItChanges) {
     ReadAI(rig.ctx, dir / "p.txt", false);
     EXPECT_EQ(U(2).Weight, 4.0f);
     EXPECT_EQ(U(2).Limit, 7.0f);
-    Units({{"CORAK", "KBOT", true, 0, 0}, {"ARMLLT", "FORT", true, 0, 0},
+    Units({{"CORAK", "KBOT", true, 0, 0},
+           {"ARMLLT", "FORT", true, 0, 0},
            {"ARMCK", "CNSTR", true, 0, 0}});
     ReadAI(rig.ctx, dir / "p.txt", true);
     EXPECT_EQ(S(1).Weight, 4.0f);
@@ -85,29 +87,86 @@ TEST_F(Reader, HardPlanValueIsWhatComesBack) {
     EXPECT_FLOAT_EQ(U(1).Limit, 8.1f);
 }
 
-TEST_F(Reader, ClampsInBothModes) {
+// Values above the maxima are kept as read and counted, in both modes, and a
+// profile saved, reopened with lowered maxima and saved again is the same file.
+TEST_F(Reader, ValuesAboveTheMaximaAreKept) {
     Units({{"A", "KBOT"}, {"B", "KBOT"}, {"C", "KBOT"}});
     std::string path = Write("c.txt", "Weight A 12\nWeight B 10\nWeight C -3\n"
                                       "plan hard\nLimit A 60\nLimit B 50\nLimit C -1.5\n");
     for (bool merge : {false, true}) {
         ReadAI(rig.ctx, path, merge);
         RecordArray<vtUnit>& got = merge ? rig.defs.SavedUnits : rig.defs.Units;
-        EXPECT_EQ(got[1].Weight, 10.0f);
-        EXPECT_EQ(got[2].Weight, 10.0f);
-        EXPECT_EQ(got[3].Weight, -3.0f); // values at or below the bound stand as read
-        EXPECT_EQ(got[1].Limit, 50.0f);
-        EXPECT_EQ(got[2].Limit, 50.0f);
+        EXPECT_EQ(got[1].Weight, 12.0f);
+        EXPECT_EQ(got[3].Weight, -3.0f);
+        EXPECT_EQ(got[1].Limit, 60.0f);
         EXPECT_EQ(got[3].Limit, -1.5f);
+        EXPECT_EQ(ValuesAboveMaxima(rig.defs, got), 2);
     }
-    std::string seven = Write("w.txt", "Weight A 7\nWeight B 15\n");
-    rig.defs.OptionValues[optWeightMax] = 5;
-    ReadAI(rig.ctx, seven, false);
-    ReadAI(rig.ctx, seven, true);
-    EXPECT_EQ(U(1).Weight, 5.0f);
-    EXPECT_EQ(S(1).Weight, 5.0f);
-    rig.defs.OptionValues[optWeightMax] = 20;
-    ReadAI(rig.ctx, seven, false);
-    EXPECT_EQ(U(2).Weight, 15.0f);
+    EXPECT_EQ(AboveMaximaText(2), "2 values are above the maxima of the Options (kept as read).");
+    EXPECT_EQ(AboveMaximaText(0), "");
+
+    Units({{"A", "KBOT", true, 9.5f, 45}, {"B", "CNSTR", true, 0.25f, 3}});
+    SaveAI(rig.ctx, dir / "s.txt");
+    const std::string saved = test::ReadText(dir / "s.txt");
+    rig.defs.OptionValues[optWeightMax] = 1;
+    rig.defs.OptionValues[optLimitMax] = 2;
+    ReadAI(rig.ctx, dir / "s.txt", false);
+    EXPECT_EQ(ValuesAboveMaxima(rig.defs, rig.defs.Units), 3);
+    SaveAI(rig.ctx, dir / "s.txt");
+    EXPECT_EQ(test::ReadText(dir / "s.txt"), saved);
+}
+
+// A line ends at CR LF, LF or a lone CR: the same profile with each kind of
+// line end (and a mix) opens, merges, gives its header fields and is checked
+// alike.
+TEST_F(Reader, EveryLineEndReadsAlike) {
+    Units({{"ARMCOM", "COMMANDER"}, {"ARMCK", "CNSTR"}, {"CORAK", "KBOT"}});
+    const std::string lf = "Auth: Ann\nName: Lines AI\nWeight ARMCOM 2.5\nWeight ARMCK 12\n"
+                           "Weight CORAK x\nplan hard\nLimit ARMCOM 7\nLimit ARMCK 60\n";
+    std::string mixed = Crlf(lf);
+    mixed.replace(mixed.find("\r\nWeight ARMCK"), 2, "\r");
+    mixed.replace(mixed.find("\r\nplan"), 2, "\n");
+    struct Variant {
+        const char* lineEnd; // of the Tessaly file
+        std::string text;
+    };
+    const Variant variants[] = {
+        {"\r\n", Crlf(lf)}, {"\n", lf}, {"\r", ReplaceAll(lf, "\n", "\r")}, {"\r\n", mixed}};
+    auto values = [](const RecordArray<vtUnit>& units) {
+        std::vector<float> v;
+        for (int i = 1; i <= units.UBound(); ++i)
+            v.insert(v.end(), {units[i].Weight, units[i].Limit});
+        return v;
+    };
+    auto check = [&](const std::string& text, bool tessaly) {
+        std::vector<std::string> lines;
+        for (const CheckFinding& f :
+             CheckProfile(rig.defs, ProfileText{"v", text, std::nullopt}, tessaly, "."))
+            lines.push_back(CheckLine(f));
+        return lines;
+    };
+    const std::vector<float> expected{2.5f, 7, 12, 60, 0, 0};
+    const std::vector<std::string> findings{"not-a-number\t5\tWeight CORAK x"};
+    const std::string tessaly = "Auth: Ann\nName: Lines AI\n[ARMCOM;]\nWeight=2.5\nLimit=x7\n";
+    for (const Variant& variant : variants) {
+        SCOPED_TRACE(Escape(variant.text));
+        ReadAI(rig.ctx, ProfileText{"v.txt", variant.text, std::nullopt}, false);
+        EXPECT_EQ(values(rig.defs.Units), expected);
+        EXPECT_EQ(rig.fields.Author(), "Ann");
+        EXPECT_EQ(rig.fields.AIName(), "Lines");
+        ReadAI(rig.ctx, ProfileText{"v.txt", variant.text, std::nullopt}, true);
+        EXPECT_EQ(values(rig.defs.SavedUnits), expected);
+        EXPECT_EQ(rig.defs.LoadedAIName, "Lines AI");
+        EXPECT_EQ(check(variant.text, false), findings);
+
+        const std::string tsy = ReplaceAll(tessaly, "\n", variant.lineEnd);
+        ReadTessalyAI(rig.ctx, ProfileText{"v.tsy", tsy, std::nullopt}, false);
+        EXPECT_EQ(rig.defs.Units[1].Limit, 7.0f);
+        EXPECT_EQ(rig.fields.Author(), "Ann");
+        EXPECT_EQ(rig.defs.LoadedAIName, "Lines AI");
+        EXPECT_EQ(check(tsy, true), (std::vector<std::string>{"missing\tARMCK", "missing\tCORAK",
+                                                              "not-a-number\t5\tLimit=x7"}));
+    }
 }
 
 TEST_F(Reader, LookUpRules) {
@@ -121,7 +180,7 @@ TEST_F(Reader, LookUpRules) {
     EXPECT_EQ(U(1).Limit, 3.0f);
     EXPECT_EQ(U(2).Limit, 0.0f);
     EXPECT_EQ(U(3).Limit, 6.0f);
-    EXPECT_EQ(U(3).Weight, 10.0f); // "1.5;" is not numeric: 15, clamped to 10
+    EXPECT_EQ(U(3).Weight, 15.0f); // "1.5;" is not numeric: 15, kept above WeightMax
     EXPECT_EQ(U(2).Weight, 0.0f);  // "abc"
     EXPECT_EQ(U(4).Weight, 0.0f);
 
@@ -206,7 +265,7 @@ TEST_F(Reader, TessalyFiles) {
     EXPECT_EQ(U(2).Weight, 0.0f); // "[ARMCK]" lacks the ";"
     EXPECT_EQ(U(2).Limit, 0.0f);
     EXPECT_EQ(U(3).Weight, 1.0f); // not a number: its digits
-    EXPECT_EQ(U(3).Limit, 50.0f);
+    EXPECT_EQ(U(3).Limit, 99.0f);
     EXPECT_FALSE(U(1).Include); // no t.set: flags stay
     EXPECT_EQ(rig.fields.AIName(), "Tess");
 
@@ -274,8 +333,8 @@ TEST_F(Reader, BadBytesNeverBreakTheReaders) {
         big += "weight armcom 1e999 limit ARMCOM ";
     WriteBytes(dir / "big.txt", big);
     ReadAI(rig.ctx, dir / "big.txt", false);
-    EXPECT_EQ(U(1).Weight, 10.0f);
-    EXPECT_EQ(U(1).Limit, 50.0f);
+    EXPECT_EQ(U(1).Weight, FLT_MAX); // the digits of the rest of the text, saturated
+    EXPECT_EQ(U(1).Limit, FLT_MAX);
 }
 
 // A profile held in memory reads as its file would, build set included.
@@ -299,7 +358,7 @@ TEST_F(Reader, ProfileTextsInMemory) {
 // upper-cased text per unit.
 float SearchedValue(const std::string& upper, std::size_t pos, std::size_t keyLength) {
     if (pos == std::string::npos) return 0.0f;
-    std::size_t end = std::min(upper.find("\r\n", pos), upper.size());
+    std::size_t end = std::min(upper.find_first_of("\r\n", pos), upper.size());
     std::string value =
         end - pos > keyLength ? upper.substr(pos + keyLength, end - pos - keyLength) : "";
     return ProfileNumber(TrimSpaces(value), DecimalSeparator());
@@ -324,14 +383,11 @@ void ExpectSameAsSearch(test::ProfileRig& rig, const std::string& text,
     for (const std::string& name : names)
         units.push_back({name, "KBOT"});
     test::FillCatalogue(rig.defs, units);
-    rig.defs.OptionValues[optWeightMax] = INT_MAX;
-    rig.defs.OptionValues[optLimitMax] = INT_MAX;
     ReadAI(rig.ctx, ProfileText{"g.txt", text, std::nullopt}, true);
     const std::string upper = UCase(text);
-    const auto max = static_cast<float>(INT_MAX);
     for (std::size_t i = 0; i < names.size(); ++i) {
-        const float w = std::min(SearchedWeight(names[i], upper), max);
-        const float l = std::min(SearchedLimit(names[i], upper), max);
+        const float w = SearchedWeight(names[i], upper);
+        const float l = SearchedLimit(names[i], upper);
         const vtUnit& got = rig.defs.SavedUnits[static_cast<int>(i + 1)];
         ASSERT_EQ(std::memcmp(&w, &got.Weight, sizeof w), 0)
             << "weight of '" << names[i] << "' in\n"
