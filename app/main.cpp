@@ -12,7 +12,6 @@
 #include "mainwindow/qt_edit_history.h"
 #include "mainwindow/qt_file_dialogs.h"
 #include "startup/frmLoad.h"
-#include "startup/hpi_library.h"
 #include "startup/main_sequence.h"
 #include "startup/zip_steps.h"
 
@@ -52,8 +51,8 @@ int main(int argc, char** argv) {
     SystemClock clock;
     DefaultRandom random;
 
-    // The game's archive library and the zip steps of start-up.
-    HpiLibrary archives(settings);
+    // The game's archives (the game folder searched for) and the zip steps.
+    ArchiveReading archives;
     LibzipSteps zips;
 
     StartupPorts ports{progress, messages, settings, shell, random, archives, zips};

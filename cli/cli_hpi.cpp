@@ -2,7 +2,7 @@
 #include "cli/cli_common.h"
 
 #include "base/paths.h"
-#include "startup/hpi_library.h"
+#include "formats/hpi_extract.h"
 
 #include <iostream>
 
@@ -18,9 +18,10 @@ std::unique_ptr<HpiArchive> OpenArchive(const std::string& path, int& status) {
         status = ExitUsage;
         return nullptr;
     }
-    auto archive = HpiArchive::OpenFile(path);
+    std::string why;
+    auto archive = HpiArchive::OpenFile(path, &why);
     if (!archive) {
-        std::cerr << "vantrel-cli: not an archive of the game's format: " << path << "\n";
+        std::cerr << "vantrel-cli: cannot read the archive " << path << ": " << why << "\n";
         status = ExitFailed;
     }
     return archive;

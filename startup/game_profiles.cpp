@@ -3,8 +3,8 @@
 #include "base/paths.h"
 #include "base/staged_file.h"
 #include "base/text.h"
-#include "startup/archive_library.h"
-#include "startup/hpi_archive.h"
+#include "formats/hpi_archive.h"
+#include "startup/game_archives.h"
 
 #include <dirent.h>
 #include <sys/stat.h>
@@ -14,15 +14,22 @@ namespace vantrel {
 namespace {
 
 // The unpacked bytes of an archived file; nullopt when they are damaged or
-// larger than the readers take.
-std::optional<std::string> ExtractToText(const HpiArchive& archive, const HpiEntry& file) {
-    if (file.size > ProfileFileMax) return std::nullopt;
+// larger than the readers take (`why`, when given, says which).
+std::optional<std::string> ExtractToText(const HpiArchive& archive, const HpiEntry& file,
+                                         std::string* why = nullptr) {
+    if (file.size > ProfileFileMax) {
+        if (why) *why = "too large";
+        return std::nullopt;
+    }
     std::string data;
     data.reserve(file.size);
-    bool ok = archive.Extract(file, [&](const std::uint8_t* bytes, std::size_t n) {
-        data.append(reinterpret_cast<const char*>(bytes), n);
-        return true;
-    });
+    bool ok = archive.Extract(
+        file,
+        [&](const std::uint8_t* bytes, std::size_t n) {
+            data.append(reinterpret_cast<const char*>(bytes), n);
+            return true;
+        },
+        why);
     if (!ok) return std::nullopt;
     return data;
 }
@@ -67,16 +74,18 @@ ProfileText ReadArchivedProfile(const ArchivePath& where) {
                                "'.");
         archivePath = archivePath.substr(0, nameStart) + *found;
     }
-    auto archive = HpiArchive::OpenFile(archivePath);
+    std::string why;
+    auto archive = HpiArchive::OpenFile(archivePath, &why);
     if (!archive)
-        throw ProfileError("Cannot read '" + name + "': '" + where.archive +
-                           "' is not an archive of the game.");
+        throw ProfileError("Cannot read '" + name + "': '" + where.archive + "': " + why + ".");
     const HpiEntry* file = archive->FindFile(where.inner);
     if (!file || file->isDirectory)
         throw ProfileError("Cannot read '" + name + "': the archive has no file '" + where.inner +
                            "'.");
-    std::optional<std::string> text = ExtractToText(*archive, *file);
-    if (!text) throw ProfileError("Cannot read '" + name + "': the archived file is damaged.");
+    std::optional<std::string> text = ExtractToText(*archive, *file, &why);
+    if (!text)
+        throw ProfileError("Cannot read '" + name + "': the archived file is " +
+                           (why == "too large" ? why : "damaged (" + why + ")") + ".");
 
     // The file's name as the archive has it stands for the profile.
     const std::size_t folderEnd = where.inner.find_last_of("/\\") + 1;

@@ -1,6 +1,6 @@
 // vantrel-cli save and show, run as a user would run them.
 #include "demo/demo_units.h"
-#include "startup/hpi_archive.h"
+#include "formats/hpi_archive.h"
 #include "support/hpi_writer.h"
 #include "support/profile_support.h"
 

@@ -1,16 +1,16 @@
 #!/bin/sh
 # The folders depend one way: a file includes headers of its own folder and
 # of the folders before it in this list, never of a folder after it.
-#   base  catalogue  profile  startup  forms  mainwindow  app|cli
+#   base  formats  catalogue  profile  startup  forms  mainwindow  app|cli
 cd "$(dirname "$0")/../.." || exit 2
 rank() {
     case $1 in
-    base) echo 0 ;; catalogue) echo 1 ;; profile) echo 2 ;; startup) echo 3 ;;
-    forms) echo 4 ;; mainwindow) echo 5 ;; app | cli) echo 6 ;; *) echo "" ;;
+    base) echo 0 ;; formats) echo 1 ;; catalogue) echo 2 ;; profile) echo 3 ;;
+    startup) echo 4 ;; forms) echo 5 ;; mainwindow) echo 6 ;; app | cli) echo 7 ;; *) echo "" ;;
     esac
 }
 bad=0
-for dir in base catalogue profile startup forms mainwindow app cli; do
+for dir in base formats catalogue profile startup forms mainwindow app cli; do
     own=$(rank "$dir")
     for file in "$dir"/*.h "$dir"/*.cpp; do
         [ -f "$file" ] || continue
