@@ -47,8 +47,7 @@ LoadOutcome Main(Definitions& defs, StartupPorts& ports, const std::string& prog
     ReadOptions(defs, ports.settings);
 
     // Make sure the Units folder exists; a failure shows later as "no units".
-    const std::string units = UnitsDir(defs.AppDir);
-    if (ListFiles(units, "*").empty()) MakeDirectory(units);
+    MakeDirectory(UnitsDir(defs.AppDir));
 
     if (defs.OptionOn(optExtract)) {
         const ExtractionFailures failures = RunExtraction(defs, ports);
