@@ -242,22 +242,21 @@ bool StagedStream::Commit(bool replace) {
     const int closed = ::close(fd_);
     fd_ = -1;
     if (closed != 0) return Fail(errno);
-    struct stat st {};
-    if (::fstatat(dir_, name_.c_str(), &st, AT_SYMLINK_NOFOLLOW) == 0) {
-        if (S_ISLNK(st.st_mode)) {
-            error_ = "a symbolic link stands in the way";
-            return false;
-        }
-        if (!replace) return Fail(EEXIST);
-    } else if (errno != ENOENT) {
-        return Fail(errno);
-    }
-    if (replace) {
-        if (::renameat(dir_, temp_.c_str(), dir_, name_.c_str()) != 0) return Fail(errno);
-    } else if (::renameat2(dir_, temp_.c_str(), dir_, name_.c_str(), RENAME_NOREPLACE) != 0) {
-        // A file system without the flag: the name was checked free just above.
-        if (errno != EINVAL || ::renameat(dir_, temp_.c_str(), dir_, name_.c_str()) != 0)
+    // Most names are new: one call. Where the name is taken (or the file
+    // system lacks the flag), what holds it decides.
+    if (::renameat2(dir_, temp_.c_str(), dir_, name_.c_str(), RENAME_NOREPLACE) != 0) {
+        if (errno != EEXIST && errno != EINVAL) return Fail(errno);
+        struct stat st {};
+        if (::fstatat(dir_, name_.c_str(), &st, AT_SYMLINK_NOFOLLOW) == 0) {
+            if (S_ISLNK(st.st_mode)) {
+                error_ = "a symbolic link stands in the way";
+                return false;
+            }
+            if (!replace) return Fail(EEXIST);
+        } else if (errno != ENOENT) {
             return Fail(errno);
+        }
+        if (::renameat(dir_, temp_.c_str(), dir_, name_.c_str()) != 0) return Fail(errno);
     }
     temp_.clear();
     return true;
