@@ -207,6 +207,18 @@ StagedStream::StagedStream(const OpenFolder& folder, std::string name)
         error_ = folder.Error();
         return;
     }
+    // A name that is free is written in place, as tar does: nothing stands
+    // there to be kept, and the file goes again unless committed.
+    fd_ = ::openat(dir_, name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
+    if (fd_ >= 0) {
+        temp_ = name_;
+        direct_ = true;
+        return;
+    }
+    if (errno != EEXIST) {
+        Fail(errno);
+        return;
+    }
     static std::atomic<unsigned> counter{0};
     for (int attempt = 0; attempt < 100 && fd_ < 0; ++attempt) {
         temp_ = ".vantrel-" + std::to_string(::getpid()) + "-" +
@@ -242,7 +254,11 @@ bool StagedStream::Commit(bool replace) {
     const int closed = ::close(fd_);
     fd_ = -1;
     if (closed != 0) return Fail(errno);
-    // Most names are new: one call. Where the name is taken (or the file
+    if (direct_) {
+        temp_.clear();
+        return true;
+    }
+    // The name was taken when the file was begun; mostly it still is. Where the name is taken (or the file
     // system lacks the flag), what holds it decides.
     if (::renameat2(dir_, temp_.c_str(), dir_, name_.c_str(), RENAME_NOREPLACE) != 0) {
         if (errno != EEXIST && errno != EINVAL) return Fail(errno);

@@ -84,8 +84,10 @@ class OpenFolder {
     std::string error_;
 };
 
-// A file streamed into an open folder under a temporary name and given its
-// name by Commit(); one that is not committed is removed. Error() says why
+// A file streamed into an open folder and given its name by Commit(); one
+// that is not committed is removed. A name that is free is written in place;
+// a file already there is replaced only at Commit(), by renaming a
+// temporary file over it, so it stays whole until then. Error() says why
 // the last step failed (the system's text, or "a symbolic link stands in the
 // way" where a link holds the name: it is never followed or replaced).
 class StagedStream {
@@ -106,7 +108,8 @@ class StagedStream {
     bool Fail(int err);
     int dir_;
     std::string name_;
-    std::string temp_;
+    std::string temp_; // the file being written (the name itself when it was free)
+    bool direct_ = false;
     int fd_ = -1;
     std::string error_;
 };

@@ -27,7 +27,8 @@ first_window() {
         s=$(date +%s%N)
         XDG_CONFIG_HOME="$work/config" "$@" &
         pid=$!
-        xdotool search --sync --onlyvisible --name 'Vantrel$' >/dev/null
+        # Polled every 10 ms (xdotool's own --sync waits half a second between looks).
+        until xdotool search --onlyvisible --name 'Vantrel$' >/dev/null 2>&1; do sleep 0.01; done
         e=$(date +%s%N)
         kill "$pid"
         wait "$pid" 2>/dev/null || true
