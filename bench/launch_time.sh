@@ -38,7 +38,7 @@ first_window() {
 cli_load() {
     for i in 1 2 3 4 5; do
         s=$(date +%s%N)
-        "$1" units "$work/app" >/dev/null
+        "$1" units "$work/app/Units" >/dev/null
         e=$(date +%s%N)
         echo $(((e - s) / 1000000))
     done | sort -n | sed -n 3p
