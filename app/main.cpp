@@ -13,7 +13,6 @@
 #include "mainwindow/qt_edit_history.h"
 #include "mainwindow/qt_file_dialogs.h"
 #include "startup/frmLoad.h"
-#include "startup/hpi_library.h"
 #include "startup/main_sequence.h"
 #include "startup/zip_steps.h"
 #include "vantrel_version.h"
@@ -80,8 +79,8 @@ int main(int argc, char** argv) {
     if (!settings.Problem().empty())
         messages.Inform(settings.Problem(), "Vantrel", MsgIcon::Exclamation);
 
-    // The game's archive library and the zip steps of start-up.
-    HpiLibrary archives(settings);
+    // The game's archives (the game folder searched for) and the zip steps.
+    ArchiveReading archives;
     LibzipSteps zips;
 
     // With no units the player chooses how to go on instead of the program ending.

@@ -175,4 +175,107 @@ void ReplaceFile(const std::string& path, std::string_view data) {
     file.Commit();
 }
 
+OpenFolder::OpenFolder(const std::string& path) {
+    fd_ = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd_ < 0) error_ = Reason(errno);
+}
+
+OpenFolder::OpenFolder(const OpenFolder& parent, const std::string& name) {
+    if (!parent.IsOpen()) {
+        error_ = parent.Error();
+        return;
+    }
+    if (::mkdirat(parent.Fd(), name.c_str(), 0777) != 0 && errno != EEXIST) {
+        error_ = Reason(errno);
+        return;
+    }
+    fd_ = ::openat(parent.Fd(), name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (fd_ >= 0) return;
+    struct stat st {};
+    const bool link = ::fstatat(parent.Fd(), name.c_str(), &st, AT_SYMLINK_NOFOLLOW) == 0 &&
+                      S_ISLNK(st.st_mode);
+    error_ = link ? "a symbolic link stands in the way" : Reason(errno);
+}
+
+OpenFolder::~OpenFolder() {
+    if (fd_ >= 0) ::close(fd_);
+}
+
+StagedStream::StagedStream(const OpenFolder& folder, std::string name)
+    : dir_(folder.Fd()), name_(std::move(name)) {
+    if (!folder.IsOpen()) {
+        error_ = folder.Error();
+        return;
+    }
+    // A name that is free is written in place, as tar does: nothing stands
+    // there to be kept, and the file goes again unless committed.
+    fd_ = ::openat(dir_, name_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
+    if (fd_ >= 0) {
+        temp_ = name_;
+        direct_ = true;
+        return;
+    }
+    if (errno != EEXIST) {
+        Fail(errno);
+        return;
+    }
+    static std::atomic<unsigned> counter{0};
+    for (int attempt = 0; attempt < 100 && fd_ < 0; ++attempt) {
+        temp_ = ".vantrel-" + std::to_string(::getpid()) + "-" +
+                std::to_string(counter.fetch_add(1)) + ".tmp";
+        fd_ = ::openat(dir_, temp_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (fd_ < 0 && errno != EEXIST) break;
+    }
+    if (fd_ < 0) {
+        Fail(errno);
+        temp_.clear();
+    }
+}
+
+StagedStream::~StagedStream() {
+    if (fd_ >= 0) ::close(fd_);
+    if (!temp_.empty()) ::unlinkat(dir_, temp_.c_str(), 0);
+}
+
+bool StagedStream::Fail(int err) {
+    error_ = Reason(err);
+    errno = err;
+    return false;
+}
+
+bool StagedStream::Write(const void* data, std::size_t n) {
+    if (fd_ < 0) return false;
+    if (!WriteAll(fd_, std::string_view(static_cast<const char*>(data), n))) return Fail(errno);
+    return true;
+}
+
+bool StagedStream::Commit(bool replace) {
+    if (fd_ < 0) return false;
+    const int closed = ::close(fd_);
+    fd_ = -1;
+    if (closed != 0) return Fail(errno);
+    if (direct_) {
+        temp_.clear();
+        return true;
+    }
+    // The name was taken when the file was begun; mostly it still is. Where the name is taken (or the file
+    // system lacks the flag), what holds it decides.
+    if (::renameat2(dir_, temp_.c_str(), dir_, name_.c_str(), RENAME_NOREPLACE) != 0) {
+        if (errno != EEXIST && errno != EINVAL) return Fail(errno);
+        struct stat st {};
+        if (::fstatat(dir_, name_.c_str(), &st, AT_SYMLINK_NOFOLLOW) == 0) {
+            if (S_ISLNK(st.st_mode)) {
+                error_ = "a symbolic link stands in the way";
+                return false;
+            }
+            if (!replace) return Fail(EEXIST);
+        } else if (errno != ENOENT) {
+            return Fail(errno);
+        }
+        if (::renameat(dir_, temp_.c_str(), dir_, name_.c_str()) != 0) return Fail(errno);
+    }
+    temp_.clear();
+    return true;
+}
+
 } // namespace vantrel

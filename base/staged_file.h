@@ -1,6 +1,7 @@
 // Replacing files without losing the old one.
 #pragma once
 
+#include <cstddef>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -59,5 +60,58 @@ void CommitTogether(StagedFile& first, StagedFile& second);
 
 // Replaces one file with `data` (stage, then commit).
 void ReplaceFile(const std::string& path, std::string_view data);
+
+// A folder held open so that files and sub-folders are made in it by name:
+// no symbolic link met below it is ever followed. Error() says why a folder
+// could not be opened ("" when it is open).
+class OpenFolder {
+  public:
+    // The folder at `path` (a link there is followed: the caller chose it).
+    explicit OpenFolder(const std::string& path);
+    // The sub-folder `name` of `parent`, made when missing. A symbolic link or
+    // a file of that name is refused.
+    OpenFolder(const OpenFolder& parent, const std::string& name);
+    ~OpenFolder();
+    OpenFolder(const OpenFolder&) = delete;
+    OpenFolder& operator=(const OpenFolder&) = delete;
+
+    bool IsOpen() const { return fd_ >= 0; }
+    const std::string& Error() const { return error_; }
+    int Fd() const { return fd_; }
+
+  private:
+    int fd_ = -1;
+    std::string error_;
+};
+
+// A file streamed into an open folder and given its name by Commit(); one
+// that is not committed is removed. A name that is free is written in place;
+// a file already there is replaced only at Commit(), by renaming a
+// temporary file over it, so it stays whole until then. Error() says why
+// the last step failed (the system's text, or "a symbolic link stands in the
+// way" where a link holds the name: it is never followed or replaced).
+class StagedStream {
+  public:
+    StagedStream(const OpenFolder& folder, std::string name);
+    ~StagedStream();
+    StagedStream(const StagedStream&) = delete;
+    StagedStream& operator=(const StagedStream&) = delete;
+
+    bool IsOpen() const { return fd_ >= 0; }
+    bool Write(const void* data, std::size_t n);
+    // `replace`: a file of that name is replaced; otherwise it is kept and
+    // the commit fails with EEXIST's text.
+    bool Commit(bool replace);
+    const std::string& Error() const { return error_; }
+
+  private:
+    bool Fail(int err);
+    int dir_;
+    std::string name_;
+    std::string temp_; // the file being written (the name itself when it was free)
+    bool direct_ = false;
+    int fd_ = -1;
+    std::string error_;
+};
 
 } // namespace vantrel

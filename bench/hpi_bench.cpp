@@ -2,8 +2,8 @@
 // memory. The archive (about 200 MB unpacked: many small files and a few
 // large ones, every compression method) is generated into a temporary folder.
 // The program prints both rates and their ratio at the end.
-#include "startup/hpi_archive.h"
-#include "startup/hpi_library.h"
+#include "formats/hpi_archive.h"
+#include "formats/hpi_extract.h"
 #include "support/hpi_writer.h"
 
 #include <benchmark/benchmark.h>

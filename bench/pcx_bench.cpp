@@ -9,9 +9,9 @@
 //
 // The summary at the end gives pictures per second and the ratios.
 #include "demo/demo_units.h"
-#include "mainwindow/pcx.h"
+#include "formats/pcx.h"
 #include "mainwindow/picture_cache.h"
-#include "mainwindow/png_writer.h"
+#include "formats/png_writer.h"
 
 #include <benchmark/benchmark.h>
 

@@ -30,7 +30,7 @@ int RunDemo(const std::vector<std::string>& args) {
     MemorySettingsStore settings;
     ConsoleShell shell;
     DefaultRandom random;
-    GameFolderOnlyLibrary archives(settings);
+    ArchiveReading archives{""}; // no game: no archive is read
     ZipSteps zips;
     StartupPorts ports{progress, messages, settings, shell, random, archives, zips};
     if (Main(defs, ports, args[0]) != LoadOutcome::Loaded) {

@@ -2,7 +2,6 @@
 #include "cli/cli_common.h"
 
 #include "base/paths.h"
-#include "startup/hpi_library.h"
 #include "startup/main_sequence.h"
 #include "startup/zip_steps.h"
 
@@ -66,7 +65,7 @@ int RunExtract(const std::vector<std::string>& args) {
     MemorySettingsStore settings;
     ConsoleShell shell;
     DefaultRandom random;
-    HpiLibrary archives(settings);
+    ArchiveReading archives{args[0]};
     const std::unique_ptr<ZipSteps> zips = MakeZipSteps();
     StartupPorts ports{progress, messages, settings, shell, random, archives, *zips};
     const ExtractionFailures failures = RunExtraction(defs, ports);

@@ -2,7 +2,7 @@
 #include "cli/cli_common.h"
 
 #include "base/paths.h"
-#include "startup/hpi_library.h"
+#include "formats/hpi_extract.h"
 
 #include <iostream>
 
@@ -18,9 +18,10 @@ std::unique_ptr<HpiArchive> OpenArchive(const std::string& path, int& status) {
         status = ExitUsage;
         return nullptr;
     }
-    auto archive = HpiArchive::OpenFile(path);
+    std::string why;
+    auto archive = HpiArchive::OpenFile(path, &why);
     if (!archive) {
-        std::cerr << "vantrel-cli: not an archive of the game's format: " << path << "\n";
+        std::cerr << "vantrel-cli: cannot read the archive " << path << ": " << why << "\n";
         status = ExitFailed;
     }
     return archive;
@@ -61,9 +62,10 @@ int RunHpi(const std::vector<std::string>& args) {
                   "           separators, TAB, its unpacked size in bytes.\n"
                   "  extract  writes every file below DEST, recreating the archive's folders;\n"
                   "           existing files are replaced. Names that would leave DEST are\n"
-                  "           skipped with a message. A file above 16 MiB is not unpacked,\n"
-                  "           and the archive stops after 1 GiB in all; --trusted lifts\n"
-                  "           both caps for an archive you trust.\n"
+                  "           skipped with a message; a symbolic link inside DEST where a\n"
+                  "           file or folder goes is refused, never followed. A file above\n"
+                  "           16 MiB is not unpacked, and the archive stops after 1 GiB in\n"
+                  "           all; --trusted lifts both caps for an archive you trust.\n"
                   "Exit status: 0 done, 1 damaged archive or files not written, 2 bad usage\n"
                   "or missing archive."))
         return ExitOk;

@@ -1,8 +1,8 @@
 // vantrel-cli pcx IN.pcx OUT.png
 #include "base/paths.h"
 #include "cli/cli_common.h"
-#include "mainwindow/pcx.h"
-#include "mainwindow/png_writer.h"
+#include "formats/pcx.h"
+#include "formats/png_writer.h"
 
 #include <iostream>
 

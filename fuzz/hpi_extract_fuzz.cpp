@@ -4,8 +4,7 @@
 // written through a link.
 #include "base/paths.h"
 #include "fuzz/fuzz_scratch.h"
-#include "startup/archive_library.h"
-#include "startup/hpi_library.h"
+#include "formats/hpi_extract.h"
 
 #include <cstdint>
 #include <string_view>
@@ -23,10 +22,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::filesystem::create_directory(tree);
     std::filesystem::create_directory(units);
     ExtractTree(*archive, tree.string());
+    const OpenFolder unitsFolder(units.string());
     if (const HpiEntry* folder = archive->FindFolder("UNITS"))
         for (const HpiEntry& e : folder->children)
             if (!e.isDirectory && IsSafeBareName(e.name))
-                ExtractToFile(*archive, e, JoinPath(units.string(), e.name));
+                ExtractToFile(*archive, e, unitsFolder, e.name);
     if (archive->BytesExtracted() > (4u << 20)) std::abort();
     for (const auto& e : std::filesystem::directory_iterator(root))
         if (e.path() != tree && e.path() != units) std::abort();

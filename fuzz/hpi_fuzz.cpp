@@ -1,7 +1,7 @@
 // Feeds arbitrary bytes to the archive reader: open, look folders up, list
 // and extract every file, and run the two chunk decoders on the raw input.
-#include "startup/hpi_archive.h"
-#include "startup/hpi_library.h"
+#include "formats/hpi_archive.h"
+#include "formats/hpi_extract.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,6 +1,6 @@
 // libFuzzer target: the PCX decoders and the PNG writer on arbitrary bytes.
-#include "mainwindow/pcx.h"
-#include "mainwindow/png_writer.h"
+#include "formats/pcx.h"
+#include "formats/png_writer.h"
 
 #include <cstdlib>
 

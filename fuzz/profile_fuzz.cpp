@@ -1,7 +1,7 @@
 // The profile readers and the INI reader on arbitrary bytes. The first byte
 // chooses the reader and mode; the rest is the file.
 #include "fuzz/fuzz_scratch.h"
-#include "profile/ini_file.h"
+#include "formats/ini_file.h"
 #include "profile/profile.h"
 
 #include <algorithm>

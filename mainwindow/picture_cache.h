@@ -7,7 +7,7 @@
 #pragma once
 
 #include "catalogue/units_folder.h"
-#include "mainwindow/pcx.h"
+#include "formats/pcx.h"
 
 #include <cstdint>
 #include <list>

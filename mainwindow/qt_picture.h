@@ -1,7 +1,7 @@
 // Turns a decoded unit picture into something a Qt widget can show.
 #pragma once
 
-#include "mainwindow/pcx.h"
+#include "formats/pcx.h"
 
 #include <QImage>
 #include <QPixmap>

@@ -1,7 +1,7 @@
 #include "profile/profile_check.h"
 
 #include "base/text.h"
-#include "profile/ini_file.h"
+#include "formats/ini_file.h"
 #include "profile/profile_entries.h"
 #include "profile/profile_numbers.h"
 #include "profile/profile_writer.h"

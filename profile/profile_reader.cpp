@@ -15,7 +15,7 @@
 #include "base/staged_file.h"
 #include "base/text.h"
 #include "catalogue/load_units.h"
-#include "profile/ini_file.h"
+#include "formats/ini_file.h"
 #include "profile/profile.h"
 #include "profile/profile_entries.h"
 #include "profile/profile_numbers.h"

@@ -43,7 +43,10 @@ void frmLoad::Show() {
 }
 
 void frmLoad::Repaint() {
-    if (isVisible()) repaint();
+    if (!isVisible()) return;
+    if (sinceRepaint_.isValid() && sinceRepaint_.elapsed() < 50) return;
+    repaint();
+    sinceRepaint_.start();
 }
 
 void frmLoad::Close() {

@@ -5,6 +5,7 @@
 #include "base/ports.h"
 
 #include <QDialog>
+#include <QElapsedTimer>
 
 class QLabel;
 class QProgressBar;
@@ -26,6 +27,11 @@ class frmLoad : public QDialog, public Progress {
 
   protected:
     void OnChange() override;
+
+  private:
+    // Repaint() paints at most once per 50 ms: extraction names every file,
+    // faster than the eye can follow or the screen needs.
+    QElapsedTimer sinceRepaint_;
 };
 
 } // namespace vantrel

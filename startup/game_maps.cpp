@@ -4,9 +4,9 @@
 #include "base/staged_file.h"
 #include "base/text.h"
 #include "formats/tdf.h"
-#include "startup/archive_library.h"
+#include "formats/hpi_extract.h"
 #include "startup/game_profiles.h"
-#include "startup/hpi_archive.h"
+#include "formats/hpi_archive.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -123,9 +123,10 @@ class MapIndex {
   public:
     MapIndex(const std::string& gameDir, std::vector<std::string>& skipped) {
         for (const std::string& file : GameArchiveFiles(gameDir)) {
-            auto archive = HpiArchive::OpenFile(JoinPath(gameDir, file));
+            std::string why;
+            auto archive = HpiArchive::OpenFile(JoinPath(gameDir, file), &why);
             if (!archive) {
-                skipped.push_back(file + ": cannot be read as an archive of the game");
+                skipped.push_back(file + ": " + why);
                 continue;
             }
             const HpiEntry* folder = archive->FindFolder("maps");

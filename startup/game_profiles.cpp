@@ -3,8 +3,8 @@
 #include "base/paths.h"
 #include "base/staged_file.h"
 #include "base/text.h"
-#include "startup/archive_library.h"
-#include "startup/hpi_archive.h"
+#include "formats/hpi_archive.h"
+#include "startup/game_archives.h"
 
 #include <cerrno>
 #include <cstring>
@@ -20,15 +20,22 @@ namespace vantrel {
 namespace {
 
 // The unpacked bytes of an archived file; nullopt when they are damaged or
-// larger than the readers take.
-std::optional<std::string> ExtractToText(const HpiArchive& archive, const HpiEntry& file) {
-    if (file.size > ProfileFileMax) return std::nullopt;
+// larger than the readers take (`why`, when given, says which).
+std::optional<std::string> ExtractToText(const HpiArchive& archive, const HpiEntry& file,
+                                         std::string* why = nullptr) {
+    if (file.size > ProfileFileMax) {
+        if (why) *why = "too large";
+        return std::nullopt;
+    }
     std::string data;
     data.reserve(file.size);
-    bool ok = archive.Extract(file, [&](const std::uint8_t* bytes, std::size_t n) {
-        data.append(reinterpret_cast<const char*>(bytes), n);
-        return true;
-    });
+    bool ok = archive.Extract(
+        file,
+        [&](const std::uint8_t* bytes, std::size_t n) {
+            data.append(reinterpret_cast<const char*>(bytes), n);
+            return true;
+        },
+        why);
     if (!ok) return std::nullopt;
     return data;
 }
@@ -78,26 +85,6 @@ std::optional<std::string> FindNoCase(const std::string& dir, const std::string&
                       [&](const std::string& entry) { return wanted(JoinPath(dir, entry)); });
 }
 
-// An archive of the game opened for its profiles, or why it cannot be read.
-struct OpenedArchive {
-    std::unique_ptr<HpiArchive> archive;
-    std::string error;
-};
-OpenedArchive OpenGameArchive(const std::string& path) {
-    OpenedArchive opened{HpiArchive::OpenFile(path), ""};
-    if (opened.archive) return opened;
-    struct stat st {};
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0)
-        opened.error = std::strerror(errno);
-    else if (::fstat(fd, &st) == 0 && S_ISDIR(st.st_mode))
-        opened.error = "it is a folder";
-    else
-        opened.error = "it is not an archive of the game";
-    if (fd >= 0) ::close(fd);
-    return opened;
-}
-
 // A name that `GAME_DIR/SOURCE#NAME` gives back as it stands: the split
 // takes the last '#', and the archive reads '\' as a folder separator.
 bool Addressable(const std::string& inner) {
@@ -127,17 +114,18 @@ ProfileText ReadArchivedProfile(const ArchivePath& where) {
                                "': there is no such file, nor an archive '" + where.archive + "'.");
         archivePath = archivePath.substr(0, nameStart) + *found;
     }
-    OpenedArchive opened = OpenGameArchive(archivePath);
-    if (!opened.archive)
-        throw ProfileError("Cannot read '" + name + "': '" + where.archive + "': " + opened.error +
-                           ".");
-    const std::unique_ptr<HpiArchive>& archive = opened.archive;
+    std::string why;
+    auto archive = HpiArchive::OpenFile(archivePath, &why);
+    if (!archive)
+        throw ProfileError("Cannot read '" + name + "': '" + where.archive + "': " + why + ".");
     const HpiEntry* file = archive->FindFile(where.inner);
     if (!file || file->isDirectory)
         throw ProfileError("Cannot read '" + name + "': the archive has no file '" + where.inner +
                            "'.");
-    std::optional<std::string> text = ExtractToText(*archive, *file);
-    if (!text) throw ProfileError("Cannot read '" + name + "': the archived file is damaged.");
+    std::optional<std::string> text = ExtractToText(*archive, *file, &why);
+    if (!text)
+        throw ProfileError("Cannot read '" + name + "': the archived file is " +
+                           (why == "too large" ? why : "damaged (" + why + ")") + ".");
 
     // The file's name as the archive has it stands for the profile.
     const std::size_t folderEnd = where.inner.find_last_of("/\\") + 1;
@@ -173,12 +161,13 @@ GameProfileList ListGameProfiles(const std::string& gameDir) {
     GameProfileList list;
     for (const std::string& file : GameArchiveFiles(gameDir)) {
         const std::string archivePath = JoinPath(gameDir, file);
-        OpenedArchive opened = OpenGameArchive(archivePath);
-        if (!opened.archive) {
-            list.unreadable.push_back({archivePath, opened.error});
+        std::string why;
+        const auto archive = HpiArchive::OpenFile(archivePath, &why);
+        if (!archive) {
+            list.unreadable.push_back({archivePath, why});
             continue;
         }
-        const HpiEntry* ai = opened.archive->FindFolder("ai");
+        const HpiEntry* ai = archive->FindFolder("ai");
         if (!ai) continue;
         for (const HpiEntry& e : ai->children) {
             if (e.isDirectory || !WildcardMatch("*.txt", e.name)) continue;

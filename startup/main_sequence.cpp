@@ -9,21 +9,23 @@ ExtractionFailures RunExtraction(Definitions& defs, StartupPorts& ports) {
     ExtractionFailures failures;
     static const char* folders[] = {"units", "unitpics"};
     static const char* extensions[] = {".fbi", ".pcx"};
-    // With no game folder the archive passes are skipped; the zip steps still run.
-    const bool haveGame = IsDirectory(defs.GameDir);
     // Both steps find the files already there through one index of the folder.
     defs.UnitFiles = UnitsFolder(UnitsDir(defs.AppDir));
-    if (haveGame)
+    // With no game folder the archive passes are skipped; the zip steps still run.
+    std::optional<GameArchives> game;
+    if (IsDirectory(defs.GameDir)) game.emplace(defs.GameDir, ports.archives.limits);
+    if (game)
         for (const char* folder : folders)
-            for (const char* pattern : ArchivePatterns)
-                CountArchiveFiles(defs, ports.archives, ports.progress, folder, pattern);
-    ports.zips.CreateUnzip(defs, ports.progress);
+            ports.progress.AddMaximum(game->CountEntries(folder));
     ports.zips.CountZipFiles(defs, ports.progress);
-    if (haveGame)
+    if (game) {
+        ports.progress.Show();
+        ports.progress.SetStatus(ArchiveStatusText);
+        ports.progress.Repaint();
+        failures.Add(game->OpenFailures());
         for (std::size_t f = 0; f < 2; ++f)
-            for (const char* pattern : ArchivePatterns)
-                ExtractArchiveFiles(defs, ports.archives, ports.progress, folders[f], pattern,
-                                    extensions[f], ArchiveStatusText, &failures);
+            game->Extract(defs.UnitFiles, ports.progress, folders[f], extensions[f], failures);
+    }
     ports.zips.UnpackZips(defs, ports.progress);
     failures.Add(ports.zips.Failures());
     if (failures.Any()) ports.progress.SetStatus(failures.Summary());
@@ -47,15 +49,15 @@ void ExtractAndReport(Definitions& defs, StartupPorts& ports) {
 LoadOutcome Main(Definitions& defs, StartupPorts& ports, const std::string& programFolder) {
     defs.AppDir = WithTrailingSep(programFolder);
 
-    std::string buffer = FreshNameBuffer();
-    ports.archives.GetTADirectory(buffer);
-    defs.GameDir = TrimNull(buffer);
+    defs.GameDir = ports.archives.gameDir
+                       ? *ports.archives.gameDir
+                       : FindGameDirectory(GameSearchEnvFromProcess(ports.settings));
 
     ReadOptions(defs, ports.settings);
 
     // Make sure the Units folder exists; a failure shows later as "no units".
     const std::string units = UnitsDir(defs.AppDir);
-    if (ListFiles(units, "*").empty()) MakeDirectory(units);
+    MakeDirectory(units);
 
     if (defs.OptionOn(optExtract)) ExtractAndReport(defs, ports);
 

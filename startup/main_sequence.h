@@ -4,7 +4,7 @@
 #include "base/ports.h"
 #include "catalogue/definitions.h"
 #include "catalogue/load_units.h"
-#include "startup/archive_library.h"
+#include "startup/game_archives.h"
 
 #include <string>
 
@@ -14,8 +14,6 @@ namespace vantrel {
 class ZipSteps {
   public:
     virtual ~ZipSteps() = default;
-    // Creates the unzip object kept by the progress form.
-    virtual void CreateUnzip(const Definitions&, Progress&) {}
     virtual void CountZipFiles(const Definitions&, Progress&) {}
     // Unpacks into the Units folder indexed in defs.UnitFiles, noting there
     // every file written.
@@ -43,7 +41,7 @@ struct StartupPorts {
     SettingsStore& settings;
     Shell& shell;
     RandomSource& random;
-    ArchiveLibrary& archives;
+    const ArchiveReading& archives;
     ZipSteps& zips;
     // Without one, no units end start-up with a message (the command line).
     NoUnitsWindow* noUnits = nullptr;
@@ -58,8 +56,8 @@ inline constexpr const char* ArchiveStatusText = "Reading Total Annihilation Dir
 // (Loaded); Quit ends start-up (Abort).
 LoadOutcome Main(Definitions& defs, StartupPorts& ports, const std::string& programFolder);
 
-// The extraction part alone (counting passes, zip count, extraction passes,
-// unpacking), as run when "Extract" is on. Returns the files that could not
+// The extraction part alone (counting, zip count, extraction passes,
+// unpacking), as run when "Extract" is on. Each archive is opened once. Returns the files that could not
 // be written; when there are any, the progress form's status says how many
 // and why.
 ExtractionFailures RunExtraction(Definitions& defs, StartupPorts& ports);

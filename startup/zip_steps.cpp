@@ -5,64 +5,66 @@
 
 namespace vantrel {
 
-void m_cUnzip_Progress(Progress& progress, const std::string& zipFile, int /*lCount*/,
-                       const std::string& sMsg) {
-    if (sMsg.find("inflating:") == std::string::npos) return;
-    std::string message = sMsg;
-    const std::string name = ProperCase(TrimSpaces(StripPath(message)));
-    progress.SetStatus("Unpacking '" + name + "' from '" + zipFile + "' ...");
-    progress.AddValue(1);
-    progress.Repaint();
+void LibzipSteps::OpenPackages(const Definitions& defs) {
+    if (opened_) return;
+    opened_ = true;
+    for (const std::string& name : ListFiles(defs.AppDir, ZipPattern)) {
+        Package p{name, nullptr, {}};
+        p.zip = ZipPackage::Open(JoinPath(defs.AppDir, name), &p.error);
+        packages_.push_back(std::move(p));
+    }
 }
 
-void LibzipSteps::CreateUnzip(const Definitions&, Progress& progress) {
-    Attach(progress);
-}
-
-cUnzip& LibzipSteps::Attach(Progress& progress) {
-    if (!m_cUnzip) m_cUnzip = std::make_unique<cUnzip>();
-    m_cUnzip->Progress = [this, &progress](int lCount, const std::string& sMsg) {
-        m_cUnzip_Progress(progress, zipName_, lCount, sMsg);
-    };
-    return *m_cUnzip;
-}
-
-// A failing package or library never ends start-up: the step is left as it
-// stands and start-up goes on.
 void LibzipSteps::CountZipFiles(const Definitions& defs, Progress& progress) {
-    try {
-        cUnzip& unzip = Attach(progress);
-        for (const std::string& zip : ListFiles(defs.AppDir, ZipPattern)) {
-            progress.Repaint();
-            zipName_ = zip;
-            unzip.ZipFile(JoinPath(defs.AppDir, zip));
-            unzip.Directory();
-            progress.AddMaximum(unzip.FileCount());
-            progress.ProcessEvents();
-        }
-    } catch (...) {
+    OpenPackages(defs);
+    for (const Package& p : packages_) {
+        progress.Repaint();
+        if (p.zip) progress.AddMaximum(static_cast<int>(p.zip->EntryCount()));
+        progress.ProcessEvents();
     }
 }
 
 void LibzipSteps::UnpackZips(Definitions& defs, Progress& progress) {
     failures_ = {};
-    try {
-        cUnzip& unzip = Attach(progress);
-        progress.Show();
-        progress.Repaint();
-        for (const std::string& zip : ListFiles(defs.AppDir, ZipPattern)) {
-            zipName_ = zip;
-            unzip.UnzipFolder(UnitsDir(defs.AppDir));
-            unzip.ExistingFiles(&defs.UnitFiles);
-            unzip.UseFolderNames(false);
-            unzip.ZipFile(JoinPath(defs.AppDir, zip)); // empties the list: every entry
-            if (!unzip.Unzip()) failures_.Add(zip, "damaged zip package");
-            for (const std::string& f : unzip.Failures().files)
-                failures_.Add(zip, f);
+    OpenPackages(defs);
+    progress.Show();
+    progress.Repaint();
+    const std::string units = UnitsDir(defs.AppDir);
+    // Start-up hands over its index of the folder; alone, the step reads it.
+    UnitsFolder own;
+    if (defs.UnitFiles.Dir() != units) own = UnitsFolder(units);
+    UnitsFolder& index = defs.UnitFiles.Dir() == units ? defs.UnitFiles : own;
+    for (const Package& p : packages_) {
+        if (!p.zip) {
+            failures_.Add(p.name, p.error);
+            continue;
         }
-        progress.SetStatus(ProcessingUnitsText);
-    } catch (...) {
+        p.zip->UnpackTo(
+            units, [&index](const std::string& bare) { return !index.Find(bare).empty(); },
+            [&](const ZipEntryReport& r) {
+                const std::string name(r.name);
+                switch (r.result) {
+                case ZipResult::Written:
+                    index.Add(EntryBareName(name));
+                    progress.SetStatus("Unpacking '" + ProperCase(std::string(EntryBareName(name))) +
+                                       "' from '" + p.name + "' ...");
+                    progress.AddValue(1);
+                    progress.Repaint();
+                    break;
+                case ZipResult::TooLarge:
+                    failures_.Add(p.name, name + ": too large");
+                    break;
+                case ZipResult::Failed:
+                    failures_.Add(p.name, name + ": " + std::string(r.reason));
+                    break;
+                default: // kept, encrypted or unusable: left out, as intended
+                    break;
+                }
+            });
     }
+    packages_.clear();
+    opened_ = false;
+    progress.SetStatus(ProcessingUnitsText);
 }
 
 } // namespace vantrel

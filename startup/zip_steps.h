@@ -1,38 +1,38 @@
-// The zip steps of start-up over libzip: counting the entries of every zip
-// package in the program's folder and unpacking them into the Units folder.
+// The zip steps of start-up: counting the entries of every zip package in
+// the program's folder and unpacking them into the Units folder.
 #pragma once
 
-#include "startup/cUnzip.h"
+#include "formats/zip_package.h"
 #include "startup/main_sequence.h"
 
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace vantrel {
 
 inline constexpr const char* ZipPattern = "*.zip";
 inline constexpr const char* ProcessingUnitsText = "Processing units...";
 
-// The progress form's handler of the unzip object's Progress event: an
-// "inflating:" message names the file being unpacked from package `zipFile`.
-void m_cUnzip_Progress(Progress& progress, const std::string& zipFile, int lCount,
-                       const std::string& sMsg);
-
+// Each package is opened once per start: the counting step keeps it open for
+// the unpacking step.
 class LibzipSteps : public ZipSteps {
   public:
-    void CreateUnzip(const Definitions& defs, Progress& progress) override;
     void CountZipFiles(const Definitions& defs, Progress& progress) override;
     void UnpackZips(Definitions& defs, Progress& progress) override;
     ExtractionFailures Failures() const override { return failures_; }
 
-    // The unzip object kept for the progress form (null before CreateUnzip).
-    cUnzip* Unzip() const { return m_cUnzip.get(); }
-
   private:
-    cUnzip& Attach(Progress& progress);
+    void OpenPackages(const Definitions& defs);
 
-    std::unique_ptr<cUnzip> m_cUnzip;
-    std::string zipName_; // bare name of the package being read
+    struct Package {
+        std::string name; // bare file name
+        std::unique_ptr<ZipPackage> zip;
+        std::string error; // why it could not be opened
+    };
+    std::vector<Package> packages_;
+    bool opened_ = false;
     ExtractionFailures failures_;
 };
 

@@ -1,7 +1,7 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "demo/demo_units.h"
-#include "startup/hpi_archive.h"
+#include "formats/hpi_archive.h"
 #include "support/hpi_writer.h"
 #include "support/scratch_folder.h"
 #include "support/zip_maker.h"
@@ -68,6 +68,8 @@ TEST_F(HpiCli, ExtractRunsTheStartUpPassesThenTheZipSteps) {
     const RunResult r = RunCli("extract " + Q(tmp / "game") + " " + Q(tmp / "app"));
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.out, "Reading Total Annihilation Directory...\n"
+                     "Extracting units/ARMCOM.FBI from totala1.hpi\n"
+                     "Extracting unitpics/armcom.pcx from totala1.hpi\n"
                      "Unpacking 'Gokx.fbi' from 'extra.zip' ...\n"
                      "Processing units...\n"
                      "progress\t3\t104\n");
@@ -91,8 +93,8 @@ TEST_F(HpiCli, ExtractRunsTheStartUpPassesThenTheZipSteps) {
     ASSERT_TRUE(demo::WriteFile(tmp / "app/junk.zip", "junk"));
     const RunResult damaged = RunCli("extract " + Q(tmp / "game") + " " + Q(tmp / "app"));
     EXPECT_EQ(damaged.status, 1);
-    for (const char* line : {"not written: cut.hpi: damaged or not an archive of the game\n",
-                             "not written: junk.zip: damaged zip package\n"})
+    for (const char* line : {"not written: cut.hpi: data ends early\n",
+                             "not written: junk.zip: damaged zip package (Not a zip archive)\n"})
         EXPECT_NE(damaged.err.find(line), std::string::npos) << damaged.err;
 }
 

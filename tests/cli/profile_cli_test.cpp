@@ -1,6 +1,6 @@
 // vantrel-cli save and show, run as a user would run them.
 #include "demo/demo_units.h"
-#include "startup/hpi_archive.h"
+#include "formats/hpi_archive.h"
 #include "support/hpi_writer.h"
 #include "support/profile_support.h"
 
@@ -181,7 +181,7 @@ TEST_F(ProfileCli, GameProfilesAndProfilesInsideArchives) {
     EXPECT_EQ(r.status, 1);
     EXPECT_NE(r.err.find("unreachable (no path names it): c.hpi\tai/x#y.txt"), std::string::npos)
         << r.err;
-    EXPECT_NE(r.err.find("not read: " + game + "/bad.hpi: it is not an archive of the game"),
+    EXPECT_NE(r.err.find("not read: " + game + "/bad.hpi: not an archive of the game"),
               std::string::npos)
         << r.err;
     std::filesystem::remove(game + "/c.hpi");

@@ -16,7 +16,7 @@
 #include "mainwindow/qt_file_dialogs.h"
 #include "mainwindow/qt_unit_table.h"
 #include "startup/frmLoad.h"
-#include "startup/hpi_archive.h"
+#include "formats/hpi_archive.h"
 #include "support/command_fakes.h"
 #include "support/hpi_writer.h"
 #include "support/map_fixtures.h"

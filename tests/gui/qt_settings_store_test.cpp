@@ -1,6 +1,6 @@
 #include "app/qt_settings_store.h"
 #include "base/paths.h"
-#include "startup/archive_library.h"
+#include "startup/game_archives.h"
 #include "startup/main_sequence.h"
 
 #include "gui/gui_app.h"
@@ -28,10 +28,7 @@ TEST(QtSettingsStoreTest, LongNonAsciiGameFolderIsFoundWhole) {
     std::ofstream(file) << "[Options]\nGameDir=" << game << "\n";
 
     QtSettingsStore store(file);
-    GameFolderOnlyLibrary lib(store);
-    std::string buffer = FreshNameBuffer();
-    lib.GetTADirectory(buffer);
-    EXPECT_EQ(TrimNull(buffer), game);
+    EXPECT_EQ(FindGameDirectory(GameSearchEnvFromProcess(store)), game);
 
     store.Set("LastDir", game); // written back as UTF-8 and read the same
     EXPECT_EQ(QtSettingsStore(file).Get("LastDir", ""), game);

@@ -3,7 +3,7 @@
 #include "startup/game_maps.h"
 
 #include "base/text.h"
-#include "startup/hpi_archive.h"
+#include "formats/hpi_archive.h"
 #include "support/hpi_writer.h"
 #include "support/map_fixtures.h"
 #include "support/profile_support.h"

@@ -1,7 +1,6 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "demo/demo_units.h"
-#include "startup/hpi_library.h"
 #include "startup/main_sequence.h"
 #include "startup/zip_steps.h"
 #include "support/hpi_writer.h"
@@ -23,29 +22,9 @@ using testing::HpiWriter;
 // What the start-up asks of the library, the zip steps and the form, in order.
 using Log = std::vector<std::string>;
 
-class RecordingLibrary : public HpiLibrary {
-  public:
-    RecordingLibrary(SettingsStore& s, Log& log) : HpiLibrary(s), log_(log) {}
-    void GetTADirectory(std::string& buffer) override { FillNameBuffer(buffer, gameDir); }
-    std::int32_t HPIOpen(const std::string& fileName) override {
-        log_.push_back("open " + std::filesystem::path(fileName).filename().string());
-        return HpiLibrary::HPIOpen(fileName);
-    }
-    std::int32_t HPIExtractFile(std::int32_t h, const std::string& path,
-                                const std::string& dest) override {
-        log_.push_back("extract " + path);
-        return HpiLibrary::HPIExtractFile(h, path, dest);
-    }
-    std::string gameDir;
-
-  private:
-    Log& log_;
-};
-
 class RecordingZips : public ZipSteps {
   public:
     explicit RecordingZips(Log& log) : log_(log) {}
-    void CreateUnzip(const Definitions&, Progress&) override { log_.push_back("zip create"); }
     void CountZipFiles(const Definitions&, Progress&) override { log_.push_back("zip count"); }
     void UnpackZips(Definitions&, Progress&) override { log_.push_back("zip unpack"); }
 
@@ -58,8 +37,14 @@ class RecordingProgress : public Progress {
     explicit RecordingProgress(Log& log) : log_(log) {}
     void Show() override { log_.push_back("show"); }
 
+  protected:
+    void OnChange() override {
+        if (Status() != status_) log_.push_back("status " + (status_ = Status()));
+    }
+
   private:
     Log& log_;
+    std::string status_ = Status();
 };
 
 class StartUp : public ::testing::Test {
@@ -67,7 +52,6 @@ class StartUp : public ::testing::Test {
     StartUp() {
         MakeDirectory(tmp / "app");
         MakeDirectory(game);
-        lib.gameDir = game;
         defs.AppDir = WithTrailingSep(tmp / "app");
         defs.GameDir = game;
     }
@@ -104,9 +88,9 @@ class StartUp : public ::testing::Test {
     MemorySettingsStore settings;
     test::RecordingShell shell;
     DefaultRandom random;
-    RecordingLibrary lib{settings, log};
+    ArchiveReading archives{game};
     RecordingZips zips{log};
-    StartupPorts ports{progress, messages, settings, shell, random, lib, zips};
+    StartupPorts ports{progress, messages, settings, shell, random, archives, zips};
 };
 
 TEST_F(StartUp, CountThenExtractEveryArchiveFamilyIntoUnits) {
@@ -134,28 +118,22 @@ TEST_F(StartUp, CountThenExtractEveryArchiveFamilyIntoUnits) {
 
     const ExtractionFailures failures = RunExtraction(defs, ports);
 
-    // The truncated archive is reported once, though both passes open it.
+    // The truncated archive is reported once, with what is wrong with it.
     EXPECT_EQ(failures.files,
-              (Log{"broken.hpi: damaged or not an archive of the game",
-                   "b.ccx: ../evil.fbi: unsafe name", "b.ccx: a\\b.fbi: unsafe name",
-                   "b.ccx: C:x.fbi: unsafe name", "b.ccx: /abs.fbi: unsafe name"}));
-    const Log perPass = {"broken.hpi", "TOTALA1.HPI", "b.ccx", "x.gp3", "y.swx"};
-    Log opens;
-    for (int pass = 0; pass < 4; ++pass)
-        opens.insert(opens.end(), perPass.begin(), perPass.end());
-    EXPECT_EQ(Events("open "), opens);
-    // Zip steps come between the counting and the extraction passes, unpacking last.
-    auto at = [&](const std::string& e) {
-        return std::find(log.begin(), log.end(), e) - log.begin();
-    };
-    EXPECT_EQ(at("zip create"), 10);
-    EXPECT_EQ(at("zip count"), 11);
-    EXPECT_EQ(at("show"), 12);
-    EXPECT_EQ(log.back(), "zip unpack");
-    EXPECT_EQ(
-        Events("extract "),
-        (Log{"units\\ARMCOM.FBI", "units\\arm.fbi.bak", "units\\corcom.fbi", "units\\corcom.fbi",
-             "units\\gp3unit.fbi", "units\\swx.fbi", "unitpics\\ARMCOM.PCX", "unitpics\\swx.pcx"}));
+              (Log{"broken.hpi: data ends early", "b.ccx: ../evil.fbi: unsafe name",
+                   "b.ccx: a\\b.fbi: unsafe name", "b.ccx: C:x.fbi: unsafe name",
+                   "b.ccx: /abs.fbi: unsafe name"}));
+    // The zip count comes before the extraction passes, unpacking last; the
+    // form names each file it writes.
+    EXPECT_EQ(Log(log.begin(), log.begin() + 3),
+              (Log{"zip count", "show", "status Reading Total Annihilation Directory..."}));
+    EXPECT_EQ(log.back(), "status " + failures.Summary());
+    EXPECT_EQ(log[log.size() - 2], "zip unpack");
+    EXPECT_EQ(Events("status Extracting "),
+              (Log{"units/ARMCOM.FBI from TOTALA1.HPI", "units/arm.fbi.bak from TOTALA1.HPI",
+                   "units/corcom.fbi from TOTALA1.HPI", "units/corcom.fbi from b.ccx",
+                   "units/gp3unit.fbi from x.gp3", "units/swx.fbi from y.swx",
+                   "unitpics/ARMCOM.PCX from TOTALA1.HPI", "unitpics/swx.pcx from y.swx"}));
     // 12 entries in the "units" folders (the sub-folder and unsafe names
     // included), 2 in "unitpics"; every entry with the extension is counted
     // as done, even one whose name is refused.
@@ -182,7 +160,7 @@ TEST_F(StartUp, UnitsIsOneNameSpaceWithoutLetterCase) {
     Write("TOTALA2.HPI", {{"units/armcom.fbi", "new armcom", hpi::Zlib},
                           {"units/ARMFIDO.FBI", "from the game", hpi::Stored}});
     LibzipSteps libzip;
-    StartupPorts real{progress, messages, settings, shell, random, lib, libzip};
+    StartupPorts real{progress, messages, settings, shell, random, archives, libzip};
 
     RunExtraction(defs, real);
 
@@ -208,13 +186,13 @@ TEST_F(StartUp, MainExtractsOnlyWhenTheOptionIsOn) {
         settings.Set("Extract", on ? "-1" : "0");
         Definitions loaded;
         ASSERT_EQ(Main(loaded, ports, tmp / "app"), LoadOutcome::Loaded);
-        EXPECT_EQ(Events("zip ").size(), on ? 3u : 0u);
+        EXPECT_EQ(Events("zip ").size(), on ? 2u : 0u);
         EXPECT_EQ(loaded.Units.UBound(), on ? 2 : 1);
     }
 }
 
 TEST_F(StartUp, EmptyUnitsFolderRestartsWithExtractOnThenEndsWithTheMessage) {
-    lib.gameDir = ""; // no game: the archive passes are skipped, start-up goes on
+    archives.gameDir = ""; // no game: the archive passes are skipped, start-up goes on
     EXPECT_EQ(Main(defs, ports, tmp / "app"), LoadOutcome::Restarted);
     EXPECT_TRUE(IsDirectory(UnitsDir(defs.AppDir))); // created
     EXPECT_EQ(settings.Get("Extract", ""), "-1");
@@ -230,7 +208,8 @@ TEST_F(StartUp, EmptyUnitsFolderRestartsWithExtractOnThenEndsWithTheMessage) {
                                       "to your '" +
                                           defs.AppDir + "Units/' folder.");
     EXPECT_EQ(shell.restarts, 1);
-    EXPECT_EQ(log, (Log{"zip create", "zip count", "zip unpack"})); // only the zip steps ran
+    EXPECT_EQ(Events("zip "), (Log{"count", "unpack"})); // only the zip steps ran
+    EXPECT_TRUE(Events("status Extracting").empty());
 }
 
 // The window shown over an empty Units folder decides how start-up goes on;
@@ -247,7 +226,7 @@ TEST_F(StartUp, EmptyUnitsFolderAsksTheWindowWhatToDo) {
             return choice;
         }
     };
-    lib.gameDir = ""; // none found
+    archives.gameDir = ""; // none found
     const std::string units = UnitsDir(tmp / "app/");
     Write("TOTALA1.HPI", {{"units/ARMCOM.FBI", "UnitName=ARMCOM;Side=ARM;", hpi::Stored}});
     struct Case {
@@ -330,7 +309,7 @@ TEST_F(StartUp, TheArchiveCapSpansThePasses) {
                           {"unitpics/A.PCX", std::string(6000, 'p').c_str(), hpi::Zlib}});
     Write("TOTALA2.HPI", {{"unitpics/B.PCX", std::string(6000, 'b').c_str(), hpi::Zlib}});
     ASSERT_TRUE(MakeDirectory(UnitsDir(defs.AppDir)));
-    HpiLibrary capped{settings, {hpi::MaxFileBytes, 10000}};
+    const ArchiveReading capped{game, {hpi::MaxFileBytes, 10000}};
     StartupPorts cappedPorts{progress, messages, settings, shell, random, capped, zips};
 
     const ExtractionFailures failures = RunExtraction(defs, cappedPorts);
@@ -347,8 +326,8 @@ TEST_F(StartUp, NoRestartWhenSettingsCannotBeStoredOrAfterARestart) {
         void Set(const std::string&, const std::string&) override {}
         std::string Location() override { return "/ro/vantrel.conf"; }
     } refusing;
-    lib.gameDir = "";
-    StartupPorts refused{progress, messages, refusing, shell, random, lib, zips};
+    archives.gameDir = "";
+    StartupPorts refused{progress, messages, refusing, shell, random, archives, zips};
     EXPECT_EQ(Main(defs, refused, tmp / "app"), LoadOutcome::Abort);
     EXPECT_EQ(shell.restarts, 0);
     ASSERT_EQ(messages.shown.size(), 1u);

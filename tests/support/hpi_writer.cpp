@@ -1,7 +1,7 @@
 #include "support/hpi_writer.h"
 
 #include "base/text.h"
-#include "startup/hpi_archive.h"
+#include "formats/hpi_archive.h"
 
 #include <stdexcept>
 #include <zlib.h>

@@ -6,7 +6,7 @@
 
 #include "base/ports.h"
 #include "demo/pcx_writer.h"
-#include "mainwindow/pcx.h"
+#include "formats/pcx.h"
 
 #include <string>
 #include <vector>

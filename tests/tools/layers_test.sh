@@ -5,8 +5,8 @@
 cd "$(dirname "$0")/../.." || exit 2
 rank() {
     case $1 in
-    base) echo 0 ;; formats) echo 1 ;; catalogue) echo 2 ;; profile) echo 3 ;; startup) echo 4 ;;
-    forms) echo 5 ;; mainwindow) echo 6 ;; app | cli) echo 7 ;; *) echo "" ;;
+    base) echo 0 ;; formats) echo 1 ;; catalogue) echo 2 ;; profile) echo 3 ;;
+    startup) echo 4 ;; forms) echo 5 ;; mainwindow) echo 6 ;; app | cli) echo 7 ;; *) echo "" ;;
     esac
 }
 bad=0

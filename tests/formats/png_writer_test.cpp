@@ -1,4 +1,4 @@
-#include "mainwindow/png_writer.h"
+#include "formats/png_writer.h"
 
 #include "base/paths.h"
 #include "base/text.h"

@@ -1,4 +1,4 @@
-#include "mainwindow/pcx.h"
+#include "formats/pcx.h"
 
 #include "demo/demo_units.h"
 #include "support/pcx_fixtures.h"

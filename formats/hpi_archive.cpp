@@ -1,4 +1,4 @@
-#include "startup/hpi_archive.h"
+#include "formats/hpi_archive.h"
 
 #include "base/text.h"
 
@@ -76,16 +76,40 @@ bool DecodeZlib(const std::uint8_t* in, std::size_t inSize, std::uint8_t* out,
     return ok;
 }
 
+ArchiveHeader ParseArchiveHeader(std::span<const std::uint8_t, HeaderSize> h) {
+    return {ReadU32(&h[0]), ReadU32(&h[4]), ReadU32(&h[8]), ReadU32(&h[12]), ReadU32(&h[16])};
+}
+
+DirectoryHeader ParseDirectoryHeader(std::span<const std::uint8_t, DirectoryHeaderSize> h) {
+    return {ReadU32(&h[0]), ReadU32(&h[4])};
+}
+
+EntryRecord ParseEntry(std::span<const std::uint8_t, EntrySize> e) {
+    return {ReadU32(&e[0]), ReadU32(&e[4]), e[8] != 0};
+}
+
+FileData ParseFileData(std::span<const std::uint8_t, FileDataSize> f) {
+    return {ReadU32(&f[0]), ReadU32(&f[4]), f[8]};
+}
+
+ChunkHeader ParseChunkHeader(std::span<const std::uint8_t, ChunkHeaderSize> h) {
+    return {ReadU32(&h[0]), h[4], h[5], h[6] != 0, ReadU32(&h[7]), ReadU32(&h[11]), ReadU32(&h[15])};
+}
+
 } // namespace hpi
 
 // ---------------------------------------------------------------------------
 // Byte sources
 // ---------------------------------------------------------------------------
-std::unique_ptr<FileSource> FileSource::Open(const std::string& path) {
+std::unique_ptr<FileSource> FileSource::Open(const std::string& path, std::string* error) {
     const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0) return nullptr;
+    if (fd < 0) {
+        if (error) *error = std::strerror(errno);
+        return nullptr;
+    }
     struct stat st {};
     if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        if (error) *error = S_ISDIR(st.st_mode) ? "is a folder" : "not a regular file";
         ::close(fd);
         return nullptr;
     }
@@ -131,17 +155,20 @@ class DirectoryReader {
                     std::uint64_t fileSize)
         : block_(block), start_(start), fileSize_(fileSize), visited_(block.size()) {}
 
-    // False when the directory lists more than MaxEntries entries or nests
-    // folders deeper than MaxFolderDepth.
-    bool Check(std::uint32_t headerOffset) {
+    // Why the directory is refused ("" when it is not): it lists more than
+    // MaxEntries entries or nests folders deeper than MaxFolderDepth.
+    std::string Check(std::uint32_t headerOffset) {
         std::uint64_t entries = 0;
-        return Walk(headerOffset, nullptr, 0, entries);
+        std::string why;
+        Walk(headerOffset, nullptr, 0, entries, why);
+        return why;
     }
     void Build(std::uint32_t headerOffset, HpiEntry& folder) {
         std::uint64_t entries = 0;
+        std::string why;
         folder.isDirectory = true;
         folder.dataOffset = headerOffset;
-        Walk(headerOffset, &folder, 0, entries);
+        Walk(headerOffset, &folder, 0, entries, why);
     }
 
     // Calls `fn(entry)` for each usable entry directly in the folder (folder
@@ -160,20 +187,27 @@ class DirectoryReader {
   private:
     // Visits a folder; `folder` null only checks. A folder reached a second
     // time (a cycle, or a folder shared by two entries) is left out.
-    bool Walk(std::uint32_t headerOffset, HpiEntry* folder, int depth, std::uint64_t& entries) {
-        if (depth > hpi::MaxFolderDepth) return false;
+    bool Walk(std::uint32_t headerOffset, HpiEntry* folder, int depth, std::uint64_t& entries,
+              std::string& why) {
+        if (depth > hpi::MaxFolderDepth) {
+            why = "directory nests deeper than " + std::to_string(hpi::MaxFolderDepth);
+            return false;
+        }
         std::uint32_t count = 0, list = 0;
         if (!ListOf(headerOffset, count, list) || visited_[headerOffset - start_]) return true;
         visited_[headerOffset - start_] = true;
         entries += count;
-        if (entries > hpi::MaxEntries) return false;
+        if (entries > hpi::MaxEntries) {
+            why = "directory lists more than " + std::to_string(hpi::MaxEntries) + " entries";
+            return false;
+        }
         if (folder) folder->children.reserve(count);
         for (std::uint32_t i = 0; i < count; ++i) {
             HpiEntry entry;
             if (!ReadEntry(list + i * static_cast<std::uint32_t>(hpi::EntrySize), entry)) continue;
             if (entry.isDirectory) {
                 if (!UsableHeader(entry.dataOffset) || visited_[entry.dataOffset - start_]) continue;
-                if (!Walk(entry.dataOffset, folder ? &entry : nullptr, depth + 1, entries))
+                if (!Walk(entry.dataOffset, folder ? &entry : nullptr, depth + 1, entries, why))
                     return false;
             }
             if (folder) folder->children.push_back(std::move(entry));
@@ -188,17 +222,19 @@ class DirectoryReader {
     }
     bool ListOf(std::uint32_t headerOffset, std::uint32_t& count, std::uint32_t& list) const {
         if (!Inside(headerOffset, hpi::DirectoryHeaderSize)) return false;
-        count = hpi::ReadU32(At(headerOffset));
-        list = hpi::ReadU32(At(headerOffset + 4));
+        const hpi::DirectoryHeader h =
+            hpi::ParseDirectoryHeader(Record<hpi::DirectoryHeaderSize>(headerOffset));
+        count = h.entryCount;
+        list = h.entryList;
         return Inside(list, std::uint64_t{count} * hpi::EntrySize);
     }
 
     // One record of a folder's list: its name and, for a file, its FileData.
     bool ReadEntry(std::uint32_t record, HpiEntry& entry) const {
-        const std::uint8_t* e = At(record);
-        if (!ReadName(hpi::ReadU32(e), entry.name)) return false;
-        entry.isDirectory = e[8] != 0;
-        entry.dataOffset = hpi::ReadU32(e + 4);
+        const hpi::EntryRecord e = hpi::ParseEntry(Record<hpi::EntrySize>(record));
+        if (!ReadName(e.nameOffset, entry.name)) return false;
+        entry.isDirectory = e.isDirectory;
+        entry.dataOffset = e.dataOffset;
         return entry.isDirectory || ReadFileData(entry.dataOffset, entry);
     }
 
@@ -207,12 +243,15 @@ class DirectoryReader {
                n <= block_.size() - (offset - start_);
     }
     const std::uint8_t* At(std::uint32_t offset) const { return block_.data() + (offset - start_); }
+    // The N bytes at `offset`, which Inside() has checked.
+    template <std::size_t N> std::span<const std::uint8_t, N> Record(std::uint32_t offset) const {
+        return std::span<const std::uint8_t, N>(At(offset), N);
+    }
 
-    // A name must end (NUL) inside the block, be non-empty and fit a buffer.
+    // A name must end (NUL) inside the block and be non-empty.
     bool ReadName(std::uint32_t offset, std::string& name) const {
         if (!Inside(offset, 1)) return false;
-        const std::size_t room =
-            std::min<std::size_t>(block_.size() - (offset - start_), hpi::MaxNameLength + 1);
+        const std::size_t room = block_.size() - (offset - start_);
         const auto* p = At(offset);
         const void* nul = std::memchr(p, 0, room);
         if (!nul) return false;
@@ -224,10 +263,10 @@ class DirectoryReader {
 
     bool ReadFileData(std::uint32_t offset, HpiEntry& entry) const {
         if (!Inside(offset, hpi::FileDataSize)) return false;
-        const std::uint8_t* f = At(offset);
-        entry.dataOffset = hpi::ReadU32(f);
-        entry.size = hpi::ReadU32(f + 4);
-        entry.method = f[8];
+        const hpi::FileData f = hpi::ParseFileData(Record<hpi::FileDataSize>(offset));
+        entry.dataOffset = f.dataOffset;
+        entry.size = f.size;
+        entry.method = f.method;
         if (entry.dataOffset > fileSize_) return false;
         const std::uint64_t room = fileSize_ - entry.dataOffset;
         if (entry.method == hpi::Stored) return entry.size <= room;
@@ -266,31 +305,58 @@ bool LessNoCase(std::string_view a, std::string_view b) {
 
 } // namespace
 
-std::unique_ptr<HpiArchive> HpiArchive::OpenFile(const std::string& path) {
-    auto source = FileSource::Open(path);
+std::unique_ptr<HpiArchive> HpiArchive::OpenFile(const std::string& path, std::string* error) {
+    auto source = FileSource::Open(path, error);
     if (!source) return nullptr;
-    return Open(std::move(source));
+    return Open(std::move(source), error);
 }
 
-std::unique_ptr<HpiArchive> HpiArchive::Open(std::unique_ptr<ByteSource> source) {
-    if (!source) return nullptr;
-    std::uint8_t h[hpi::HeaderSize];
-    if (!source->ReadAt(0, h, sizeof h)) return nullptr;
-    if (hpi::ReadU32(h) != hpi::Marker || hpi::ReadU32(h + 4) != hpi::Version) return nullptr;
-    const std::uint32_t end = hpi::ReadU32(h + 8);
-    const std::uint32_t headerKey = hpi::ReadU32(h + 12);
-    const std::uint32_t start = hpi::ReadU32(h + 16);
-    if (start < hpi::HeaderSize || end < start || end - start < hpi::DirectoryHeaderSize ||
-        end > source->Size() || end - start > hpi::MaxDirectoryBytes)
-        return nullptr;
+namespace {
+// Why a header cannot be an archive's ("" when it can).
+std::string HeaderFault(const hpi::ArchiveHeader& h, std::uint64_t fileSize) {
+    if (h.marker != hpi::Marker) return "not an archive of the game";
+    if (h.version == hpi::SavedGameMarker) return "a saved game, not an archive";
+    if (h.version != hpi::Version) return "unknown archive version";
+    const std::uint32_t start = h.directoryStart, end = h.directoryEnd;
+    if (start < hpi::HeaderSize || end < start || end - start < hpi::DirectoryHeaderSize)
+        return "directory out of place";
+    if (end > fileSize) return "data ends early";
+    if (end - start > hpi::MaxDirectoryBytes) return "directory larger than 64 MiB";
+    return {};
+}
+} // namespace
 
-    std::unique_ptr<HpiArchive> archive(new HpiArchive(std::move(source), hpi::FileKey(headerKey)));
-    archive->encrypted_ = headerKey != 0;
-    archive->start_ = start;
-    archive->block_.resize(end - start);
-    if (!archive->Read(start, archive->block_.data(), archive->block_.size())) return nullptr;
-    DirectoryReader reader(archive->block_, start, archive->source_->Size());
-    if (!reader.Check(start)) return nullptr;
+std::unique_ptr<HpiArchive> HpiArchive::Open(std::unique_ptr<ByteSource> source,
+                                             std::string* error) {
+    std::string why;
+    std::unique_ptr<HpiArchive> archive;
+    std::uint8_t bytes[hpi::HeaderSize];
+    if (!source) {
+        why = "no data";
+    } else if (!source->ReadAt(0, bytes, sizeof bytes)) {
+        why = "read error";
+        if (source->Size() < sizeof bytes) {
+            // Too short for a header: cut short only if it starts like one.
+            std::uint8_t marker[4];
+            const bool marked = source->Size() >= sizeof marker &&
+                                source->ReadAt(0, marker, sizeof marker) &&
+                                hpi::ReadU32(marker) == hpi::Marker;
+            why = marked ? "data ends early" : "not an archive of the game";
+        }
+    } else if (const hpi::ArchiveHeader h = hpi::ParseArchiveHeader(bytes);
+               (why = HeaderFault(h, source->Size())).empty()) {
+        archive.reset(new HpiArchive(std::move(source), hpi::FileKey(h.headerKey)));
+        archive->encrypted_ = h.headerKey != 0;
+        archive->start_ = h.directoryStart;
+        archive->block_.resize(h.directoryEnd - h.directoryStart);
+        if (!archive->Read(archive->start_, archive->block_.data(), archive->block_.size()))
+            why = "read error";
+        else
+            why = DirectoryReader(archive->block_, archive->start_, archive->source_->Size())
+                      .Check(archive->start_);
+    }
+    if (error) *error = why;
+    if (!why.empty()) archive.reset();
     return archive;
 }
 
@@ -409,64 +475,76 @@ std::string HpiArchive::LimitReason(const HpiEntry& file) const {
     return {};
 }
 
-bool HpiArchive::Extract(const HpiEntry& file, const HpiSink& sink) const {
-    if (file.isDirectory || !LimitReason(file).empty()) return false;
-    extracted_ += file.size;
-    return file.method == hpi::Stored ? ExtractStored(file, sink) : ExtractChunked(file, sink);
+bool HpiArchive::Extract(const HpiEntry& file, const HpiSink& sink, std::string* error) const {
+    std::string why = file.isDirectory ? "is a folder" : LimitReason(file);
+    bool ok = why.empty();
+    if (ok) {
+        extracted_ += file.size;
+        ok = file.method == hpi::Stored ? ExtractStored(file, sink, why)
+                                        : ExtractChunked(file, sink, why);
+    }
+    if (error) *error = why;
+    return ok;
 }
 
-bool HpiArchive::ExtractStored(const HpiEntry& file, const HpiSink& sink) const {
+bool HpiArchive::ExtractStored(const HpiEntry& file, const HpiSink& sink, std::string& why) const {
     std::vector<std::uint8_t>& buffer = unpacked_;
     buffer.resize(std::max<std::size_t>(buffer.size(), std::min(file.size, hpi::ChunkSize)));
     std::uint64_t pos = file.dataOffset;
     std::uint32_t left = file.size;
     while (left > 0) {
         const std::size_t n = std::min<std::uint32_t>(left, hpi::ChunkSize);
-        if (!Read(pos, buffer.data(), n) || !sink(buffer.data(), n)) return false;
+        if (!Read(pos, buffer.data(), n)) {
+            why = "data ends early";
+            return false;
+        }
+        if (!sink(buffer.data(), n)) return false;
         pos += n;
         left -= static_cast<std::uint32_t>(n);
     }
     return true;
 }
 
-bool HpiArchive::ExtractChunked(const HpiEntry& file, const HpiSink& sink) const {
+bool HpiArchive::ExtractChunked(const HpiEntry& file, const HpiSink& sink, std::string& why) const {
+    auto fail = [&why](const char* reason) {
+        why = reason;
+        return false;
+    };
     const auto chunks = static_cast<std::uint32_t>((std::uint64_t{file.size} + hpi::ChunkSize - 1) /
                                                    hpi::ChunkSize);
     // The chunk-size table (at most 256 KiB, for a 4 GiB file) is read at once.
     std::vector<std::uint8_t>& table = table_;
     table.resize(std::size_t{chunks} * 4);
-    if (!Read(file.dataOffset, table.data(), table.size())) return false;
+    if (!Read(file.dataOffset, table.data(), table.size())) return fail("data ends early");
     std::uint64_t chunkPos = file.dataOffset + table.size();
     std::vector<std::uint8_t>& packed = packed_;
     std::vector<std::uint8_t>& unpacked = unpacked_;
     std::uint32_t left = file.size;
     for (std::uint32_t i = 0; i < chunks; ++i) {
         const std::uint32_t chunkSize = hpi::ReadU32(table.data() + std::size_t{i} * 4);
-        if (chunkSize < hpi::ChunkHeaderSize || chunkPos > source_->Size() ||
-            chunkSize > source_->Size() - chunkPos)
-            return false;
+        if (chunkSize < hpi::ChunkHeaderSize) return fail("chunk shorter than its header");
+        if (chunkPos > source_->Size() || chunkSize > source_->Size() - chunkPos)
+            return fail("data ends early");
         // Header and data in one read; a chunk cannot need more than this.
         const std::size_t wanted =
             std::min<std::size_t>(chunkSize, hpi::ChunkHeaderSize + hpi::MaxPackedChunk);
         packed.resize(std::max(packed.size(), wanted));
-        if (!Read(chunkPos, packed.data(), wanted)) return false;
-        const std::uint8_t* h = packed.data();
-        const std::uint8_t method = h[5];
-        const bool encrypted = h[6] != 0;
-        const std::uint32_t packedSize = hpi::ReadU32(h + 7);
-        const std::uint32_t size = hpi::ReadU32(h + 11);
-        const std::uint32_t checksum = hpi::ReadU32(h + 15);
-        const std::uint32_t expected = std::min(left, hpi::ChunkSize);
-        if (hpi::ReadU32(h) != hpi::ChunkMarker || size != expected ||
-            packedSize > wanted - hpi::ChunkHeaderSize ||
-            (method == hpi::Stored && packedSize != size))
-            return false;
+        if (!Read(chunkPos, packed.data(), wanted)) return fail("data ends early");
+        const hpi::ChunkHeader h = hpi::ParseChunkHeader(
+            std::span<const std::uint8_t, hpi::ChunkHeaderSize>(packed.data(), hpi::ChunkHeaderSize));
+        const std::uint8_t method = h.method;
+        const std::uint32_t packedSize = h.packedSize;
+        const std::uint32_t size = h.size;
+        if (h.marker != hpi::ChunkMarker) return fail("chunk marker missing");
+        if (size != std::min(left, hpi::ChunkSize)) return fail("chunk size does not fit the file");
+        if (packedSize > wanted - hpi::ChunkHeaderSize) return fail("chunk runs past its end");
+        if (method == hpi::Stored && packedSize != size) return fail("chunk size does not fit the file");
         std::uint8_t* data = packed.data() + hpi::ChunkHeaderSize;
         std::uint32_t sum = 0;
         for (std::uint32_t k = 0; k < packedSize; ++k)
             sum += data[k];
-        if (sum != checksum) return false;
-        if (encrypted)
+        if (sum != h.checksum) return fail("chunk checksum mismatch");
+        if (h.encrypted)
             for (std::uint32_t k = 0; k < packedSize; ++k)
                 data[k] = hpi::DecryptChunkByte(data[k], k);
         const std::uint8_t* out = data;
@@ -477,14 +555,16 @@ bool HpiArchive::ExtractChunked(const HpiEntry& file, const HpiSink& sink) const
                 ok = hpi::DecodeLz77(data, packedSize, unpacked.data(), size);
             else if (method == hpi::Zlib)
                 ok = hpi::DecodeZlib(data, packedSize, unpacked.data(), size);
-            if (!ok) return false;
+            else
+                return fail("unknown compression method");
+            if (!ok) return fail("compressed data damaged");
             out = unpacked.data();
         }
         if (!sink(out, size)) return false;
         left -= size;
         chunkPos += chunkSize;
     }
-    return left == 0;
+    return left == 0 || fail("data ends early");
 }
 
 } // namespace vantrel

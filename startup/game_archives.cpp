@@ -1,7 +1,8 @@
-#include "startup/archive_library.h"
+#include "startup/game_archives.h"
 
 #include "base/paths.h"
 #include "base/text.h"
+#include "formats/hpi_extract.h"
 
 #include <cstdlib>
 #include <dirent.h>
@@ -9,21 +10,6 @@
 #include <vector>
 
 namespace vantrel {
-
-void FillNameBuffer(std::string& buffer, const std::string& text) {
-    buffer = FreshNameBuffer();
-    std::size_t n = std::min(text.size(), NameBufferSize - 1);
-    buffer.replace(0, n, text.substr(0, n));
-    buffer[n] = '\0';
-}
-
-void GameFolderOnlyLibrary::GetTADirectory(std::string& buffer) {
-    std::string dir = FindGameDirectory(GameSearchEnvFromProcess(settings_));
-    if (dir.empty()) return;
-    // A longer folder is handed out whole: the buffer grows instead of cutting it.
-    if (dir.size() < NameBufferSize) return FillNameBuffer(buffer, dir);
-    buffer = dir + '\0';
-}
 
 GameSearchEnv GameSearchEnvFromProcess(SettingsStore& settings) {
     GameSearchEnv env;
@@ -130,65 +116,47 @@ std::string FindGameDirectory(const GameSearchEnv& env) {
     return {};
 }
 
-bool IsSafeBareName(std::string_view name) {
-    if (name.empty() || name == "." || name == "..") return false;
-    if (name.find_first_of(std::string_view("/\\\0", 3)) != std::string_view::npos) return false;
-    if (name.size() >= 2 && name[1] == ':') return false;
-    return true;
+GameArchives::GameArchives(const std::string& gameDir, const HpiLimits& limits) {
+    for (const char* pattern : ArchivePatterns)
+        for (std::string& name : ListFiles(gameDir, pattern)) {
+            std::string why;
+            auto hpi = HpiArchive::OpenFile(JoinPath(gameDir, name), &why);
+            if (!hpi) {
+                openFailures_.Add(name, why);
+                continue;
+            }
+            hpi->SetLimits(limits);
+            archives_.push_back({std::move(name), std::move(hpi)});
+        }
 }
 
-void CountArchiveFiles(const Definitions& defs, ArchiveLibrary& lib, Progress& progress,
-                       const std::string& folder, const std::string& pattern) {
-    for (const std::string& archive : ListFiles(defs.GameDir, pattern)) {
-        std::int32_t handle = lib.HPIOpen(JoinPath(defs.GameDir, archive));
-        std::int32_t position = 0, type = 0, size = 0;
-        while (true) {
-            std::string buffer = FreshNameBuffer();
-            position = lib.HPIDir(handle, position, folder, buffer, type, size);
-            if (position == 0) break;
-            progress.AddMaximum(1);
-        }
-        lib.HPIClose(handle);
-    }
+int GameArchives::CountEntries(const std::string& folder) const {
+    std::size_t n = 0;
+    for (const Archive& a : archives_)
+        if (const HpiEntry* dir = a.hpi->FindFolder(folder)) n += dir->children.size();
+    return static_cast<int>(n);
 }
 
-void ExtractArchiveFiles(Definitions& defs, ArchiveLibrary& lib, Progress& progress,
-                         const std::string& folder, const std::string& pattern,
-                         const std::string& extension, const std::string& status,
-                         ExtractionFailures* failures) {
-    progress.Show();
-    progress.SetStatus(status);
-    progress.Repaint();
-    for (const std::string& archive : ListFiles(defs.GameDir, pattern)) {
-        progress.Repaint();
-        progress.SetStatus(status);
-        std::int32_t handle = lib.HPIOpen(JoinPath(defs.GameDir, archive));
-        // An archive the library refuses is reported once, not once per pass.
-        if (handle == 0 && failures && !lib.LastFailure().empty())
-            failures->AddOnce(archive, lib.LastFailure());
-        // Only the names to extract are kept: a folder may list a million entries.
-        std::vector<std::string> names;
-        std::int32_t position = 0, type = 0, size = 0;
-        while (true) {
-            std::string buffer = FreshNameBuffer();
-            position = lib.HPIDir(handle, position, folder, buffer, type, size);
-            if (position == 0) break;
-            std::string name = TrimNull(buffer);
-            if (ContainsText(LCase(name), extension)) names.push_back(std::move(name));
-        }
-        for (const std::string& name : names) {
-            // A name already in Units in another case is written over, not beside.
-            const bool written =
-                IsSafeBareName(name) &&
-                lib.HPIExtractFile(handle, folder + "\\" + name, defs.UnitFiles.PathFor(name)) != 0;
-            if (written)
-                defs.UnitFiles.Add(name);
-            else if (failures)
-                failures->Add(archive + ": " + name,
-                              IsSafeBareName(name) ? lib.LastFailure() : "unsafe name");
+void GameArchives::Extract(UnitsFolder& units, Progress& progress, const std::string& folder,
+                           const std::string& extension, ExtractionFailures& failures) const {
+    const OpenFolder dest(units.Dir());
+    for (const Archive& a : archives_) {
+        const HpiEntry* dir = a.hpi->FindFolder(folder);
+        if (!dir) continue;
+        for (const HpiEntry& e : dir->children) {
+            if (e.isDirectory || !ContainsText(LCase(e.name), extension)) continue;
+            std::string why = "unsafe name";
+            if (IsSafeBareName(e.name)) {
+                progress.SetStatus("Extracting " + folder + "/" + e.name + " from " + a.name);
+                // A name already in Units in another case is written over, not beside.
+                const std::string path = units.PathFor(e.name);
+                const std::string onDisk = path.substr(path.find_last_of(PathSep) + 1);
+                if (ExtractToFile(*a.hpi, e, dest, onDisk, &why)) units.Add(e.name);
+            }
+            if (!why.empty()) failures.Add(a.name + ": " + e.name, why);
             progress.AddValue(1);
+            progress.Repaint();
         }
-        lib.HPIClose(handle);
     }
 }
 

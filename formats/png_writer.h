@@ -4,7 +4,7 @@
 //  - Rgb32 pictures become 8-bit RGB PNGs (colour type 2).
 #pragma once
 
-#include "mainwindow/pcx.h"
+#include "formats/pcx.h"
 
 #include <string>
 

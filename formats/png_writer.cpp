@@ -1,4 +1,4 @@
-#include "mainwindow/png_writer.h"
+#include "formats/png_writer.h"
 
 #include <zlib.h>
 

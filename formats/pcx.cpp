@@ -1,4 +1,4 @@
-#include "mainwindow/pcx.h"
+#include "formats/pcx.h"
 
 #include "base/paths.h"
 #include "base/text.h"

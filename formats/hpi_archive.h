@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <span>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -36,8 +37,6 @@ inline constexpr std::uint32_t ChunkSize = 65536;
 // Largest compressed chunk accepted: LZ77 worst case (one tag per eight
 // literals) and zlib's stored-block worst case both stay well below this.
 inline constexpr std::uint32_t MaxPackedChunk = 2 * ChunkSize + 1024;
-// Names longer than this cannot be handed out through a 255-character buffer.
-inline constexpr std::size_t MaxNameLength = 254;
 // Directories larger than this are refused (real ones are far smaller).
 inline constexpr std::uint32_t MaxDirectoryBytes = 64u * 1024u * 1024u;
 // A directory that lists more entries, or nests folders deeper, is damaged.
@@ -78,6 +77,34 @@ bool DecodeZlib(const std::uint8_t* in, std::size_t inSize, std::uint8_t* out, s
 
 std::uint32_t ReadU32(const std::uint8_t* p);
 
+// The records of the format, read from bytes that the caller has checked to
+// be long enough (each function takes exactly its record's size).
+struct ArchiveHeader {
+    std::uint32_t marker, version, directoryEnd, headerKey, directoryStart;
+};
+ArchiveHeader ParseArchiveHeader(std::span<const std::uint8_t, HeaderSize> h);
+struct DirectoryHeader {
+    std::uint32_t entryCount, entryList;
+};
+DirectoryHeader ParseDirectoryHeader(std::span<const std::uint8_t, DirectoryHeaderSize> h);
+struct EntryRecord {
+    std::uint32_t nameOffset, dataOffset;
+    bool isDirectory;
+};
+EntryRecord ParseEntry(std::span<const std::uint8_t, EntrySize> e);
+struct FileData {
+    std::uint32_t dataOffset, size;
+    std::uint8_t method;
+};
+FileData ParseFileData(std::span<const std::uint8_t, FileDataSize> f);
+struct ChunkHeader {
+    std::uint32_t marker;
+    std::uint8_t version, method;
+    bool encrypted;
+    std::uint32_t packedSize, size, checksum;
+};
+ChunkHeader ParseChunkHeader(std::span<const std::uint8_t, ChunkHeaderSize> h);
+
 } // namespace hpi
 
 // Where an archive's bytes come from: a file or a block of memory.
@@ -89,10 +116,11 @@ class ByteSource {
     virtual bool ReadAt(std::uint64_t pos, void* out, std::size_t n) const = 0;
 };
 
-// A file opened for reading; `Open` gives nullptr when it cannot be opened.
+// A file opened for reading; `Open` gives nullptr when it cannot be opened
+// (`error`, when given, says why: the system's text, or "is a folder").
 class FileSource : public ByteSource {
   public:
-    static std::unique_ptr<FileSource> Open(const std::string& path);
+    static std::unique_ptr<FileSource> Open(const std::string& path, std::string* error = nullptr);
     ~FileSource() override;
     FileSource(const FileSource&) = delete;
     FileSource& operator=(const FileSource&) = delete;
@@ -140,10 +168,13 @@ inline constexpr HpiLimits DiskLimits{hpi::MaxFileBytes, hpi::MaxArchiveBytes};
 
 class HpiArchive {
   public:
-    // Reads the header and the directory. nullptr when the source is not an
-    // archive (wrong marker, saved game, bad header fields).
-    static std::unique_ptr<HpiArchive> Open(std::unique_ptr<ByteSource> source);
-    static std::unique_ptr<HpiArchive> OpenFile(const std::string& path);
+    // Reads the header and checks the whole directory once. nullptr when the
+    // source is not an archive or its directory is damaged; `error`, when
+    // given, then says what is wrong ("directory nests deeper than 64").
+    static std::unique_ptr<HpiArchive> Open(std::unique_ptr<ByteSource> source,
+                                            std::string* error = nullptr);
+    static std::unique_ptr<HpiArchive> OpenFile(const std::string& path,
+                                                std::string* error = nullptr);
 
     // The whole tree (built on first use).
     const HpiEntry& Root() const;
@@ -167,8 +198,9 @@ class HpiArchive {
 
     // Streams the unpacked bytes of `file` into `sink`. False (after perhaps
     // some bytes) when the data is damaged, the sink refused or the limits
-    // forbid it (then nothing is read).
-    bool Extract(const HpiEntry& file, const HpiSink& sink) const;
+    // forbid it (then nothing is read); `error`, when given, then says which
+    // ("chunk checksum mismatch", "data ends early"; "" when the sink refused).
+    bool Extract(const HpiEntry& file, const HpiSink& sink, std::string* error = nullptr) const;
 
   private:
     HpiArchive(std::unique_ptr<ByteSource> source, std::uint8_t key)
@@ -184,8 +216,9 @@ class HpiArchive {
         std::vector<std::uint32_t> exact, folded;
     };
     const NameIndex& IndexOf(const HpiEntry& folder) const;
-    bool ExtractStored(const HpiEntry& file, const HpiSink& sink) const;
-    bool ExtractChunked(const HpiEntry& file, const HpiSink& sink) const;
+    // False when the data is damaged (`why` says how) or the sink refused.
+    bool ExtractStored(const HpiEntry& file, const HpiSink& sink, std::string& why) const;
+    bool ExtractChunked(const HpiEntry& file, const HpiSink& sink, std::string& why) const;
 
     std::unique_ptr<ByteSource> source_;
     std::vector<std::uint8_t> block_; // the decrypted directory block

@@ -1,4 +1,4 @@
-#include "profile/ini_file.h"
+#include "formats/ini_file.h"
 #include "profile/profile.h"
 #include "support/profile_support.h"
 

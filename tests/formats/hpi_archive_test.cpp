@@ -1,5 +1,5 @@
 #include "demo/demo_units.h"
-#include "startup/hpi_archive.h"
+#include "formats/hpi_archive.h"
 #include "support/hpi_writer.h"
 
 #include <gtest/gtest.h>
@@ -157,22 +157,29 @@ std::size_t CountFiles(const HpiEntry& folder) {
     return n;
 }
 
-TEST(HpiMalformed, HeaderProblemsRefuseTheArchive) {
+// Each fault refuses the archive with its own reason.
+TEST(HpiMalformed, HeaderProblemsRefuseTheArchiveWithTheirReason) {
     const BuiltArchive good = SmallArchive();
     ASSERT_TRUE(OpenBytes(good.bytes));
+    auto reason = [](const std::string& bytes) {
+        std::string why;
+        return HpiArchive::Open(std::make_unique<MemorySource>(bytes), &why) ? "opened" : why;
+    };
     auto damaged = [&](std::uint32_t offset, std::uint32_t value) {
         std::string bytes = good.bytes;
         PatchU32(bytes, offset, value);
-        return OpenBytes(bytes) == nullptr;
+        return reason(bytes);
     };
-    EXPECT_TRUE(damaged(0, 0x49504149));                                        // wrong marker
-    EXPECT_TRUE(damaged(4, hpi::SavedGameMarker));                              // a saved game
-    EXPECT_TRUE(damaged(8, static_cast<std::uint32_t>(good.bytes.size() + 1))); // past the end
-    EXPECT_TRUE(damaged(8, 24));          // ends before the root header
-    EXPECT_TRUE(damaged(16, 4));          // root inside the header
-    EXPECT_TRUE(damaged(16, 0xFFFFFFF0)); // root past the end
-    EXPECT_FALSE(OpenBytes(""));
-    EXPECT_FALSE(OpenBytes("HAPI"));
+    EXPECT_EQ(damaged(0, 0x49504149), "not an archive of the game");
+    EXPECT_EQ(damaged(4, hpi::SavedGameMarker), "a saved game, not an archive");
+    EXPECT_EQ(damaged(4, 0x00020000), "unknown archive version");
+    EXPECT_EQ(damaged(8, static_cast<std::uint32_t>(good.bytes.size() + 1)), "data ends early");
+    EXPECT_EQ(damaged(8, 24), "directory out of place");         // ends before the root header
+    EXPECT_EQ(damaged(16, 4), "directory out of place");         // root inside the header
+    EXPECT_EQ(damaged(16, 0xFFFFFFF0), "directory out of place"); // root past the end
+    EXPECT_EQ(reason(""), "not an archive of the game");
+    EXPECT_EQ(reason("plain text"), "not an archive of the game");
+    EXPECT_EQ(reason("HAPI"), "data ends early");
 }
 
 TEST(HpiMalformed, EveryTruncationOpensOrFailsCleanly) {
@@ -197,23 +204,29 @@ TEST(HpiMalformed, DamagedChunksFailToExtract) {
     const std::uint32_t key = 0x5555;
     const BuiltArchive good = SmallArchive(key);
     const std::uint32_t chunk = good.fileBytes.at("units/lz.fbi") + 4; // one chunk
-    auto fails = [&](std::uint32_t offset, std::uint32_t value, bool asByte) {
+    // The reason the damaged file gives, when the archive still opens and
+    // its other files are intact.
+    auto fails = [&](std::uint32_t offset, std::uint32_t value, bool asByte) -> std::string {
         std::string bytes = good.bytes;
         if (asByte)
             PatchByte(bytes, offset, static_cast<std::uint8_t>(value), key);
         else
             PatchU32(bytes, offset, value, key);
         auto archive = OpenBytes(bytes);
-        return archive && !Unpack(*archive, "units/lz.fbi") && Unpack(*archive, "units/stored.fbi");
+        if (!archive || !Unpack(*archive, "units/stored.fbi")) return "archive damaged";
+        std::string why;
+        const bool ok = archive->Extract(*archive->FindFile("units/lz.fbi"),
+                                         [](const std::uint8_t*, std::size_t) { return true; }, &why);
+        return ok ? "extracted" : why;
     };
-    EXPECT_TRUE(fails(chunk + 15, 0, false));         // checksum no longer matches
-    EXPECT_TRUE(fails(chunk, 0x48535152, false));     // chunk marker
-    EXPECT_TRUE(fails(chunk + 11, 699, false));       // unpacked size off by one
-    EXPECT_TRUE(fails(chunk + 11, 0x100000, false));  // absurd unpacked size
-    EXPECT_TRUE(fails(chunk + 7, 0xFFFFFF00, false)); // packed size past the chunk
-    EXPECT_TRUE(fails(chunk - 4, 3, false));          // chunk smaller than its header
-    EXPECT_TRUE(fails(chunk - 4, 0xFFFFFFFF, false)); // chunk past the end
-    EXPECT_TRUE(fails(chunk + 5, 7, true));           // unknown method
+    EXPECT_EQ(fails(chunk + 15, 0, false), "chunk checksum mismatch");
+    EXPECT_EQ(fails(chunk, 0x48535152, false), "chunk marker missing");
+    EXPECT_EQ(fails(chunk + 11, 699, false), "chunk size does not fit the file");
+    EXPECT_EQ(fails(chunk + 11, 0x100000, false), "chunk size does not fit the file");
+    EXPECT_EQ(fails(chunk + 7, 0xFFFFFF00, false), "chunk runs past its end");
+    EXPECT_EQ(fails(chunk - 4, 3, false), "chunk shorter than its header");
+    EXPECT_EQ(fails(chunk - 4, 0xFFFFFFFF, false), "data ends early");
+    EXPECT_EQ(fails(chunk + 5, 7, true), "unknown compression method");
     // The whole archive still opens and the other files are intact.
     EXPECT_TRUE(Unpack(*OpenBytes(good.bytes), "units/lz.fbi"));
 }
@@ -254,7 +267,11 @@ TEST(HpiMalformed, FoldersNestedDeeperThan64RefuseTheArchive) {
             path += "d/";
         HpiWriter writer;
         writer.AddFile(path + "x.fbi", "x", hpi::Stored);
-        EXPECT_EQ(OpenBytes(writer.Build().bytes) != nullptr, depth == 64) << depth;
+        const std::string bytes = writer.Build().bytes;
+        std::string why;
+        EXPECT_EQ(HpiArchive::Open(std::make_unique<MemorySource>(bytes), &why) != nullptr,
+                  depth == 64);
+        EXPECT_EQ(why, depth == 64 ? "" : "directory nests deeper than 64") << depth;
     }
 }
 

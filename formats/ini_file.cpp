@@ -1,8 +1,8 @@
-#include "profile/ini_file.h"
+#include "formats/ini_file.h"
 
+#include "base/paths.h"
 #include "base/staged_file.h"
 #include "base/text.h"
-#include "profile/profile.h"
 
 #include <algorithm>
 
@@ -144,7 +144,8 @@ std::optional<std::string> IniIndex::Find(std::string_view section, std::string_
 
 std::string ReadIniValue(const std::string& section, const std::string& key,
                          const std::string& file, const std::string& fallback) {
-    FileText text = ReadProfileFile(file);
+    // The same ceiling as a profile file (256 MiB).
+    FileText text = ReadFileText(file, 256u * 1024u * 1024u);
     if (!text.ok()) return fallback;
     return IniIndex(std::move(text.data)).Get(section, key, fallback);
 }
