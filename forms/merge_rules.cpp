@@ -63,9 +63,8 @@ int MergeTrait(Definitions& defs, std::string_view row) {
 }
 
 void AcceptMerge(Definitions& defs) {
-    if (!ContainsText(UCase(defs.ParentAIs), UCase(defs.LoadedAIName)))
-        defs.ParentAIs += defs.LoadedAIName + ", ";
-    defs.DialogOK = true;
+    if (!ContainsText(UCase(defs.Profile.ParentAIs), UCase(defs.Profile.LoadedAIName)))
+        defs.Profile.ParentAIs += defs.Profile.LoadedAIName + ", ";
 }
 
 void MergeTraits(Definitions& defs, const std::vector<TraitRow>& rows, Progress& progress) {

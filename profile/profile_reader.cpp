@@ -191,8 +191,8 @@ void Store(ProfileContext& ctx, const ProfileText& profile, bool merge, HeaderFo
     const int n = defs.Units.UBound();
     ctx.progress.SetMaximum(n);
     RecordArray<vtUnit>& target = merge ? defs.SavedUnits : defs.Units;
-    const auto weightMax = static_cast<float>(defs.Option(optWeightMax));
-    const auto limitMax = static_cast<float>(defs.Option(optLimitMax));
+    const auto weightMax = static_cast<float>(defs.Options.WeightMax);
+    const auto limitMax = static_cast<float>(defs.Options.LimitMax);
     for (int i = 1; i <= n; ++i) {
         auto [weight, limit] = valuesOf(i);
         target[i].Weight = weight > weightMax ? weightMax : weight;
@@ -204,13 +204,13 @@ void Store(ProfileContext& ctx, const ProfileText& profile, bool merge, HeaderFo
         }
     }
 
-    defs.LoadedAIName = HeaderField(profile.text, "Name:", form);
-    if (TrimSpaces(defs.LoadedAIName).empty()) defs.LoadedAIName = FileNameDefault(profile.name);
+    defs.Profile.LoadedAIName = HeaderField(profile.text, "Name:", form);
+    if (TrimSpaces(defs.Profile.LoadedAIName).empty()) defs.Profile.LoadedAIName = FileNameDefault(profile.name);
     if (merge) return;
 
     std::string author = HeaderField(profile.text, "Auth:", form);
     if (TrimSpaces(author).empty()) author = "N/A";
-    ctx.fields.SetAIName(TrimSpaces(ReplaceAll(defs.LoadedAIName, "AI", "")));
+    ctx.fields.SetAIName(TrimSpaces(ReplaceAll(defs.Profile.LoadedAIName, "AI", "")));
     ctx.fields.SetBanner(ctx.fields.AIName() + " AI");
     ctx.fields.SetAuthor(author);
 }
