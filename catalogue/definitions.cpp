@@ -44,8 +44,8 @@ bool SameSide(std::string_view a, std::string_view b) {
 }
 
 void AddSide(RecordArray<vtRaces>& races, std::string_view side) {
-    for (int r = 1; r <= races.UBound(); ++r)
-        if (SameSide(races[r].Name, side)) return;
+    for (const vtRaces& race : races)
+        if (SameSide(race.Name, side)) return;
     races.Preserve(races.UBound() + 1);
     races[races.UBound()].Name = std::string(side);
 }

@@ -45,6 +45,12 @@ template <class T> class RecordArray {
 
     // Upper bound: the index of the last element (0 when empty).
     int UBound() const { return static_cast<int>(items_.size()) - 1; }
+    // The records 1..UBound(): their number and a range for range-for.
+    int size() const { return UBound(); }
+    auto begin() { return items_.begin() + 1; }
+    auto end() { return items_.end(); }
+    auto begin() const { return items_.begin() + 1; }
+    auto end() const { return items_.end(); }
     // Re-dimension to 0..upper, discarding every record.
     void Dim(int upper) { items_.assign(static_cast<std::size_t>(upper < 0 ? 0 : upper) + 1, T{}); }
     // Re-dimension to 0..upper, keeping existing records.

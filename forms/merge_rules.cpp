@@ -26,8 +26,8 @@ std::vector<TraitRow> MergeTraitRows(const RecordArray<vtRaces>& races) {
     std::vector<TraitRow> rows;
     AddSideRows(rows, "Arm");
     AddSideRows(rows, "Core");
-    for (int r = 1; r <= races.UBound(); ++r) {
-        const std::string& name = races[r].Name;
+    for (const vtRaces& race : races) {
+        const std::string& name = race.Name;
         if (ContainsText(MergeFixedSides, UCase(name))) continue;
         AddSideRows(rows, ProperCase(name));
     }
