@@ -97,11 +97,11 @@ int main(int argc, char** argv) {
     dialogs.SetParent(&window);
     window.showMerge = [&] {
         frmMerge dialog(defs, progress, &window);
-        dialog.exec();
+        return dialog.exec();
     };
     window.showOptions = [&] {
         frmOptions dialog(defs, settings, &window);
-        dialog.exec();
+        return dialog.exec();
     };
     window.showBuildSet = [&] {
         frmBuild dialog(defs, &window);
@@ -109,7 +109,7 @@ int main(int argc, char** argv) {
         dialog.OnIncludeChanged = [&](int unit, bool before) {
             window.History().RecordEdit(unit, UnitField::Include, before ? 1.0 : 0.0);
         };
-        dialog.exec();
+        return dialog.exec();
     };
     window.Load();
     return QApplication::exec();

@@ -2,6 +2,9 @@
 
 #include "base/text.h"
 
+#include <cassert>
+#include <cstdio>
+
 namespace vantrel {
 
 const std::array<Category, 11> Categories{{
@@ -41,9 +44,15 @@ bool SameSide(std::string_view a, std::string_view b) {
 }
 
 void AddSide(RecordArray<vtRaces>& races, std::string_view side) {
-    for (int r = 1; r <= races.UBound(); ++r)
-        if (SameSide(races[r].Name, side)) return;
-    races[races.UBound() + 1].Name = std::string(side);
+    for (const vtRaces& race : races)
+        if (SameSide(race.Name, side)) return;
+    races.Preserve(races.UBound() + 1);
+    races[races.UBound()].Name = std::string(side);
+}
+
+void RecordIndexOutOfRange(int index, int upper) {
+    std::fprintf(stderr, "vantrel: record index %d outside 0..%d\n", index, upper);
+    assert(!"record index out of range");
 }
 
 } // namespace vantrel

@@ -31,23 +31,36 @@ struct vtRaces {
     std::string Name;
 };
 
+// An index outside 0..upper given for writing: a programming error. Asserts
+// in debug builds; release builds carry on (see RecordArray).
+void RecordIndexOutOfRange(int index, int upper);
+
 // A 1-based record array: element 0 exists but is never a catalogue entry.
-// Out-of-range reads give a fresh empty record (the arrays "create their
-// elements on first access"); writes beyond the end grow the array.
+// It grows only through Dim and Preserve. Out-of-range reads give an empty
+// record; an out-of-range write is a programming error that lands in a
+// scratch record, which is emptied again at every such access.
 template <class T> class RecordArray {
   public:
     RecordArray() : items_(1) {}
 
     // Upper bound: the index of the last element (0 when empty).
     int UBound() const { return static_cast<int>(items_.size()) - 1; }
+    // The records 1..UBound(): their number and a range for range-for.
+    int size() const { return UBound(); }
+    auto begin() { return items_.begin() + 1; }
+    auto end() { return items_.end(); }
+    auto begin() const { return items_.begin() + 1; }
+    auto end() const { return items_.end(); }
     // Re-dimension to 0..upper, discarding every record.
     void Dim(int upper) { items_.assign(static_cast<std::size_t>(upper < 0 ? 0 : upper) + 1, T{}); }
     // Re-dimension to 0..upper, keeping existing records.
     void Preserve(int upper) { items_.resize(static_cast<std::size_t>(upper < 0 ? 0 : upper) + 1); }
 
     T& operator[](int i) {
-        if (i < 0) return scratch_ = T{};
-        if (i > UBound()) Preserve(i);
+        if (i < 0 || i > UBound()) {
+            RecordIndexOutOfRange(i, UBound());
+            return scratch_ = T{};
+        }
         return items_[static_cast<std::size_t>(i)];
     }
     const T& operator[](int i) const {
@@ -61,15 +74,25 @@ template <class T> class RecordArray {
     static inline const T empty_{};
 };
 
-// Indices into OptionValues (1-based like the stored options).
-enum OptionIndex : int {
-    optEasyLimit = 1,
-    optMediumLimit = 2,
-    optHardLimit = 3,
-    optWeightMax = 4,
-    optLimitMax = 5,
-    optExtract = 6,
-    optRandom = 7,
+// The stored options with their defaults (settings group "Options"; the
+// keys are the field names, see OptionTable).
+struct Options {
+    std::int32_t EasyLimit = 50;   // per cent of each limit in the easy plan
+    std::int32_t MediumLimit = 75; // ... in the medium plan
+    std::int32_t HardLimit = 100;  // ... in the hard plan
+    std::int32_t WeightMax = 10;   // top of the build priority scale
+    std::int32_t LimitMax = 50;    // top of the number-produced scale
+    bool Extract = false;          // extract the game's units at every start
+    bool Random = false;           // random build priorities at start-up
+
+    bool operator==(const Options&) const = default;
+};
+
+// The profile being edited, beside the values in Units.
+struct EditedProfile {
+    bool Changed = false;     // edited since it was opened, created or saved
+    std::string LoadedAIName; // the AI name of the profile read last
+    std::string ParentAIs;    // "Name AI, " for every profile merged into it
 };
 
 struct Definitions {
@@ -79,20 +102,14 @@ struct Definitions {
 
     std::string AppDir;  // program folder, always ending in one separator
     std::string GameDir; // the game's installation folder, may be empty
-    std::array<std::int32_t, 8> OptionValues{0, 50, 75, 100, 10, 50, 0, 0}; // [0] unused
+    vantrel::Options Options;
     std::string LastDir;
     std::string CurrentSide;
     int CurrentSideIndex = 0;
-    bool DialogOK = false;
-    bool Changed = false;
-    std::string LoadedAIName;
-    std::string ParentAIs;
+    EditedProfile Profile;
     // The files of the Units folder by name without letter case: read with
     // the catalogue and told about every file extraction writes.
     UnitsFolder UnitFiles;
-
-    std::int32_t Option(OptionIndex i) const { return OptionValues[static_cast<std::size_t>(i)]; }
-    bool OptionOn(OptionIndex i) const { return Option(i) != 0; }
 };
 
 // Side names are compared without ASCII letter case everywhere: "Arm",

@@ -147,8 +147,8 @@ void LoadUnitsFromFolder(Definitions& defs, const std::string& unitsDir, RandomS
         if (auto text = ReadWholeFile(JoinPath(unitsDir, file))) ReadUnitFields(*text, unit);
         unit.Build = true;
         unit.Include = true;
-        if (random && defs.OptionOn(optRandom))
-            ApplyStartupRandom(unit, defs.Option(optWeightMax), *random);
+        if (random && defs.Options.Random)
+            ApplyStartupRandom(unit, defs.Options.WeightMax, *random);
         if (progress) {
             progress->SetStatus("Processing... " + ProperCase(unit.Side) + " " + unit.Name);
             progress->AddValue(2);
@@ -168,7 +168,7 @@ LoadOutcome LoadUnits(Definitions& defs, LoadContext& ctx) {
     if (!folder.empty() && folder.back() == PathSep) folder.pop_back();
     const std::string units = folder + PathSep + "Units" + PathSep;
     // A restarted instance never restarts again, whatever it reads.
-    if (defs.OptionOn(optExtract) || ctx.shell.IsRestart()) {
+    if (defs.Options.Extract || ctx.shell.IsRestart()) {
         ctx.messages.Inform("No units found. Please extract all available unit files to your '" +
                                 units + "' folder.",
                             "Abort", MsgIcon::Critical);

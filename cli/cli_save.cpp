@@ -36,20 +36,20 @@ const char* Details =
 
 struct OptionFlag {
     const char* flag;
-    OptionIndex index;
+    std::int32_t Options::*field;
 };
-constexpr OptionFlag OptionFlags[] = {{"--easy", optEasyLimit},
-                                      {"--medium", optMediumLimit},
-                                      {"--hard", optHardLimit},
-                                      {"--weight-max", optWeightMax},
-                                      {"--limit-max", optLimitMax}};
+constexpr OptionFlag OptionFlags[] = {{"--easy", &Options::EasyLimit},
+                                      {"--medium", &Options::MediumLimit},
+                                      {"--hard", &Options::HardLimit},
+                                      {"--weight-max", &Options::WeightMax},
+                                      {"--limit-max", &Options::LimitMax}};
 
 int RunSave(const std::vector<std::string>& args) {
     if (WantsHelp(args, Usage, Details)) return ExitOk;
     std::vector<std::string> positional;
     std::optional<std::string> open, name, author;
     bool tessaly = false;
-    std::vector<std::pair<OptionIndex, std::int32_t>> overrides;
+    std::vector<std::pair<std::int32_t Options::*, std::int32_t>> overrides;
     std::vector<BulkSet> sets;
     for (std::size_t i = 0; i < args.size(); ++i) {
         const std::string& a = args[i];
@@ -90,15 +90,15 @@ int RunSave(const std::vector<std::string>& args) {
         }
         auto number = ParseOption16(*v);
         if (!number) return UsageError(Usage, a + " needs a whole number, not '" + *v + "'");
-        overrides.emplace_back(flag->index, *number);
+        overrides.emplace_back(flag->field, *number);
     }
     if (positional.size() != 2) return UsageError(Usage, "expected UNITS_DIR and OUT");
     if (tessaly && !open) return UsageError(Usage, "--tessaly needs --open FILE");
 
     ProfileRun run;
     if (auto status = PrepareProfileRun(run, positional[0])) return *status;
-    for (auto [index, value] : overrides)
-        run.defs.OptionValues[index] = value;
+    for (auto [field, value] : overrides)
+        run.defs.Options.*field = value;
     if (open)
         if (auto status = OpenProfile(run, *open, tessaly, false)) return *status;
     for (const BulkSet& set : sets)

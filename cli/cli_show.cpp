@@ -31,7 +31,7 @@ int RunShow(const std::vector<std::string>& args) {
     if (auto status = PrepareProfileRun(run, positional[0])) return *status;
     if (auto status = OpenProfile(run, positional[1], tessaly, merge)) return *status;
     PrintUnitTable(std::cout, merge ? run.defs.SavedUnits : run.defs.Units);
-    std::cout << "LoadedAIName\t" << Escape(run.defs.LoadedAIName) << "\n";
+    std::cout << "LoadedAIName\t" << Escape(run.defs.Profile.LoadedAIName) << "\n";
     if (!merge) {
         std::cout << "Author\t" << Escape(run.fields.Author()) << "\n";
         std::cout << "Name\t" << Escape(run.fields.AIName()) << "\n";

@@ -54,10 +54,7 @@ frmBuild::frmBuild(Definitions& defs, QWidget* parent) : QDialog(parent), defs_(
 
     connect(cboType, &QComboBox::currentIndexChanged, this, [this] { FillCategory(); });
     connect(lstMain, &QListWidget::itemChanged, this, &frmBuild::OnRowChanged);
-    connect(cmdOK, &QPushButton::clicked, this, [this] {
-        defs_.DialogOK = true;
-        accept();
-    });
+    connect(cmdOK, &QPushButton::clicked, this, &frmBuild::accept);
     connect(cmdCancel, &QPushButton::clicked, this, &frmBuild::reject);
 }
 
@@ -83,11 +80,6 @@ void frmBuild::OnRowChanged(QListWidgetItem* item) {
     const bool before = unit >= 1 && unit <= defs_.Units.UBound() && defs_.Units[unit].Include;
     if (SetRowInclude(defs_, RowUnits, row, checked) && before != checked && OnIncludeChanged)
         OnIncludeChanged(unit, before);
-}
-
-void frmBuild::reject() {
-    defs_.DialogOK = false;
-    QDialog::reject();
 }
 
 } // namespace vantrel

@@ -23,7 +23,6 @@ class frmBuild : public QDialog {
   public:
     explicit frmBuild(Definitions& defs, QWidget* parent = nullptr);
 
-    void reject() override; // Cancel, Escape and closing the window
 
     QComboBox* cboType = nullptr;
     QListWidget* lstMain = nullptr;

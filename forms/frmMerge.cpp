@@ -40,7 +40,7 @@ frmMerge::frmMerge(Definitions& defs, Progress& progress, QWidget* parent)
 }
 
 void frmMerge::SetCurrentAIName(const std::string& name) {
-    lblLoad->setText(ToLatin1Text(MergeLabelText(defs_.LoadedAIName, name)));
+    lblLoad->setText(ToLatin1Text(MergeLabelText(defs_.Profile.LoadedAIName, name)));
 }
 
 std::vector<TraitRow> frmMerge::Rows() const {
@@ -59,11 +59,6 @@ void frmMerge::OnOK() {
     hide();
     MergeTraits(defs_, rows, progress_);
     accept();
-}
-
-void frmMerge::reject() {
-    defs_.DialogOK = false;
-    QDialog::reject();
 }
 
 } // namespace vantrel

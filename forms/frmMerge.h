@@ -30,7 +30,6 @@ class frmMerge : public QDialog {
     // The rows with their check states as the list shows them now.
     std::vector<TraitRow> Rows() const;
 
-    void reject() override; // Cancel, Escape and closing the window
 
     QLabel* lblLoad = nullptr;
     QListWidget* lstMain = nullptr;

@@ -196,9 +196,4 @@ void frmOptions::OnOK() {
     accept();
 }
 
-void frmOptions::reject() {
-    defs_.DialogOK = false;
-    QDialog::reject();
-}
-
 } // namespace vantrel

@@ -33,7 +33,6 @@ class frmOptions : public QDialog {
     // What the boxes hold now.
     OptionsInput Input() const;
 
-    void reject() override; // Cancel, Escape and closing the window
 
     QGroupBox* Frame1 = nullptr;
     QGroupBox* Frame2 = nullptr;

@@ -349,7 +349,7 @@ void frmUnit::BeginEdit(UnitField field) {
     std::optional<double>& before = editBefore_[field == UnitField::Weight ? 0 : 1];
     if (before) return;
     before = FieldValue(Unit(), field);
-    changedBefore_ = defs_.Changed;
+    changedBefore_ = defs_.Profile.Changed;
 }
 
 void frmUnit::EndEdit(UnitField field) {
@@ -366,7 +366,7 @@ void frmUnit::EndEdit(UnitField field) {
                             ? gesture_
                             : 0;
     if (old == FieldValue(Unit(), field))
-        defs_.Changed = changedBefore_; // dragged away and back: nothing changed
+        defs_.Profile.Changed = changedBefore_; // dragged away and back: nothing changed
     else
         emit valueCommitted(unitIndex_, field, old, gesture);
 }

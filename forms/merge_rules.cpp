@@ -26,8 +26,8 @@ std::vector<TraitRow> MergeTraitRows(const RecordArray<vtRaces>& races) {
     std::vector<TraitRow> rows;
     AddSideRows(rows, "Arm");
     AddSideRows(rows, "Core");
-    for (int r = 1; r <= races.UBound(); ++r) {
-        const std::string& name = races[r].Name;
+    for (const vtRaces& race : races) {
+        const std::string& name = race.Name;
         if (ContainsText(MergeFixedSides, UCase(name))) continue;
         AddSideRows(rows, ProperCase(name));
     }
@@ -63,9 +63,8 @@ int MergeTrait(Definitions& defs, std::string_view row) {
 }
 
 void AcceptMerge(Definitions& defs) {
-    if (!ContainsText(UCase(defs.ParentAIs), UCase(defs.LoadedAIName)))
-        defs.ParentAIs += defs.LoadedAIName + ", ";
-    defs.DialogOK = true;
+    if (!ContainsText(UCase(defs.Profile.ParentAIs), UCase(defs.Profile.LoadedAIName)))
+        defs.Profile.ParentAIs += defs.Profile.LoadedAIName + ", ";
 }
 
 void MergeTraits(Definitions& defs, const std::vector<TraitRow>& rows, Progress& progress) {

@@ -49,7 +49,7 @@ std::string MergeKeywords(std::string_view categoryWord);
 int MergeTrait(Definitions& defs, std::string_view row);
 
 // First steps of OK: the second profile's name joins ParentAIs (unless it
-// already occurs there, compared without regard to case) and DialogOK is set.
+// already occurs there, compared without regard to case).
 void AcceptMerge(Definitions& defs);
 
 // The merge proper: shows the progress form, merges every checked row (one

@@ -24,12 +24,6 @@ inline constexpr const char* GameDirKey = "GameDir";
 // everything else (Enter = 13, pasted text, letters, signs) is refused.
 bool OptionKeyAccepted(int keyAscii);
 
-// The check state shown for a stored switch ("Extract", "Random"): the
-// absolute value, so -1 and 1 both show checked. Values that have no check
-// state (only a hand-edited store gives them) show checked too, since any
-// non-zero value switches the option on.
-bool SwitchChecked(std::int32_t value);
-
 // The number a box's text gives; an empty box (or text that is no number)
 // keeps the option's previous value.
 std::int32_t OptionFromText(std::string_view text, std::int32_t previous);
@@ -42,11 +36,11 @@ struct OptionsInput {
     std::string GameDir;                // txtGameDir
 };
 
-// The dialog's state as loaded from OptionValues and the store.
+// The dialog's state as loaded from the options and the store.
 OptionsInput LoadOptionsInput(const Definitions& defs, SettingsStore& store);
 
-// OK: DialogOK = true, OptionValues 1..7 from the input, then the seven keys
-// written in order, then the game folder (trimmed) under GameDirKey.
+// OK: the options from the input, then the seven keys written in order, then
+// the game folder (trimmed) under GameDirKey.
 void AcceptOptions(Definitions& defs, const OptionsInput& input, SettingsStore& store);
 
 } // namespace vantrel

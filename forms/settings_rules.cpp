@@ -9,10 +9,10 @@ bool IsAcceptableAIName(const std::string& name) {
 }
 
 void ResetUnitsForNewAI(Definitions& defs) {
-    for (int i = 1; i <= defs.Units.UBound(); ++i) {
-        defs.Units[i].Weight = 0.0f;
-        defs.Units[i].Limit = 0.0f;
-        defs.Units[i].Include = true;
+    for (vtUnit& unit : defs.Units) {
+        unit.Weight = 0.0f;
+        unit.Limit = 0.0f;
+        unit.Include = true;
     }
 }
 

@@ -34,10 +34,10 @@ SliderSettings NumbersSettings(int limitMax) {
     return s;
 }
 SliderSettings PrioritySettings(const Definitions& defs) {
-    return PrioritySettings(defs.Option(optWeightMax));
+    return PrioritySettings(defs.Options.WeightMax);
 }
 SliderSettings NumbersSettings(const Definitions& defs) {
-    return NumbersSettings(defs.Option(optLimitMax));
+    return NumbersSettings(defs.Options.LimitMax);
 }
 
 int PriorityPosition(float weight, const SliderSettings& slider) {
@@ -51,14 +51,14 @@ bool ApplyPriorityPosition(Definitions& defs, vtUnit& unit, int position) {
     const auto weight = static_cast<float>(position / 100.0);
     if (unit.Weight == weight) return false;
     unit.Weight = weight;
-    defs.Changed = true;
+    defs.Profile.Changed = true;
     return true;
 }
 bool ApplyNumbersPosition(Definitions& defs, vtUnit& unit, int position) {
     const auto limit = static_cast<float>(position);
     if (unit.Limit == limit) return false;
     unit.Limit = limit;
-    defs.Changed = true;
+    defs.Profile.Changed = true;
     return true;
 }
 

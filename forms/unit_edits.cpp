@@ -100,8 +100,8 @@ UnitChanges ChangesSince(const Definitions& defs, const std::vector<UnitValues>&
 
 UnitChanges SetUnitValues(Definitions& defs, const std::vector<int>& units, UnitField field,
                           double value) {
-    const float weight = BoundedWeight(value, defs.Option(optWeightMax));
-    const float limit = BoundedLimit(value, defs.Option(optLimitMax));
+    const float weight = BoundedWeight(value, defs.Options.WeightMax);
+    const float limit = BoundedLimit(value, defs.Options.LimitMax);
     UnitChanges changes;
     changes.reserve(units.size());
     for (int i : units) {

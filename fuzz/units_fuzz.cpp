@@ -41,7 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     Definitions defs;
     DefaultRandom random;
-    defs.OptionValues[optRandom] = size % 2 ? -1 : 0;
+    defs.Options.Random = size % 2 != 0;
     LoadUnitsFromFolder(defs, units.string(), &random, nullptr);
     if (defs.Units.UBound() > 5) std::abort(); // only the five files count
     fuzz::ScratchFolder::Clear();

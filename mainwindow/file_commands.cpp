@@ -19,7 +19,7 @@ ProfileContext FileCommands::Context() {
 }
 
 bool FileCommands::SavePrompt() {
-    if (!p_.defs.Changed) return true;
+    if (!p_.defs.Profile.Changed) return true;
     MsgAnswer answer = p_.messages.Show("Save Changes to " + p_.fields.Banner() + " now?", "Save",
                                         MsgButtons::YesNoCancel, MsgIcon::Question);
     if (answer == MsgAnswer::Cancel) return false;
@@ -30,16 +30,16 @@ bool FileCommands::SavePrompt() {
 void FileCommands::New() {
     if (!SavePrompt()) return;
     const std::string oldName = p_.fields.AIName();
-    const std::string oldParents = p_.defs.ParentAIs;
-    p_.defs.ParentAIs.clear();
+    const std::string oldParents = p_.defs.Profile.ParentAIs;
+    p_.defs.Profile.ParentAIs.clear();
     p_.fields.SetAIName("New");
     if (!window_.ShowSettings(true)) {
         // Cancel: no new AI, so the name field goes back to the one in the banner.
         p_.fields.SetAIName(oldName);
-        p_.defs.ParentAIs = oldParents;
+        p_.defs.Profile.ParentAIs = oldParents;
         return;
     }
-    p_.defs.Changed = false;   // a new AI has nothing to save yet
+    p_.defs.Profile.Changed = false;   // a new AI has nothing to save yet
     SetCurrentFile("", false); // nor a file of its own
     window_.ReselectCurrentSide();
     window_.StartFreshHistory();
@@ -114,7 +114,7 @@ void FileCommands::ReadChosen(const std::string& path, bool tessaly, bool merge,
     });
     if (!read) return; // nothing was read: the edits and their flag stay as they were
     // A merge leaves changes to save; an opened profile is what its file holds.
-    p_.defs.Changed = merge;
+    p_.defs.Profile.Changed = merge;
     // Values above the maxima are kept; the status bar says how many there are.
     const std::string above =
         AboveMaximaText(ValuesAboveMaxima(p_.defs, merge ? p_.defs.SavedUnits : p_.defs.Units));
@@ -131,13 +131,12 @@ void FileCommands::ReadChosen(const std::string& path, bool tessaly, bool merge,
         window_.ShowStatus("Opened " + path + note);
         return;
     }
-    p_.defs.DialogOK = false;
-    window_.ShowMerge();
+    const bool merged = window_.ShowMerge();
     window_.ReselectCurrentSide(); // whatever the dialog's answer
     window_.SetInUse(true);
     if (rememberFolder) RememberFolderOf(path);
     window_.FileStateChanged();
-    if (p_.defs.DialogOK) {
+    if (merged) {
         window_.ShowStatus("Merged " + path + note);
         p_.messages.Inform("Merge complete", "Merge", MsgIcon::Information);
     }
@@ -172,7 +171,7 @@ bool FileCommands::WriteTo(const std::string& path) {
     window_.ValuesSaved();
     window_.SetInUse(true);
     RememberFolderOf(path);
-    p_.defs.Changed = false;
+    p_.defs.Profile.Changed = false;
     SetCurrentFile(path, true);
     window_.ShowStatus(SavedStatus(p_.defs, path));
     return true;

@@ -68,8 +68,8 @@ class MainWindowHooks {
     // The Settings dialog, modal; `forNewAI` marks it for a new AI first (Tag "New").
     // true when it was closed with OK.
     virtual bool ShowSettings(bool forNewAI) = 0;
-    // The Merge dialog, modal; it reports through DialogOK.
-    virtual void ShowMerge() = 0;
+    // The Merge dialog, modal; true when it was closed with OK.
+    virtual bool ShowMerge() = 0;
     // New and Open start a fresh edit history; a Save marks the values as saved.
     virtual void StartFreshHistory() {}
     virtual void ValuesSaved() {}
@@ -124,7 +124,7 @@ class FileCommands {
     const std::string& CurrentFile() const { return current_; }
     // true when Save writes the current file without asking.
     bool CanSaveQuietly() const { return !current_.empty() && currentWritable_; }
-    bool HasUnsavedChanges() const { return p_.defs.Changed; }
+    bool HasUnsavedChanges() const { return p_.defs.Profile.Changed; }
 
     const std::string& RememberedFolder() const { return remembered_; }
     const std::string& InitialFolder() const { return initialFolder_; }

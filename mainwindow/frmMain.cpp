@@ -91,7 +91,7 @@ frmMain::frmMain(Definitions& defs, MainWindowPorts ports, QWidget* parent)
     // The title's modified mark follows every edit, undo and redo.
     connect(&history_->Stack(), &QUndoStack::indexChanged, this, &frmMain::FileStateChanged);
 
-    auto cancelled = [this] { defs_.DialogOK = false; };
+    auto cancelled = [] { return int(QDialog::Rejected); };
     showMerge = cancelled;
     showOptions = cancelled;
     showBuildSet = cancelled;
@@ -384,11 +384,10 @@ bool frmMain::ShowSettings(bool forNewAI) {
     return accepted;
 }
 
-void frmMain::ShowMerge() {
-    Recorded("Merge", [this] {
-        showMerge();
-        return defs_.DialogOK;
-    });
+bool frmMain::ShowMerge() {
+    bool accepted = false;
+    Recorded("Merge", [&] { return accepted = showMerge() == QDialog::Accepted; });
+    return accepted;
 }
 
 template <class Command> void frmMain::Recorded(const std::string& name, Command command) {
@@ -409,7 +408,7 @@ void frmMain::FileStateChanged() {
     const std::string& file = commands_ ? commands_->CurrentFile() : std::string();
     setWindowTitle(file.empty() ? QString("Vantrel[*]")
                                 : QtPath(DisplayFileName(file)) + "[*] - Vantrel");
-    setWindowModified(defs_.Changed);
+    setWindowModified(defs_.Profile.Changed);
 }
 
 void frmMain::ShowStatus(const std::string& text) {
@@ -488,17 +487,13 @@ void frmMain::mnuViewCheck_Click() {
 }
 
 void frmMain::mnuViewOptions_Click() {
-    defs_.DialogOK = false;
-    showOptions();
-    if (defs_.DialogOK) ReselectCurrentSide();
+    if (showOptions() == QDialog::Accepted) ReselectCurrentSide();
 }
 
 void frmMain::mnuViewIncludes_Click() {
-    defs_.DialogOK = false;
     // The dialog writes every tick at once, also when it is cancelled; each
     // tick is a step of the edit history of its own.
-    showBuildSet();
-    if (defs_.DialogOK) ReselectCurrentSide();
+    if (showBuildSet() == QDialog::Accepted) ReselectCurrentSide();
 }
 
 void frmMain::mnuViewRandomize_Click() {

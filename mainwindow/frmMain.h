@@ -47,11 +47,11 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     // Form load: Side menu, current side, show the window, then the Settings dialog.
     void Load();
 
-    // Dialogs written elsewhere; each is shown modally and reports through
-    // DialogOK. Until they are set they answer Cancel (DialogOK false).
-    std::function<void()> showMerge;
-    std::function<void()> showOptions;
-    std::function<void()> showBuildSet;
+    // Dialogs written elsewhere; each is shown modally and returns exec()'s
+    // result. Until they are set they answer QDialog::Rejected.
+    std::function<int()> showMerge;
+    std::function<int()> showOptions;
+    std::function<int()> showBuildSet;
     // Runs a modal dialog (Settings, About). Tests replace it to script the dialog.
     std::function<void(QDialog&)> runModal;
 
@@ -121,7 +121,7 @@ class frmMain : public QMainWindow, public MainWindowHooks {
     void ReselectCurrentSide() override;
     void SetInUse(bool inUse) override;
     bool ShowSettings(bool forNewAI) override;
-    void ShowMerge() override;
+    bool ShowMerge() override;
     void StartFreshHistory() override;
     void ValuesSaved() override;
     void FileStateChanged() override;

@@ -38,9 +38,9 @@ class ValueDelegate : public QStyledItemDelegate {
         editor->setAutoFillBackground(true);
         if (auto* weight = qobject_cast<QDoubleSpinBox*>(editor)) {
             weight->setDecimals(2);
-            weight->setRange(0, defs_.Option(optWeightMax));
+            weight->setRange(0, defs_.Options.WeightMax);
         } else if (auto* limit = qobject_cast<QSpinBox*>(editor)) {
-            limit->setRange(0, std::max(0, defs_.Option(optLimitMax)));
+            limit->setRange(0, std::max(0, defs_.Options.LimitMax));
         }
         return editor;
     }
@@ -247,7 +247,7 @@ void frmTable::SetSelected(int column) {
     if (units.empty()) return;
     const bool weight = column == UnitTableModel::ColWeight;
     const QString what = weight ? "Build Priority" : "Number Produced";
-    const double max = defs_.Option(weight ? optWeightMax : optLimitMax);
+    const double max = weight ? defs_.Options.WeightMax : defs_.Options.LimitMax;
     const double start = FieldValue(defs_.Units[units.front()], UnitTableModel::FieldOf(column));
     auto value = askValue("Set " + what,
                           what + QString(" of %1 unit%2:").arg(units.size()).arg(

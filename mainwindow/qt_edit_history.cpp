@@ -71,7 +71,7 @@ EditHistory::EditHistory(Definitions& defs, Clock& clock, QObject* parent)
     : QObject(parent), defs_(defs), clock_(clock) {
     stack_.setUndoLimit(UndoLimit);
     connect(&stack_, &QUndoStack::indexChanged, this,
-            [this] { defs_.Changed = !stack_.isClean(); });
+            [this] { defs_.Profile.Changed = !stack_.isClean(); });
 }
 
 void EditHistory::Record(const std::string& name, UnitChanges changes) {
@@ -81,12 +81,12 @@ void EditHistory::Record(const std::string& name, UnitChanges changes) {
 }
 
 HeaderTexts EditHistory::Header() const {
-    if (!fields_) return {"", "", "", defs_.ParentAIs};
-    return {fields_->AIName(), fields_->Author(), fields_->Banner(), defs_.ParentAIs};
+    if (!fields_) return {"", "", "", defs_.Profile.ParentAIs};
+    return {fields_->AIName(), fields_->Author(), fields_->Banner(), defs_.Profile.ParentAIs};
 }
 
 void EditHistory::SetHeader(const HeaderTexts& header) {
-    defs_.ParentAIs = header.ParentAIs;
+    defs_.Profile.ParentAIs = header.ParentAIs;
     if (!fields_) return;
     fields_->SetAIName(header.Name);
     fields_->SetAuthor(header.Author);
@@ -127,9 +127,9 @@ void EditHistory::Set(const std::vector<int>& units, UnitField field, double val
 }
 
 void EditHistory::Reset() {
-    const bool changed = defs_.Changed; // New and Open keep their own rule for the flag
+    const bool changed = defs_.Profile.Changed; // New and Open keep their own rule for the flag
     stack_.clear();
-    defs_.Changed = changed;
+    defs_.Profile.Changed = changed;
     // New and Open wrote every unit outside the history: the views show them anew.
     emit valuesChanged(1, defs_.Units.UBound());
 }

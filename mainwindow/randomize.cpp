@@ -11,8 +11,8 @@ bool Randomize(Definitions& defs, Messages& messages, Clock& clock, RandomSource
     if (messages.Show("This will overwrite current weights and limits.  Continue?", "Random",
                       MsgButtons::YesNo, MsgIcon::Question) != MsgAnswer::Yes)
         return false;
-    const double weightMax = std::max(0, defs.Option(optWeightMax));
-    const double limitMax = std::max(0, defs.Option(optLimitMax));
+    const double weightMax = std::max(0, defs.Options.WeightMax);
+    const double limitMax = std::max(0, defs.Options.LimitMax);
     double carry = 0;
     for (int i = 1; i <= defs.Units.UBound(); ++i) {
         // A fresh seed from the clock for every unit. The clock may read the

@@ -187,13 +187,13 @@ void Store(ProfileContext& ctx, const ProfileText& profile, bool merge, HeaderFo
         }
     }
 
-    defs.LoadedAIName = HeaderField(profile.text, "Name:", form);
-    if (TrimSpaces(defs.LoadedAIName).empty()) defs.LoadedAIName = FileNameDefault(profile.name);
+    defs.Profile.LoadedAIName = HeaderField(profile.text, "Name:", form);
+    if (TrimSpaces(defs.Profile.LoadedAIName).empty()) defs.Profile.LoadedAIName = FileNameDefault(profile.name);
     if (merge) return;
 
     std::string author = HeaderField(profile.text, "Auth:", form);
     if (TrimSpaces(author).empty()) author = "N/A";
-    ctx.fields.SetAIName(TrimSpaces(ReplaceAll(defs.LoadedAIName, "AI", "")));
+    ctx.fields.SetAIName(TrimSpaces(ReplaceAll(defs.Profile.LoadedAIName, "AI", "")));
     ctx.fields.SetBanner(ctx.fields.AIName() + " AI");
     ctx.fields.SetAuthor(author);
 }

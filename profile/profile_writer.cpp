@@ -38,15 +38,15 @@ constexpr std::array<SectionSpec, SectionCount> Sections{{
 
 struct PlanSpec {
     std::string_view heading;
-    OptionIndex percent;
+    std::int32_t Options::*percent;
     bool hard;
     int progress;
 };
 
 constexpr std::array<PlanSpec, 3> Plans{{
-    {"plan easy", optEasyLimit, false, 40},
-    {"plan medium", optMediumLimit, false, 60},
-    {"plan hard", optHardLimit, true, 80},
+    {"plan easy", &Options::EasyLimit, false, 40},
+    {"plan medium", &Options::MediumLimit, false, 60},
+    {"plan hard", &Options::HardLimit, true, 80},
 }};
 
 std::string HeaderText(const ProfileHeader& h, const std::string& parentAIs) {
@@ -97,7 +97,7 @@ std::string ProfileTextWithSteps(const Definitions& defs, const ProfileHeader& h
     block("WEIGHT ", [&](const vtUnit& u) { return WeightText(u.Weight, sep); });
     step(20);
     for (const PlanSpec& plan : Plans) {
-        const int percent = defs.Option(plan.percent);
+        const int percent = defs.Options.*plan.percent;
         body.append("\r\n\r\n").append(plan.heading);
         block("LIMIT ", [&](const vtUnit& u) {
             return plan.hard ? HardLimitText(percent, u.Limit, sep)
@@ -105,7 +105,7 @@ std::string ProfileTextWithSteps(const Definitions& defs, const ProfileHeader& h
         });
         step(plan.progress);
     }
-    return HeaderText(header, defs.ParentAIs) + ProperCase(body) + std::string(CRLF);
+    return HeaderText(header, defs.Profile.ParentAIs) + ProperCase(body) + std::string(CRLF);
 }
 
 } // namespace

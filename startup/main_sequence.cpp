@@ -59,11 +59,11 @@ LoadOutcome Main(Definitions& defs, StartupPorts& ports, const std::string& prog
     const std::string units = UnitsDir(defs.AppDir);
     MakeDirectory(units);
 
-    if (defs.OptionOn(optExtract)) ExtractAndReport(defs, ports);
+    if (defs.Options.Extract) ExtractAndReport(defs, ports);
 
     LoadContext ctx{ports.progress, ports.messages, ports.settings, ports.shell, ports.random};
     if (!ports.noUnits) return LoadUnits(defs, ctx);
-    for (bool afterExtract = defs.OptionOn(optExtract);; afterExtract = true) {
+    for (bool afterExtract = defs.Options.Extract;; afterExtract = true) {
         LoadUnitsFromFolder(defs, units, &ports.random, &ports.progress);
         ports.progress.Close();
         if (defs.Races.UBound() >= 1) return LoadOutcome::Loaded;

@@ -6,17 +6,6 @@
 
 namespace vantrel {
 
-const std::array<OptionSpec, 8> OptionTable{{
-    {"", 0},
-    {"EasyLimit", 50},
-    {"MediumLimit", 75},
-    {"HardLimit", 100},
-    {"WeightMax", 10},
-    {"LimitMax", 50},
-    {"Extract", 0},
-    {"Random", 0},
-}};
-
 std::optional<std::int16_t> ParseOption16(std::string_view text) {
     std::string t = TrimBlanks(text);
     std::string_view v = t;
@@ -30,18 +19,25 @@ std::optional<std::int16_t> ParseOption16(std::string_view text) {
 }
 
 void ReadOptions(Definitions& defs, SettingsStore& store) {
-    for (std::size_t i = 1; i < OptionTable.size(); ++i) {
-        const OptionSpec& option = OptionTable[i];
-        std::string text = store.Get(std::string(option.Key), std::to_string(option.Default));
-        auto value = ParseOption16(text);
-        defs.OptionValues[i] = value ? *value : option.Default;
+    const Options defaults;
+    for (const OptionKey& option : OptionTable) {
+        const std::string key(option.Key);
+        if (option.Number) {
+            auto value = ParseOption16(store.Get(key, std::to_string(defaults.*option.Number)));
+            defs.Options.*option.Number = value ? *value : defaults.*option.Number;
+        } else {
+            auto value = ParseOption16(store.Get(key, defaults.*option.Switch ? "1" : "0"));
+            defs.Options.*option.Switch = value ? *value != 0 : defaults.*option.Switch;
+        }
     }
     defs.LastDir = store.Get("LastDir", defs.AppDir);
 }
 
 void WriteOptions(const Definitions& defs, SettingsStore& store) {
-    for (std::size_t i = 1; i < OptionTable.size(); ++i)
-        store.Set(std::string(OptionTable[i].Key), std::to_string(defs.OptionValues[i]));
+    for (const OptionKey& option : OptionTable)
+        store.Set(std::string(option.Key), option.Number
+                                               ? std::to_string(defs.Options.*option.Number)
+                                               : (defs.Options.*option.Switch ? "1" : "0"));
 }
 
 } // namespace vantrel

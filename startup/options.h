@@ -11,22 +11,34 @@
 
 namespace vantrel {
 
-struct OptionSpec {
+// One stored option: its key and the field it fills. A number is stored as
+// decimal text, a switch as 1 or 0 (any other whole number reads as on).
+struct OptionKey {
     std::string_view Key;
-    std::int32_t Default;
+    std::int32_t Options::*Number = nullptr;
+    bool Options::*Switch = nullptr;
 };
 
-// Indices 1..7 of OptionValues, in the order they are read and written.
-extern const std::array<OptionSpec, 8> OptionTable; // [0] unused
+// Every stored option, in the order they are read and written: the five
+// numbers (the order of the Options dialog's boxes), then the two switches.
+inline constexpr std::array<OptionKey, 7> OptionTable{{
+    {"EasyLimit", &Options::EasyLimit},
+    {"MediumLimit", &Options::MediumLimit},
+    {"HardLimit", &Options::HardLimit},
+    {"WeightMax", &Options::WeightMax},
+    {"LimitMax", &Options::LimitMax},
+    {"Extract", nullptr, &Options::Extract},
+    {"Random", nullptr, &Options::Random},
+}};
 
 // A whole number in -32768..32767 (blanks around it allowed), else nullopt.
 std::optional<std::int16_t> ParseOption16(std::string_view text);
 
-// Reads the seven numeric options, then LastDir (default AppDir). A value that
-// is not a whole number in 16-bit range gives the option's default.
+// Reads the seven options, then LastDir (default AppDir). A value that is not
+// a whole number in 16-bit range gives the option's default (Options{}).
 void ReadOptions(Definitions& defs, SettingsStore& store);
 
-// Writes the seven numeric options in table order, as decimal text.
+// Writes the seven options in table order, as decimal text.
 void WriteOptions(const Definitions& defs, SettingsStore& store);
 
 } // namespace vantrel

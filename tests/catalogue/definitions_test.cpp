@@ -6,19 +6,25 @@
 
 using namespace vantrel;
 
-TEST(Catalogue, RecordArraysCreateEmptyElementsOnAccess) {
+TEST(Catalogue, RecordArraysGrowOnlyThroughDimAndPreserve) {
     Definitions defs;
     EXPECT_EQ(defs.Units.UBound(), 0);
     const auto& saved = defs.SavedUnits;
     EXPECT_EQ(saved[5].Name, "");
     EXPECT_FALSE(saved[5].Include);
     EXPECT_EQ(saved.UBound(), 0); // reading does not grow
-    defs.Units[3].Name = "X";     // writing does
-    EXPECT_EQ(defs.Units.UBound(), 3);
-    defs.Units.Preserve(4);
-    EXPECT_EQ(defs.Units[3].Name, "X");
-    defs.Units.Dim(3); // clears what was there
-    EXPECT_EQ(defs.Units[3].Name, "");
+    defs.Units.Dim(2);
+    defs.Units[2].Name = "X";
+    // A write past the end is a programming error: it asserts in debug builds;
+    // in release builds it lands in a scratch record and the array keeps its size.
+    EXPECT_DEBUG_DEATH(defs.Units[3].Name = "stray", "outside 0..2");
+    EXPECT_DEBUG_DEATH(defs.Units[-1].Name = "stray", "outside 0..2");
+    EXPECT_EQ(defs.Units.UBound(), 2);
+    defs.Units.Preserve(3);
+    EXPECT_EQ(defs.Units[2].Name, "X");
+    EXPECT_EQ(defs.Units[3].Name, ""); // the stray write went nowhere
+    defs.Units.Dim(3);                 // clears what was there
+    EXPECT_EQ(defs.Units[2].Name, "");
 }
 
 TEST(Catalogue, BoardAndBuildSetAllListsAgree) {

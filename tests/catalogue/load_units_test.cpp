@@ -124,8 +124,8 @@ TEST(LoadUnits, RandomStartingValues) {
     test::WriteText(dir / "a.fbi", Unit("A", "A", "ARM"));
     test::WriteText(dir / "b.fbi", Unit("B", "B", "ARM"));
     Definitions defs;
-    defs.OptionValues[optRandom] = -1;
-    defs.OptionValues[optWeightMax] = 10;
+    defs.Options.Random = true;
+    defs.Options.WeightMax = 10;
     // unit 1: weight 0.3456*10 -> 3.46, limit int(0.99*3)+int(0.0*3)+1 = 3
     // unit 2: weight 0.0001*10 rounds to 0, limit int(0.5*3)+int(0.7*3)+1 = 4
     test::SequenceRandom random({0.3456, 0.99, 0.0, 0.0001, 0.5, 0.7});

@@ -9,8 +9,10 @@ using namespace vantrel::testing;
 
 TEST(MergeRows, FixedRowsThenTenPerFurtherSide) {
     Definitions defs;
-    for (const char* side : {"ARM", "GOK", "core", "COR", "M", "Arm", "", "Big side"})
-        defs.Races[defs.Races.UBound() + 1].Name = side;
+    for (const char* side : {"ARM", "GOK", "core", "COR", "M", "Arm", "", "Big side"}) {
+        defs.Races.Preserve(defs.Races.UBound() + 1);
+        defs.Races[defs.Races.UBound()].Name = side;
+    }
     const auto rows = MergeTraitRows(defs.Races);
     ASSERT_EQ(rows.size(), 40u);
     const char* expected[][2] = {{"0", "Arm Commanders"}, {"2", "Arm Aircraft"},
@@ -96,15 +98,14 @@ TEST(Merge, ResourcesAndNavyKeywords) {
 
 TEST(Merge, ParentAIsGrowOncePerName) {
     Definitions defs;
-    defs.LoadedAIName = "BigAI";
+    defs.Profile.LoadedAIName = "BigAI";
     AcceptMerge(defs);
-    EXPECT_TRUE(defs.DialogOK);
-    EXPECT_EQ(defs.ParentAIs, "BigAI, ");
+    EXPECT_EQ(defs.Profile.ParentAIs, "BigAI, ");
     AcceptMerge(defs);         // the same profile again
-    defs.LoadedAIName = "big"; // part of a listed name, in another case
+    defs.Profile.LoadedAIName = "big"; // part of a listed name, in another case
     AcceptMerge(defs);
-    EXPECT_EQ(defs.ParentAIs, "BigAI, ");
-    defs.LoadedAIName = "Rush";
+    EXPECT_EQ(defs.Profile.ParentAIs, "BigAI, ");
+    defs.Profile.LoadedAIName = "Rush";
     AcceptMerge(defs);
-    EXPECT_EQ(defs.ParentAIs, "BigAI, Rush, ");
+    EXPECT_EQ(defs.Profile.ParentAIs, "BigAI, Rush, ");
 }

@@ -19,15 +19,12 @@ class OrderedStore : public MemorySettingsStore {
 };
 } // namespace
 
-TEST(OptionsRules, KeyFilterSwitchesAndNumbers) {
+TEST(OptionsRules, KeyFilterAndNumbers) {
     for (char c = '0'; c <= '9'; ++c)
         EXPECT_TRUE(OptionKeyAccepted(c)) << c;
     EXPECT_TRUE(OptionKeyAccepted(8)); // Backspace corrects a value
     for (int c : std::initializer_list<int>{'.', '-', '+', ' ', 'a', '/', ':', 13, 22, 0, 0x663})
         EXPECT_FALSE(OptionKeyAccepted(c)) << c;
-    EXPECT_TRUE(SwitchChecked(-1));
-    EXPECT_TRUE(SwitchChecked(1));
-    EXPECT_FALSE(SwitchChecked(0));
     EXPECT_EQ(OptionFromText("125", 10), 125);
     EXPECT_EQ(OptionFromText("007", 10), 7);
     EXPECT_EQ(OptionFromText("0", 10), 0);
@@ -36,24 +33,23 @@ TEST(OptionsRules, KeyFilterSwitchesAndNumbers) {
 
 TEST(OptionsRules, OkWritesAllSevenKeysInOrder) {
     Definitions defs;
-    defs.OptionValues = {0, 40, 60, 90, 12, 30, -1, 0};
+    defs.Options = {40, 60, 90, 12, 30, true, false};
     OrderedStore store;
     store.Set(GameDirKey, "/games/ta");
     store.writes.clear();
 
     OptionsInput input = LoadOptionsInput(defs, store);
     EXPECT_EQ(input.Numbers, (std::array<std::string, 5>{"40", "60", "90", "12", "30"}));
-    EXPECT_TRUE(input.Load); // stored -1 shows checked
+    EXPECT_TRUE(input.Load);
     EXPECT_FALSE(input.Random);
     EXPECT_EQ(input.GameDir, "/games/ta");
 
     AcceptOptions(defs, input, store);
-    EXPECT_TRUE(defs.DialogOK);
     const std::vector<std::pair<std::string, std::string>> expected{
         {"EasyLimit", "40"}, {"MediumLimit", "60"}, {"HardLimit", "90"}, {"WeightMax", "12"},
         {"LimitMax", "30"},  {"Extract", "1"},      {"Random", "0"},     {"GameDir", "/games/ta"}};
     EXPECT_EQ(store.writes, expected);
-    EXPECT_EQ(defs.Option(optExtract), 1);
+    EXPECT_TRUE(defs.Options.Extract);
 }
 
 TEST(OptionsRules, OkTakesEditedValues) {
@@ -65,7 +61,7 @@ TEST(OptionsRules, OkTakesEditedValues) {
     input.Random = true;
     input.GameDir = "  /mnt/ta  ";
     AcceptOptions(defs, input, store);
-    EXPECT_EQ(defs.OptionValues, (std::array<std::int32_t, 8>{0, 50, 80, 100, 0, 999, 0, 1}));
+    EXPECT_EQ(defs.Options, (Options{50, 80, 100, 0, 999, false, true}));
     EXPECT_EQ(store.Get("EasyLimit", "?"), "50");
     EXPECT_EQ(store.Get("WeightMax", "?"), "0");
     EXPECT_EQ(store.Get("Random", "?"), "1");

@@ -51,9 +51,9 @@ TEST(UnitCardRules, EditsWriteOnlyAChangedValueAndThenSetChanged) {
     Definitions defs;
     int a = test::AddUnit(defs, "A", "ARM", "KBOT", 0.125f, 3.0f);
     EXPECT_FALSE(ApplyNumbersPosition(defs, defs.Units[a], 3));
-    EXPECT_FALSE(defs.Changed) << "the same value is no change";
+    EXPECT_FALSE(defs.Profile.Changed) << "the same value is no change";
     EXPECT_TRUE(ApplyPriorityPosition(defs, defs.Units[a], 12));
-    EXPECT_TRUE(defs.Changed);
+    EXPECT_TRUE(defs.Profile.Changed);
     EXPECT_FLOAT_EQ(defs.Units[a].Weight, 0.12f);
 }
 

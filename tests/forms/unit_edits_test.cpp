@@ -43,7 +43,7 @@ TEST_F(UnitEditsFixture, TypedValuesKeepTheCardsBounds) {
 }
 
 TEST_F(UnitEditsFixture, BulkSetReturnsOldValuesThatUndoWritesBack) {
-    defs.OptionValues[optWeightMax] = 5;
+    defs.Options.WeightMax = 5;
     UnitChanges changes = SetUnitValues(defs, {1, 2}, UnitField::Weight, 7);
     EXPECT_FLOAT_EQ(defs.Units[1].Weight, 5.0f);
     EXPECT_FLOAT_EQ(defs.Units[2].Weight, 5.0f);

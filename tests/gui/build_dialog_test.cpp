@@ -42,13 +42,12 @@ TEST_F(BuildDialogTest, UncheckThenCancelKeepsUnitExcluded) {
     std::vector<std::pair<int, bool>> ticks; // each change once, with the earlier value
     dlg.OnIncludeChanged = [&](int unit, bool before) { ticks.emplace_back(unit, before); };
     dlg.show();
-    defs.DialogOK = true;
     dlg.lstMain->item(3)->setCheckState(Qt::Unchecked);
     dlg.lstMain->item(0)->setCheckState(Qt::Checked);
     dlg.lstMain->item(0)->setText("Arm Commander!"); // no tick: nothing to record
     dlg.cmdCancel->click();
     EXPECT_EQ(ticks, (std::vector<std::pair<int, bool>>{{plant, true}, {commander, false}}));
-    EXPECT_FALSE(defs.DialogOK);
+    EXPECT_EQ(dlg.result(), QDialog::Rejected);
     EXPECT_FALSE(dlg.isVisible());
     EXPECT_FALSE(defs.Units[plant].Include);
     EXPECT_TRUE(defs.Units[commander].Include);
@@ -68,6 +67,6 @@ TEST_F(BuildDialogTest, ListFollowsTheCategoryWithCurrentFlagsAndOkKeepsThem) {
     EXPECT_EQ(dlg.RowUnits, (std::vector<std::int32_t>{0, kbot}));
     EXPECT_EQ(dlg.lstMain->item(0)->checkState(), Qt::Unchecked);
     dlg.cmdOK->click();
-    EXPECT_TRUE(defs.DialogOK);
+    EXPECT_EQ(dlg.result(), QDialog::Accepted);
     EXPECT_FALSE(defs.Units[kbot].Include);
 }

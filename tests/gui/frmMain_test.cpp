@@ -53,6 +53,8 @@ class MainWindowTest : public GuiTest {
     void SetUp() override {
         defs.AppDir = appDir;
         const char* sides[] = {"ARM", "CORE", "ronin", "AR", "Voss"};
+        defs.Races.Dim(5);
+        defs.Units.Dim(3);
         for (int i = 0; i < 5; ++i)
             defs.Races[i + 1].Name = sides[i];
         for (int i = 1; i <= 3; ++i)
@@ -147,7 +149,7 @@ TEST_F(MainWindowTest, SideAndTypeMenusKeepOneCheckEach) {
 
 TEST_F(MainWindowTest, ClosingGoesThroughTheSavePrompt) {
     Load();
-    defs.Changed = true;
+    defs.Profile.Changed = true;
     messages.answers = {MsgAnswer::Cancel};
     EXPECT_FALSE(window->close());
     EXPECT_TRUE(window->isVisible());
@@ -157,9 +159,9 @@ TEST_F(MainWindowTest, ClosingGoesThroughTheSavePrompt) {
     window->mnuFileExit->trigger();
     EXPECT_EQ(dialogs.saveCalls.size(), 1u);
     EXPECT_TRUE(window->isVisible());
-    EXPECT_TRUE(defs.Changed);
+    EXPECT_TRUE(defs.Profile.Changed);
 
-    defs.Changed = true;
+    defs.Profile.Changed = true;
     messages.answers = {MsgAnswer::Yes};
     dialogs.saves = {FileDialogResult{true, appDir + "Mine.txt", 1, appDir}};
     window->mnuFileExit->trigger();
@@ -178,7 +180,7 @@ TEST_F(MainWindowTest, MergeHookRunsBetweenReadAndRebuild) {
         EXPECT_FALSE(window->menuBar()->isEnabled());
         EXPECT_FALSE(window->centralWidget()->isEnabled());
         EXPECT_TRUE(window->Settings().isEnabled());
-        defs.DialogOK = true;
+        return QDialog::Accepted;
     };
     dialogs.opens = {FileDialogResult{true, "/x/Two.tsy", 2, "/x/"}};
     window->mnuFileMerge->trigger();
@@ -340,29 +342,29 @@ TEST_F(MainWindowTest, SettingsAndMergeChangeTheHeaderAsUndoableSteps) {
     defs.Units[2].Weight = 1.5f;
     window->mnuViewSettings->trigger();
     window->mnuViewSettings->trigger(); // the same name again: no step
-    EXPECT_TRUE(defs.Changed);
+    EXPECT_TRUE(defs.Profile.Changed);
     EXPECT_EQ(window->History().Stack().count(), 1);
     EXPECT_EQ(defs.Units[2].Weight, 1.5f); // Settings only renames
 
-    defs.ParentAIs = "Old AI, ";
+    defs.Profile.ParentAIs = "Old AI, ";
     window->showMerge = [&] {
-        defs.ParentAIs += "Friend AI, ";
-        defs.DialogOK = true;
+        defs.Profile.ParentAIs += "Friend AI, ";
+        return QDialog::Accepted;
     };
     dialogs.opens = {FileDialogResult{true, "/x/Friend.txt", 1, "/x/"}};
     window->mnuFileMerge->trigger();
     EXPECT_EQ(window->History().Stack().count(), 2);
     EXPECT_EQ(window->lblStatus->text(), "Merged /x/Friend.txt");
     window->mnuEditUndo->trigger();
-    EXPECT_EQ(defs.ParentAIs, "Old AI, ");
+    EXPECT_EQ(defs.Profile.ParentAIs, "Old AI, ");
     window->mnuEditUndo->trigger();
     EXPECT_EQ(window->Settings().AIName(), "New");
     EXPECT_EQ(window->lblAIName->text(), "New AI");
-    EXPECT_FALSE(defs.Changed);
+    EXPECT_FALSE(defs.Profile.Changed);
     window->mnuEditRedo->trigger();
     window->mnuEditRedo->trigger();
     EXPECT_EQ(window->lblAIName->text(), "Flash AI");
-    EXPECT_EQ(defs.ParentAIs, "Old AI, Friend AI, ");
+    EXPECT_EQ(defs.Profile.ParentAIs, "Old AI, Friend AI, ");
 }
 
 // View, External writes into a folder of this run, never the program folder,
@@ -501,14 +503,14 @@ TEST_F(TableTest, KeyboardFlowFilterSelectAllBulkSetAndUndo) {
     EXPECT_EQ(Shown(table, 4, UnitTableModel::ColWeight), "10");
     EXPECT_EQ(UndoText(), "&Undo Set Build Priority of 2 units");
     EXPECT_EQ(window->History().Stack().count(), 1); // one step for the whole set
-    EXPECT_TRUE(defs.Changed);
+    EXPECT_TRUE(defs.Profile.Changed);
 
     // Ctrl+Z in the filter box undoes the edit, not the typing.
     QTest::keyClick(table.txtFilter, Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(table.txtFilter->text(), "cOrE");
     EXPECT_EQ(defs.Units[4].Weight, 1.0f);
     EXPECT_EQ(defs.Units[5].Weight, 7.5f);
-    EXPECT_FALSE(defs.Changed) << "back at the values of the fresh history";
+    EXPECT_FALSE(defs.Profile.Changed) << "back at the values of the fresh history";
     QTest::keyClick(table.txtFilter, Qt::Key_Y, Qt::ControlModifier);
     EXPECT_EQ(defs.Units[5].Weight, 10.0f);
 
@@ -586,13 +588,13 @@ TEST_F(TableTest, KeyAndWheelStepsOfOneGestureAreOneStepUntilTheFocusLeavesOrASe
     window->mnuEditUndo->trigger();
     window->mnuEditUndo->trigger();
     EXPECT_FLOAT_EQ(defs.Units[4].Weight, 1.0f);
-    EXPECT_FALSE(defs.Changed);
+    EXPECT_FALSE(defs.Profile.Changed);
 
     // Away and back within the gesture: the step goes.
     QTest::keyClick(slider, Qt::Key_Right);
     QTest::keyClick(slider, Qt::Key_Left);
     EXPECT_EQ(window->History().Stack().index(), 0);
-    EXPECT_FALSE(defs.Changed);
+    EXPECT_FALSE(defs.Profile.Changed);
     // The focus left the slider and came back: a new step.
     QTest::keyClick(slider, Qt::Key_Right);
     window->board->CardAt(0)->findChild<QSlider*>("sldNumbers")->setFocus();
@@ -640,13 +642,14 @@ TEST_F(TableTest, RandomizeMergeAndBuildSetAreStepsAndOpenStartsAfresh) {
     window->showBuildSet = [&] { // a tick, as the dialog reports it, then Cancel
         defs.Units[4].Include = false;
         window->History().RecordEdit(4, UnitField::Include, 1.0);
+        return QDialog::Rejected;
     };
     window->mnuViewIncludes->trigger();
     EXPECT_EQ(UndoText(), "&Undo Exclude " + QString::fromLatin1(defs.Units[4].Name.c_str()));
 
     window->showMerge = [&] {
         defs.Units[5].Limit = 9;
-        defs.DialogOK = true;
+        return QDialog::Accepted;
     };
     dialogs.opens = {FileDialogResult{true, "/x/Two.txt", 1, "/x/"}};
     window->mnuFileMerge->trigger();

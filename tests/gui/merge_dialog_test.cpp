@@ -22,8 +22,8 @@ class MergeDialogTest : public GuiTest {
         coreKbot = AddUnit(defs, "CORE", "AK", "KBOT", 1, 2);
         AddUnit(defs, "GOK", "Grunt", "KBOT", 1, 2);
         SetSavedValues(defs, 8, 40);
-        defs.LoadedAIName = "Rush";
-        defs.ParentAIs = "Turtle, ";
+        defs.Profile.LoadedAIName = "Rush";
+        defs.Profile.ParentAIs = "Turtle, ";
         auto* banner = new QLabel("Turtle AI", &mainWindow);
         banner->setObjectName("lblAIName");
     }
@@ -45,7 +45,7 @@ TEST_F(MergeDialogTest, OkMergesCheckedRowsOnTheProgressForm) {
     dlg.show();
     list->item(13)->setCheckState(Qt::Checked);
     dlg.cmdOK->click();
-    EXPECT_TRUE(defs.DialogOK);
+    EXPECT_EQ(dlg.result(), QDialog::Accepted);
     EXPECT_FALSE(dlg.isVisible());
     EXPECT_FLOAT_EQ(defs.Units[coreKbot].Weight, 8);
     EXPECT_FLOAT_EQ(defs.Units[armKbot].Weight, 1);
@@ -58,10 +58,9 @@ TEST_F(MergeDialogTest, CancelChangesNothing) {
     RecordingProgress progress;
     frmMerge dlg(defs, progress, &mainWindow);
     dlg.show();
-    defs.DialogOK = true;
     dlg.lstMain->item(13)->setCheckState(Qt::Checked);
     dlg.cmdCancel->click();
-    EXPECT_FALSE(defs.DialogOK);
+    EXPECT_EQ(dlg.result(), QDialog::Rejected);
     EXPECT_FALSE(dlg.isVisible());
     EXPECT_FLOAT_EQ(defs.Units[coreKbot].Weight, 1);
     EXPECT_TRUE(progress.calls.empty());

@@ -26,7 +26,7 @@ const char* const SevenKeys[] = {"EasyLimit", "MediumLimit", "HardLimit", "Weigh
 } // namespace
 
 TEST_F(OptionsDialogTest, BoxesShowTheOptionsAndEnterPressesOk) {
-    defs.OptionValues = {0, 40, 60, 90, 12, 30, -1, 0};
+    defs.Options = {40, 60, 90, 12, 30, true, false};
     frmOptions dlg(defs, store);
     EXPECT_EQ(dlg.txtHard->text(), "90");
     EXPECT_EQ(dlg.txtLimitMax->text(), "30");
@@ -36,7 +36,7 @@ TEST_F(OptionsDialogTest, BoxesShowTheOptionsAndEnterPressesOk) {
     dlg.show();
     dlg.txtEasy->setText("12");
     PressKey(dlg.txtEasy, Qt::Key_Return, "\r");
-    EXPECT_TRUE(defs.DialogOK);
+    EXPECT_EQ(dlg.result(), QDialog::Accepted);
     EXPECT_FALSE(dlg.isVisible());
     const char* values[] = {"12", "60", "90", "12", "30", "1", "0"};
     for (int i = 0; i < 7; ++i)
@@ -69,9 +69,9 @@ TEST_F(OptionsDialogTest, BoxesTakeThreeDigitsOnlyAndCancelLeavesOptionsAndStore
     dlg.chkRandom->setChecked(true);
     dlg.txtGameDir->setText("/games/ta");
     PressKey(&dlg, Qt::Key_Escape);
-    EXPECT_FALSE(defs.DialogOK);
+    EXPECT_EQ(dlg.result(), QDialog::Rejected);
     EXPECT_FALSE(dlg.isVisible());
-    EXPECT_EQ(defs.OptionValues, (std::array<std::int32_t, 8>{0, 50, 75, 100, 10, 50, 0, 0}));
+    EXPECT_EQ(defs.Options, Options{});
     for (const char* key : SevenKeys)
         EXPECT_FALSE(store.Has(key)) << key;
     EXPECT_FALSE(store.Has("GameDir"));

@@ -102,7 +102,7 @@ TEST_F(BoardFixture, RowsAreCardsAndTheScrollBarStepsACardAndAPage) {
 TEST_F(BoardFixture, LargeBoardsMakeWidgetsOnlyForRowsInViewAndShowUnitsWithoutWritingThem) {
     for (int i = 0; i < 2000; ++i)
         test::AddUnit(defs, "U" + std::to_string(100000 + i), "ARM", "KBOT", 8, 40, i != 2);
-    defs.OptionValues[optWeightMax] = 5;
+    defs.Options.WeightMax = 5;
     board->BuildForCategory("&Kbots");
     ASSERT_EQ(board->CardCount(), 2000);
     EXPECT_LE(board->CardWidgetCount(), 400 / board->RowHeight() + 2);
@@ -121,7 +121,7 @@ TEST_F(BoardFixture, LargeBoardsMakeWidgetsOnlyForRowsInViewAndShowUnitsWithoutW
         ASSERT_FLOAT_EQ(defs.Units[i].Weight, 8.0f) << i;
         ASSERT_FLOAT_EQ(defs.Units[i].Limit, 40.0f) << i;
     }
-    EXPECT_FALSE(defs.Changed) << "building, scrolling and activating never write";
+    EXPECT_FALSE(defs.Profile.Changed) << "building, scrolling and activating never write";
 }
 
 TEST_F(BoardFixture, AWheelNotchScrollsWheelScrollLinesCardsUnlessASliderHasTheFocus) {
@@ -135,7 +135,7 @@ TEST_F(BoardFixture, AWheelNotchScrollsWheelScrollLinesCardsUnlessASliderHasTheF
     Wheel(inactive, 1);
     EXPECT_EQ(Bar()->value(),
               std::min(QApplication::wheelScrollLines() * pitch, Bar()->pageStep()));
-    EXPECT_FALSE(defs.Changed);
+    EXPECT_FALSE(defs.Profile.Changed);
 
     // The focused slider takes it: one small step, and the board stays.
     board->StepTo(CardStep::Next);
@@ -193,7 +193,7 @@ TEST_F(BoardFixture, FocusFollowsTheActiveCardThroughStepsTabsRefreshesAndDialog
     QApplication::processEvents();
     board->FocusActiveCard();
     EXPECT_EQ(QApplication::focusWidget(), Part(board->ActiveRow(), "sldPriority"));
-    EXPECT_FALSE(defs.Changed);
+    EXPECT_FALSE(defs.Profile.Changed);
 }
 
 TEST_F(BoardFixture, CardsAreInNaturalOrderAndSharedNamesShowTheirUnitName) {

@@ -116,8 +116,8 @@ TEST_F(CardFixture, ActivationShowsTheValuesReadingTheOptionsEachTimeAndLeavingD
     EXPECT_TRUE(readable(title));
 
     // Lower maxima: the values above them show as they are, sliders at the end.
-    defs.OptionValues[optWeightMax] = 5;
-    defs.OptionValues[optLimitMax] = 0;
+    defs.Options.WeightMax = 5;
+    defs.Options.LimitMax = 0;
     card->setFocus();
     QApplication::processEvents();
     EXPECT_EQ(Priority()->maximum(), 500);
@@ -128,7 +128,7 @@ TEST_F(CardFixture, ActivationShowsTheValuesReadingTheOptionsEachTimeAndLeavingD
     QApplication::processEvents();
     EXPECT_FLOAT_EQ(Unit().Weight, 8.0f);
     EXPECT_FLOAT_EQ(Unit().Limit, 40.0f);
-    EXPECT_FALSE(defs.Changed) << "showing and activating never write";
+    EXPECT_FALSE(defs.Profile.Changed) << "showing and activating never write";
 }
 
 TEST_F(CardFixture, ExcludedUnitShowsTheNoticeAndTakesTheFocusItself) {

@@ -81,7 +81,7 @@ TEST_F(BuildFixture, OnlyTheCurrentSideInAnyCaseGetsCards) {
     BoardBuild build = Build("&Vehicles");
     EXPECT_EQ(build.unitIndices, (std::vector<int>{b, a, lower}));
     EXPECT_FALSE(build.stoppedEarly);
-    EXPECT_FALSE(defs.Changed) << "showing a unit never writes it";
+    EXPECT_FALSE(defs.Profile.Changed) << "showing a unit never writes it";
     EXPECT_TRUE(messages.shown.empty());
     EXPECT_EQ(progress.statuses.back(), "Getting units...");
     EXPECT_EQ(progress.Maximum(), 3);

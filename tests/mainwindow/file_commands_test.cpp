@@ -23,8 +23,7 @@ using namespace vantrel::testing;
 // The window as the commands see it: records what they asked for, in order.
 class RecordingWindow : public MainWindowHooks {
   public:
-    explicit RecordingWindow(Definitions& defs, CountingProgress& progress)
-        : defs_(defs), progress_(progress) {}
+    explicit RecordingWindow(CountingProgress& progress) : progress_(progress) {}
     std::vector<std::string> events;
     bool inUse = true;
     bool mergeAnswersOK = false;
@@ -38,15 +37,14 @@ class RecordingWindow : public MainWindowHooks {
         events.push_back(forNewAI ? "settings new" : "settings");
         return settingsAnswersOK;
     }
-    void ShowMerge() override {
+    bool ShowMerge() override {
         events.push_back(progress_.visible ? "merge over progress" : "merge");
-        defs_.DialogOK = mergeAnswersOK;
+        return mergeAnswersOK;
     }
     void ShowStatus(const std::string& text) override { status = text; }
     std::string status;
 
   private:
-    Definitions& defs_;
     CountingProgress& progress_;
 };
 
@@ -70,7 +68,7 @@ class FileCommandsTest : public ::testing::Test {
     FixedClock clock;
     ScriptedFileDialogs dialogs;
     FakeProfileIO profiles;
-    RecordingWindow window{defs, progress};
+    RecordingWindow window{progress};
     FileCommands commands{FileCommandPorts{defs, messages, settings, shell, progress, fields, clock,
                                            dialogs, profiles},
                           window};
@@ -89,7 +87,7 @@ TEST_F(FileCommandsTest, SavePromptAsksOnceAndCancelStopsTheCaller) {
     EXPECT_TRUE(commands.Closing()); // nothing changed: no question
     EXPECT_TRUE(messages.shown.empty());
 
-    defs.Changed = true;
+    defs.Profile.Changed = true;
     messages.answers = {MsgAnswer::Cancel};
     EXPECT_FALSE(commands.Closing());
     ASSERT_EQ(messages.shown.size(), 1u);
@@ -102,11 +100,11 @@ TEST_F(FileCommandsTest, SavePromptAsksOnceAndCancelStopsTheCaller) {
     EXPECT_EQ(messages.shown.size(), 2u);
 
     // New stops at Cancel too.
-    defs.Changed = true;
-    defs.ParentAIs = "Old;Parents";
+    defs.Profile.Changed = true;
+    defs.Profile.ParentAIs = "Old;Parents";
     messages.answers = {MsgAnswer::Cancel};
     commands.New();
-    EXPECT_EQ(defs.ParentAIs, "Old;Parents");
+    EXPECT_EQ(defs.Profile.ParentAIs, "Old;Parents");
     EXPECT_TRUE(window.events.empty());
 }
 
@@ -114,16 +112,16 @@ TEST_F(FileCommandsTest, SavePromptAsksOnceAndCancelStopsTheCaller) {
 // the command: nothing is reset, the changes stay unsaved. The same holds for
 // Open over changes and for closing.
 TEST_F(FileCommandsTest, CancelledOrFailedSaveInsideThePromptCancelsTheCommand) {
-    defs.Changed = true;
-    defs.ParentAIs = "Old;Parents";
+    defs.Profile.Changed = true;
+    defs.Profile.ParentAIs = "Old;Parents";
     fields.SetAIName("Mine");
     messages.answers = {MsgAnswer::Yes};
     commands.New(); // the save dialog is cancelled (nothing scripted)
     EXPECT_EQ(dialogs.saveCalls.size(), 1u);
-    EXPECT_EQ(defs.ParentAIs, "Old;Parents");
+    EXPECT_EQ(defs.Profile.ParentAIs, "Old;Parents");
     EXPECT_EQ(fields.AIName(), "Mine");
     EXPECT_TRUE(window.events.empty());
-    EXPECT_TRUE(defs.Changed);
+    EXPECT_TRUE(defs.Profile.Changed);
 
     messages.answers = {MsgAnswer::Yes};
     commands.Open();
@@ -133,14 +131,14 @@ TEST_F(FileCommandsTest, CancelledOrFailedSaveInsideThePromptCancelsTheCommand) 
     messages.answers = {MsgAnswer::Yes};
     dialogs.saves = {Chosen(defs.AppDir + "Mine.txt")};
     EXPECT_FALSE(commands.Closing());
-    EXPECT_TRUE(defs.Changed);
+    EXPECT_TRUE(defs.Profile.Changed);
 
     // A successful save counts as saved: closing then asks nothing.
     profiles.failure.clear();
     messages.answers = {MsgAnswer::Yes};
     dialogs.saves = {Chosen(defs.AppDir + "Mine.txt")};
     EXPECT_TRUE(commands.Closing());
-    EXPECT_FALSE(defs.Changed);
+    EXPECT_FALSE(defs.Profile.Changed);
     const std::size_t asked = messages.shown.size();
     EXPECT_TRUE(commands.Closing());
     EXPECT_EQ(messages.shown.size(), asked);
@@ -151,11 +149,11 @@ TEST_F(FileCommandsTest, CancelledOrFailedSaveInsideThePromptCancelsTheCommand) 
 TEST_F(FileCommandsTest, NewThenCancelKeepsNameAndBannerInStep) {
     fields.SetAIName("Mine");
     fields.SetBanner("Mine AI");
-    defs.ParentAIs = "Old, ";
+    defs.Profile.ParentAIs = "Old, ";
     window.settingsAnswersOK = false;
     commands.New();
     EXPECT_EQ(fields.AIName(), "Mine");
-    EXPECT_EQ(defs.ParentAIs, "Old, ");
+    EXPECT_EQ(defs.Profile.ParentAIs, "Old, ");
     EXPECT_EQ(window.events, (std::vector<std::string>{"settings new"}));
     commands.Save();
     EXPECT_EQ(dialogs.saveCalls[0].proposedName, "Mine.txt");
@@ -171,7 +169,7 @@ TEST_F(FileCommandsTest, OpenChoosesTheReaderByFilterNotByExtension) {
     EXPECT_EQ(profiles.calls[0].op, "tessaly");
     EXPECT_EQ(profiles.calls[0].path, "/data/ais/Rush.txt");
     EXPECT_FALSE(profiles.calls[0].merge);
-    EXPECT_FALSE(defs.Changed); // the profile is what its file holds: the next Open asks nothing
+    EXPECT_FALSE(defs.Profile.Changed); // the profile is what its file holds: the next Open asks nothing
     EXPECT_EQ(settings.Get("LastDir", ""), "/data/ais/");
     EXPECT_EQ(progress.shows, 1);
     EXPECT_EQ(progress.closes, 1);
@@ -190,7 +188,7 @@ TEST_F(FileCommandsTest, CancelledOpenStillRemembersTheFolderItEndedIn) {
     dialogs.opens = {FileDialogResult{false, "", 1, "/elsewhere/"}};
     commands.Open();
     EXPECT_EQ(commands.RememberedFolder(), "/elsewhere/");
-    EXPECT_FALSE(defs.Changed);
+    EXPECT_FALSE(defs.Profile.Changed);
     EXPECT_TRUE(profiles.calls.empty());
     EXPECT_FALSE(settings.Has("LastDir"));
 
@@ -226,7 +224,7 @@ TEST_F(FileCommandsTest, MergeThenCancelRebuildsStoresLastDirWithoutMergeComplet
 
 TEST_F(FileCommandsTest, SaveAsProposesNameDotTxtAndMovesTheRememberedFolder) {
     fields.SetAIName("Krogoth Rush");
-    defs.Changed = true;
+    defs.Profile.Changed = true;
     // A full path typed into the dialog: the folder it names counts at once.
     test::TempDir elsewhere;
     const std::string target = elsewhere.path() + "/Krogoth Rush.txt";
@@ -238,7 +236,7 @@ TEST_F(FileCommandsTest, SaveAsProposesNameDotTxtAndMovesTheRememberedFolder) {
     EXPECT_EQ(dialogs.saveCalls[0].filter, "AI Text File|*.txt");
     ASSERT_EQ(profiles.calls.size(), 1u);
     EXPECT_EQ(profiles.calls[0].path, target);
-    EXPECT_FALSE(defs.Changed);
+    EXPECT_FALSE(defs.Profile.Changed);
     EXPECT_EQ(settings.Get("LastDir", ""), elsewhere.path() + "/");
     EXPECT_EQ(commands.RememberedFolder(), elsewhere.path() + "/");
     EXPECT_TRUE(window.inUse);
@@ -269,9 +267,9 @@ TEST_F(FileCommandsTest, SaveWritesBackOnlyACurrentFileOfOurOwn) {
         {[&] { commands.New(); }, "", "New.txt"},
     };
     for (const Case& c : cases) {
-        defs.Changed = false;
+        defs.Profile.Changed = false;
         c.open();
-        defs.Changed = true;
+        defs.Profile.Changed = true;
         dialogs.saveCalls.clear();
         profiles.calls.clear();
         const bool saved = commands.Save(); // a dialog is cancelled
@@ -338,7 +336,7 @@ TEST_F(FileCommandsTest, OpeningSomethingElseAsksFirst) {
     EXPECT_EQ(messages.shown[0].text,
               "'shot.png' does not look like an AI profile. Open it anyway?");
     EXPECT_TRUE(profiles.calls.empty());
-    EXPECT_FALSE(defs.Changed);
+    EXPECT_FALSE(defs.Profile.Changed);
 
     messages.answers = {MsgAnswer::Yes};
     dialogs.opens = {Chosen(picture)};
@@ -402,7 +400,7 @@ TEST_F(FileCommandsTest, InstallIntoGameSavesTheCurrentFileAndAsksBeforeReplacin
     // Unsaved changes go to the current file without a dialog, then replace
     // the installed copy after asking.
     fields.SetAIName("Changed");
-    defs.Changed = true;
+    defs.Profile.Changed = true;
     messages.answers = {MsgAnswer::No};
     EXPECT_FALSE(InstallIntoGame(commands, messages, game));
     EXPECT_NE(messages.shown.back().text.find("already exists"), std::string::npos);
@@ -418,7 +416,7 @@ TEST_F(FileCommandsTest, InstallIntoGameSavesTheCurrentFileAndAsksBeforeReplacin
     EXPECT_EQ(profiles.calls.back().op, "read");
     EXPECT_EQ(profiles.calls.back().path, game + "/TOTALA1.HPI#ai/DEFAULT.TXT");
     EXPECT_EQ(settings.Get("LastDir", ""), "/profiles/");
-    EXPECT_FALSE(defs.Changed);
+    EXPECT_FALSE(defs.Profile.Changed);
     // Install follows the profile on screen, not the file saved before it.
     messages.answers = {MsgAnswer::No};
     EXPECT_FALSE(InstallIntoGame(commands, messages, game));
@@ -453,6 +451,7 @@ TEST_F(FileCommandsTest, ExternalWritesAiTxtInTheFolderItIsGivenAndOpensIt) {
 TEST(SideMenuRules, FurtherSidesSkipTheFirstAndAnyPartOfArmCore) {
     Definitions defs;
     const char* sides[] = {"GOK", "ARM", "ronin WARRIORS", "AR", "core", "", "Voss"};
+    defs.Races.Dim(7);
     for (int i = 0; i < 7; ++i)
         defs.Races[i + 1].Name = sides[i];
     EXPECT_EQ(FurtherSideCaptions(defs), (std::vector<std::string>{"Ronin Warriors", "Voss"}));
@@ -465,6 +464,7 @@ TEST(SettingsRules, NamesAndNewAIReset) {
     EXPECT_FALSE(IsAcceptableAIName("   "));
     EXPECT_TRUE(IsAcceptableAIName(" x "));
     Definitions defs;
+    defs.Units.Dim(2);
     defs.Units[2] = vtUnit{"A", "ARMA", "KBOT", "ARM", "", 3.5f, 7.0f, true, false};
     ResetUnitsForNewAI(defs);
     EXPECT_EQ(defs.Units[2].Weight, 0.0f);

@@ -54,7 +54,7 @@ TEST_F(RandomizeFixture, EveryUnitGetsAWeightAndLimitInRange) {
     AddUnits(4000);
     EXPECT_TRUE(Randomize(defs, messages, clock, random));
     EXPECT_EQ(clock.reads, 4000) << "a fresh seed before every unit";
-    EXPECT_FALSE(defs.Changed);
+    EXPECT_FALSE(defs.Profile.Changed);
     std::map<int, int> limits;
     float lowest = 100, highest = 0;
     for (int i = 1; i <= defs.Units.UBound(); ++i) {
@@ -80,8 +80,8 @@ TEST_F(RandomizeFixture, EveryUnitGetsAWeightAndLimitInRange) {
 
 TEST_F(RandomizeFixture, ValuesStayWithinTheMaximaOfTheOptions) {
     AddUnits(50);
-    defs.OptionValues[optWeightMax] = 2;
-    defs.OptionValues[optLimitMax] = 6;
+    defs.Options.WeightMax = 2;
+    defs.Options.LimitMax = 6;
     test::SequenceRandom scripted({0.0, 0.999, 0.0, 0.5, 0.5, 0.5, 0.999999, 0.0, 0.999});
     ASSERT_TRUE(Randomize(defs, messages, clock, scripted));
     EXPECT_FLOAT_EQ(defs.Units[1].Weight, 1.0f);

@@ -49,7 +49,7 @@ TEST_F(Reader, SavedProfileOpensAgainWithItsBuildSet) {
     EXPECT_FALSE(U(3).Include);
     EXPECT_TRUE(U(4).Include);
     EXPECT_EQ(U(4).Limit, 25.0f);
-    EXPECT_EQ(rig.defs.LoadedAIName, "Test AI");
+    EXPECT_EQ(rig.defs.Profile.LoadedAIName, "Test AI");
     EXPECT_EQ(rig.fields.AIName(), "Test");
     EXPECT_EQ(rig.fields.Banner(), "Test AI");
     EXPECT_EQ(rig.fields.Author(), "N/A");
@@ -78,7 +78,7 @@ TEST_F(Reader, ReadsFollowTheCatalogueAsItChanges) {
 
 TEST_F(Reader, HardPlanValueIsWhatComesBack) {
     Units({{"ARMCK", "CNSTR", true, 2, 10}});
-    rig.defs.OptionValues[optHardLimit] = 90;
+    rig.defs.Options.HardLimit = 90;
     SaveAI(rig.ctx, dir / "A.txt");
     ReadAI(rig.ctx, dir / "A.txt", false);
     EXPECT_EQ(U(1).Limit, 9.0f);
@@ -203,7 +203,7 @@ TEST_F(Reader, HeaderFieldsAndNames) {
     // "//" ends the field; opening keeps the first line, merging joins lines.
     std::string path = Write("h.txt", "Auth:  Ann \nNext // rest\nName: MAIN AI\n");
     ReadAI(rig.ctx, path, true);
-    EXPECT_EQ(rig.defs.LoadedAIName, "MAIN AI");
+    EXPECT_EQ(rig.defs.Profile.LoadedAIName, "MAIN AI");
     EXPECT_EQ(rig.fields.Author(), "N/A"); // merging leaves the fields alone
     ReadTessalyAI(rig.ctx, path, false);
     EXPECT_EQ(rig.fields.Author(), "Ann Next");
@@ -214,17 +214,17 @@ TEST_F(Reader, HeaderFieldsAndNames) {
     ReadAI(rig.ctx, ProfileText{"x.txt", "auth: x\r\nAuth:", std::nullopt}, false);
     EXPECT_EQ(rig.fields.Author(), "N/A"); // the key matches in its own case only
     ReadAI(rig.ctx, ProfileText{"x.txt", "Name:a//b", std::nullopt}, false);
-    EXPECT_EQ(rig.defs.LoadedAIName, "a");
+    EXPECT_EQ(rig.defs.Profile.LoadedAIName, "a");
 
     // No "Name:" and an empty author: the file-name default and "N/A".
     ReadAI(rig.ctx, Write("Rusher.txt", "Auth:   \nWeight X 1\n"), false);
-    EXPECT_EQ(rig.defs.LoadedAIName, "Rusher");
+    EXPECT_EQ(rig.defs.Profile.LoadedAIName, "Rusher");
     EXPECT_EQ(rig.fields.Banner(), "Rusher AI");
     EXPECT_EQ(rig.fields.Author(), "N/A");
     ReadAI(rig.ctx, Write("ab", ""), true);
-    EXPECT_EQ(rig.defs.LoadedAIName, "");
+    EXPECT_EQ(rig.defs.Profile.LoadedAIName, "");
     ReadAI(rig.ctx, ProfileText{"C:\\Profiles\\Rusher.txt", "", std::nullopt}, true);
-    EXPECT_EQ(rig.defs.LoadedAIName, "Rusher");
+    EXPECT_EQ(rig.defs.Profile.LoadedAIName, "Rusher");
 }
 
 TEST_F(Reader, MergeFillsSavedUnitsOnly) {
@@ -240,7 +240,7 @@ TEST_F(Reader, MergeFillsSavedUnitsOnly) {
     EXPECT_FALSE(S(2).Include);
     EXPECT_TRUE(U(1).Include); // the build set is not read when merging
     EXPECT_EQ(U(1).Weight, 1.0f);
-    EXPECT_EQ(rig.defs.LoadedAIName, "Other AI");
+    EXPECT_EQ(rig.defs.Profile.LoadedAIName, "Other AI");
     EXPECT_EQ(rig.fields.AIName(), "New");
 }
 
@@ -277,7 +277,7 @@ TEST_F(Reader, TessalyFiles) {
     EXPECT_TRUE(U(3).Include); // without ";" the unit is included
     ReadTessalyAI(rig.ctx, path, true);
     EXPECT_EQ(S(1).Weight, 2.5f);
-    EXPECT_EQ(rig.defs.LoadedAIName, "Tess AI");
+    EXPECT_EQ(rig.defs.Profile.LoadedAIName, "Tess AI");
 }
 
 TEST_F(Reader, BuildSetPathsAndSharedSections) {
@@ -347,7 +347,7 @@ TEST_F(Reader, ProfileTextsInMemory) {
     EXPECT_FALSE(U(1).Include);
     EXPECT_EQ(U(2).Weight, 3.0f);
     EXPECT_EQ(U(2).Limit, 4.0f);
-    EXPECT_EQ(rig.defs.LoadedAIName, "Arch");
+    EXPECT_EQ(rig.defs.Profile.LoadedAIName, "Arch");
     EXPECT_EQ(rig.progress.Status(), "Processing... 'Arch.txt'");
     ReadTessalyAI(rig.ctx, ProfileText{"t.tsy", Crlf("[ARMCOM;]\nWeight=2\n"), std::nullopt}, true);
     EXPECT_EQ(S(1).Weight, 2.0f);

@@ -26,9 +26,9 @@ void WorkedExample(test::ProfileRig& rig) {
                                    {"ARMCK", "CNSTR", true, 2, 10},
                                    {"ARMSOLAR", "ENERGY", false, 1, 5},
                                    {"ARMLLT", "FORT", true, 0.75f, 25}});
-    rig.defs.OptionValues[optEasyLimit] = 50;
-    rig.defs.OptionValues[optMediumLimit] = 75;
-    rig.defs.OptionValues[optHardLimit] = 100;
+    rig.defs.Options.EasyLimit = 50;
+    rig.defs.Options.MediumLimit = 75;
+    rig.defs.Options.HardLimit = 100;
     rig.fields.SetAuthor("N/A");
     rig.fields.SetBanner("Test AI");
 }
@@ -91,7 +91,7 @@ TEST(SaveAI, WritesTheWorkedExampleByteForByte) {
 
 TEST(ProfileFileText, EmptyCatalogueGivesTheSkeletonAndParentsLine) {
     Definitions defs;
-    defs.ParentAIs = "Alpha AI, Beta AI, ";
+    defs.Profile.ParentAIs = "Alpha AI, Beta AI, ";
     std::string text = ProfileFileText(defs, {"01-02-2026", "me", "X AI"}, ".");
     EXPECT_NE(text.find("\r\nUsed: Vantrel Build 1.1.0\r\n Parent AIs: Alpha AI, Beta AI\r\n -"),
               std::string::npos);
@@ -99,7 +99,7 @@ TEST(ProfileFileText, EmptyCatalogueGivesTheSkeletonAndParentsLine) {
     EXPECT_EQ(text.find("Weight"), std::string::npos);
     EXPECT_EQ(text.substr(text.size() - 25), "/ Specialized Units /\r\n\r\n");
 
-    defs.ParentAIs.clear();
+    defs.Profile.ParentAIs.clear();
     text = ProfileFileText(defs, {"01-02-2026", "me", "X AI"}, ".");
     EXPECT_EQ(text.find("Parent"), std::string::npos);
     EXPECT_NE(text.find("1.1.0\r\n -"), std::string::npos);

@@ -18,9 +18,9 @@ TEST(Options, StoredValuesAndFallbacks) {
     store.Set("Extract", "1");
     store.Set("Random", "-1");
     store.Set("LastDir", "/data/ai/");
-    defs.OptionValues.fill(7); // fallbacks come from the defaults, not from before
+    defs.Options = {7, 7, 7, 7, 7, false, false}; // fallbacks come from the defaults
     ReadOptions(defs, store);
-    EXPECT_EQ(defs.OptionValues, (std::array<std::int32_t, 8>{7, -1, 75, 100, 20, 50, 1, -1}));
+    EXPECT_EQ(defs.Options, (Options{-1, 75, 100, 20, 50, true, true}));
     EXPECT_EQ(defs.LastDir, "/data/ai/");
     EXPECT_EQ(ParseOption16("-32768"), -32768);
     EXPECT_EQ(ParseOption16("32768"), std::nullopt);

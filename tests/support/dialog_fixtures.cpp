@@ -5,6 +5,7 @@ namespace vantrel::testing {
 int AddUnit(Definitions& defs, const std::string& side, const std::string& name,
             const std::string& tedClass, float weight, float limit) {
     const int index = defs.Units.UBound() + 1;
+    defs.Units.Preserve(index);
     vtUnit& unit = defs.Units[index];
     unit.Name = name;
     unit.UnitName = name;

@@ -12,7 +12,8 @@ namespace vantrel::test {
 inline int AddUnit(Definitions& defs, const std::string& name, const std::string& side,
                    const std::string& tedClass, float weight = 0, float limit = 0,
                    bool include = true) {
-    int i = defs.Units.UBound() + 1;
+    const int i = defs.Units.UBound() + 1;
+    defs.Units.Preserve(i);
     vtUnit& u = defs.Units[i];
     u.Name = name;
     u.UnitName = "U" + std::to_string(i);
