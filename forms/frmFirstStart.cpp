@@ -36,21 +36,14 @@ frmFirstStart::frmFirstStart(QWidget* parent)
 
     lblLooked = WrappedLabel(this, "lblLooked");
     lblFound = WrappedLabel(this, "lblFound");
-    auto* lblGameDir = new QLabel("&Game folder", this);
-    lblGameDir->setObjectName("lblGameDir");
-    txtGameDir = new QLineEdit(this);
-    txtGameDir->setObjectName("txtGameDir");
+    const GameFolderRow gameRow = NewGameFolderRow(this, "&Game folder");
+    txtGameDir = gameRow.field;
     txtGameDir->setMinimumWidth(360);
-    lblGameDir->setBuddy(txtGameDir);
-    cmdBrowse = NewButton(this, "cmdBrowse", "Browse...");
+    cmdBrowse = gameRow.browse;
     cmdExtract = NewButton(this, "cmdExtract", "Extract Units", true);
     cmdContinue = NewButton(this, "cmdContinue", "Continue Without Units");
     cmdQuit = NewButton(this, "cmdQuit", "Quit");
 
-    auto* gameRow = new QHBoxLayout;
-    gameRow->addWidget(lblGameDir);
-    gameRow->addWidget(txtGameDir, 1);
-    gameRow->addWidget(cmdBrowse);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
     buttons->addWidget(cmdExtract);
@@ -59,7 +52,7 @@ frmFirstStart::frmFirstStart(QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(lblLooked);
     layout->addWidget(lblFound);
-    layout->addLayout(gameRow);
+    layout->addLayout(gameRow.layout);
     layout->addSpacing(8);
     layout->addLayout(buttons);
 

@@ -107,20 +107,14 @@ frmOptions::frmOptions(Definitions& defs, SettingsStore& store, QWidget* parent)
     chkLoad->setObjectName("chkLoad");
     chkRandom = new QCheckBox("Randomize unit settings?", Frame3);
     chkRandom->setObjectName("chkRandom");
-    lblGameDir = NewLabel(Frame3, "lblGameDir", "Game folder");
-    txtGameDir = new QLineEdit(Frame3);
-    txtGameDir->setObjectName("txtGameDir");
+    const GameFolderRow gameRow = NewGameFolderRow(Frame3, "Game folder");
+    lblGameDir = gameRow.label;
+    txtGameDir = gameRow.field;
     txtGameDir->setToolTip("Where the game is installed; empty: search for it");
-    cmdBrowse = new QPushButton("Browse...", Frame3);
-    cmdBrowse->setObjectName("cmdBrowse");
-    cmdBrowse->setAutoDefault(false);
-    auto* gameRow = new QHBoxLayout;
-    gameRow->addWidget(lblGameDir);
-    gameRow->addWidget(txtGameDir, 1);
-    gameRow->addWidget(cmdBrowse);
+    cmdBrowse = gameRow.browse;
     box3->addWidget(chkLoad);
     box3->addWidget(chkRandom);
-    box3->addLayout(gameRow);
+    box3->addLayout(gameRow.layout);
 
     NewOkCancel(this, cmdOK, cmdCancel);
 

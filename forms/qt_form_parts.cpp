@@ -4,6 +4,8 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
 #include <QLayout>
 #include <QListWidget>
 #include <QPushButton>
@@ -31,6 +33,21 @@ QPushButton* NewButton(QWidget* parent, const char* name, const QString& caption
     button->setDefault(isDefault);
     button->setAutoDefault(isDefault);
     return button;
+}
+
+GameFolderRow NewGameFolderRow(QWidget* parent, const QString& caption) {
+    GameFolderRow row;
+    row.label = new QLabel(caption, parent);
+    row.label->setObjectName("lblGameDir");
+    row.field = new QLineEdit(parent);
+    row.field->setObjectName("txtGameDir");
+    row.label->setBuddy(row.field);
+    row.browse = NewButton(parent, "cmdBrowse", "Browse...");
+    row.layout = new QHBoxLayout;
+    row.layout->addWidget(row.label);
+    row.layout->addWidget(row.field, 1);
+    row.layout->addWidget(row.browse);
+    return row;
 }
 
 void NewOkCancel(QWidget* parent, QPushButton*& ok, QPushButton*& cancel) {

@@ -1,5 +1,6 @@
 // Pieces the dialogs share: text conversion between the program's
-// single-byte strings and Qt, the check-box list and the OK/Cancel buttons.
+// single-byte strings and Qt, the check-box list, the game folder row and
+// the OK/Cancel buttons.
 #pragma once
 
 #include <QSize>
@@ -9,6 +10,8 @@
 
 class QDialog;
 class QHBoxLayout;
+class QLabel;
+class QLineEdit;
 class QListWidget;
 class QListWidgetItem;
 class QPushButton;
@@ -32,6 +35,16 @@ QListWidgetItem* AddCheckRow(QListWidget* list, const std::string& text, bool ch
 // only their own click or key.
 QPushButton* NewButton(QWidget* parent, const char* name, const QString& caption,
                        bool isDefault = false);
+// The row of the game folder in Options and in the no-units window: the
+// label "lblGameDir" (buddy of the field), the field "txtGameDir" and
+// "cmdBrowse", laid out side by side.
+struct GameFolderRow {
+    QLabel* label = nullptr;
+    QLineEdit* field = nullptr;
+    QPushButton* browse = nullptr;
+    QHBoxLayout* layout = nullptr;
+};
+GameFolderRow NewGameFolderRow(QWidget* parent, const QString& caption);
 // "cmdOK" (the default button, Enter) and "cmdCancel".
 void NewOkCancel(QWidget* parent, QPushButton*& ok, QPushButton*& cancel);
 // OK and Cancel side by side at the right.

@@ -296,8 +296,8 @@ void ReadTessalyAI(ProfileContext& ctx, const ProfileText& profile, bool merge) 
 }
 
 int ValuesAboveMaxima(const Definitions& defs, const RecordArray<vtUnit>& units) {
-    const auto weightMax = static_cast<float>(defs.Option(optWeightMax));
-    const auto limitMax = static_cast<float>(defs.Option(optLimitMax));
+    const auto weightMax = static_cast<float>(defs.Options.WeightMax);
+    const auto limitMax = static_cast<float>(defs.Options.LimitMax);
     int above = 0;
     for (int i = 1; i <= units.UBound(); ++i)
         above += (units[i].Weight > weightMax) + (units[i].Limit > limitMax);

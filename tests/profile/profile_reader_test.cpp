@@ -108,8 +108,8 @@ TEST_F(Reader, ValuesAboveTheMaximaAreKept) {
     Units({{"A", "KBOT", true, 9.5f, 45}, {"B", "CNSTR", true, 0.25f, 3}});
     SaveAI(rig.ctx, dir / "s.txt");
     const std::string saved = test::ReadText(dir / "s.txt");
-    rig.defs.OptionValues[optWeightMax] = 1;
-    rig.defs.OptionValues[optLimitMax] = 2;
+    rig.defs.Options.WeightMax = 1;
+    rig.defs.Options.LimitMax = 2;
     ReadAI(rig.ctx, dir / "s.txt", false);
     EXPECT_EQ(ValuesAboveMaxima(rig.defs, rig.defs.Units), 3);
     SaveAI(rig.ctx, dir / "s.txt");
@@ -156,14 +156,14 @@ TEST_F(Reader, EveryLineEndReadsAlike) {
         EXPECT_EQ(rig.fields.AIName(), "Lines");
         ReadAI(rig.ctx, ProfileText{"v.txt", variant.text, std::nullopt}, true);
         EXPECT_EQ(values(rig.defs.SavedUnits), expected);
-        EXPECT_EQ(rig.defs.LoadedAIName, "Lines AI");
+        EXPECT_EQ(rig.defs.Profile.LoadedAIName, "Lines AI");
         EXPECT_EQ(check(variant.text, false), findings);
 
         const std::string tsy = ReplaceAll(tessaly, "\n", variant.lineEnd);
         ReadTessalyAI(rig.ctx, ProfileText{"v.tsy", tsy, std::nullopt}, false);
         EXPECT_EQ(rig.defs.Units[1].Limit, 7.0f);
         EXPECT_EQ(rig.fields.Author(), "Ann");
-        EXPECT_EQ(rig.defs.LoadedAIName, "Lines AI");
+        EXPECT_EQ(rig.defs.Profile.LoadedAIName, "Lines AI");
         EXPECT_EQ(check(tsy, true), (std::vector<std::string>{"missing\tARMCK", "missing\tCORAK",
                                                               "not-a-number\t5\tLimit=x7"}));
     }
