@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QSortFilterProxyModel>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -184,6 +185,9 @@ frmMaps::frmMaps(Messages& messages, QWidget* parent)
     });
     connect(cmdRestore, &QPushButton::clicked, this, &frmMaps::RestoreSelected);
     connect(cmdClose, &QPushButton::clicked, this, &QWidget::close);
+    // A window of its own: Escape closes it as it would a dialog.
+    connect(new QShortcut(QKeySequence::Cancel, this), &QShortcut::activated, this,
+            &QWidget::close);
     SelectionChanged();
 }
 
