@@ -1,10 +1,8 @@
-#include "demo/demo_units.h"
 #include "formats/hpi_archive.h"
 #include "support/hpi_writer.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <optional>
 #include <tuple>
 
@@ -76,29 +74,7 @@ TEST(HpiLz77, DecodesHandWrittenStreamAndRejectsBadOnes) {
     }
 }
 
-TEST(HpiLz77, RoundTripsAtWindowEdges) {
-    std::string period4095, period4096;
-    for (std::size_t i = 0; i < 65536; ++i) {
-        period4095.push_back(static_cast<char>((i % 4095) * 7919 % 251));
-        period4096.push_back(static_cast<char>((i % 4096) * 7919 % 251));
-    }
-    // Matches must really be used, or the window is never exercised.
-    EXPECT_LT(testing::EncodeLz77(period4095).size(), period4095.size() / 4);
-    std::vector<std::string> inputs = {std::string(65536, '\0'), period4095, period4096,
-                                       SampleData(65536, 7)};
-    for (std::size_t size : {0u, 1u, 2u, 3u, 18u, 4097u})
-        inputs.push_back(SampleData(size, 3));
-    for (const std::string& data : inputs) {
-        SCOPED_TRACE(data.size());
-        bool ok = false;
-        EXPECT_EQ(DecodeLz77Text(testing::EncodeLz77(data), data.size(), &ok), data);
-        EXPECT_TRUE(ok);
-    }
-}
-
-// ---------------------------------------------------------------------------
-// Round trips: every compression with and without each encryption.
-// ---------------------------------------------------------------------------
+// Every compression with and without each encryption.
 class HpiRoundTrip
     : public ::testing::TestWithParam<std::tuple<std::uint8_t, std::uint32_t, bool>> {};
 
@@ -109,12 +85,14 @@ TEST_P(HpiRoundTrip, EveryFileUnpacksToItsBytes) {
         {"units/ARMCOM.FBI", SampleData(200000, 1)}, // four chunks, the last partial
         {"units/empty.fbi", ""},
         {"units/exact.fbi", SampleData(65536, 2)},
+        {"units/zeros.fbi", std::string(70000, '\0')}, // matches overlapping their source
         {"units/sub/deep.fbi", SampleData(300, 3)},
-        {"unitpics/armcom.pcx", SampleData(1000, 4)},
+        {"unitpics/armcom.pcx", SampleData(4097, 4)},
     };
     for (const auto& [path, data] : files)
         writer.AddFile(path, data, method);
     const std::string bytes = writer.Build().bytes;
+    if (method == hpi::Lz77) EXPECT_LT(bytes.size(), 200000u); // matches, not only literals
     auto archive = OpenBytes(bytes);
     ASSERT_TRUE(archive);
     for (const auto& [path, data] : files) {
@@ -124,7 +102,7 @@ TEST_P(HpiRoundTrip, EveryFileUnpacksToItsBytes) {
     }
     // Names match without regard to case, with either separator.
     ASSERT_TRUE(archive->FindFolder("UNITS/Sub/"));
-    EXPECT_EQ(archive->FindFolder("units")->children.size(), 4u);
+    EXPECT_EQ(archive->FindFolder("units")->children.size(), 5u);
     EXPECT_EQ(archive->FindFolder(""), &archive->Root());
     EXPECT_FALSE(archive->FindFolder("units/none"));
     EXPECT_FALSE(archive->FindFolder("units/exact.fbi")); // a file is not a folder
@@ -138,9 +116,6 @@ INSTANTIATE_TEST_SUITE_P(AllMethods, HpiRoundTrip,
                                             ::testing::Values(0u, 0x7F3A21B9u, 0x40u),
                                             ::testing::Bool()));
 
-// ---------------------------------------------------------------------------
-// Malformed archives
-// ---------------------------------------------------------------------------
 BuiltArchive SmallArchive(std::uint32_t key = 0) {
     HpiWriter writer(HpiWriterOptions{key, true});
     writer.AddFile("units/stored.fbi", SampleData(300, 1), hpi::Stored);
@@ -180,24 +155,6 @@ TEST(HpiMalformed, HeaderProblemsRefuseTheArchiveWithTheirReason) {
     EXPECT_EQ(reason(""), "not an archive of the game");
     EXPECT_EQ(reason("plain text"), "not an archive of the game");
     EXPECT_EQ(reason("HAPI"), "data ends early");
-}
-
-TEST(HpiMalformed, EveryTruncationOpensOrFailsCleanly) {
-    for (std::uint32_t key : {0u, 0x1234u}) {
-        const BuiltArchive good = SmallArchive(key);
-        const auto original = OpenBytes(good.bytes);
-        for (std::size_t len = 0; len < good.bytes.size(); ++len) {
-            const std::string cut = good.bytes.substr(0, len);
-            auto archive = OpenBytes(cut);
-            if (!archive) continue;
-            for (const char* path :
-                 {"units/stored.fbi", "units/lz.fbi", "units/sub/z.fbi", "unitpics/p.pcx"}) {
-                if (!archive->FindFile(path)) continue;
-                auto got = Unpack(*archive, path);
-                if (got) EXPECT_EQ(got, Unpack(*original, path)) << len << " " << path;
-            }
-        }
-    }
 }
 
 TEST(HpiMalformed, DamagedChunksFailToExtract) {
@@ -272,19 +229,6 @@ TEST(HpiMalformed, FoldersNestedDeeperThan64RefuseTheArchive) {
         EXPECT_EQ(HpiArchive::Open(std::make_unique<MemorySource>(bytes), &why) != nullptr,
                   depth == 64);
         EXPECT_EQ(why, depth == 64 ? "" : "directory nests deeper than 64") << depth;
-    }
-}
-
-// The fuzz corpus is written from these seeds: with VANTREL_WRITE_HPI_SEEDS
-// set to a folder, the test writes them there.
-TEST(HpiSeeds, AreSmallAndReadable) {
-    const char* target = std::getenv("VANTREL_WRITE_HPI_SEEDS");
-    for (const auto& [name, bytes] : testing::HpiSeedArchives()) {
-        EXPECT_LT(bytes.size(), 1024u) << name;
-        auto archive = OpenBytes(bytes);
-        ASSERT_TRUE(archive) << name;
-        EXPECT_EQ(Unpack(*archive, "unitpics/armcom.pcx"), std::string(200, 'p')) << name;
-        if (target) EXPECT_TRUE(demo::WriteFile(std::string(target) + "/" + name, bytes));
     }
 }
 

@@ -67,28 +67,19 @@ TEST(Tdf, ProblemsNameTheirLine) {
     EXPECT_EQ(doc.problems[0].rfind("line 5: ", 0), 0u) << doc.problems[0];
 }
 
-TEST(Tdf, HugeAndDeepInputsStayBounded) {
-    // Nesting deeper than the limit is skipped, not recursed into.
+// Nesting deeper than the limit is skipped, not recursed into; problems stop
+// at the limit and one line saying so.
+TEST(Tdf, DeepNestingAndManyProblemsStayBounded) {
     std::string deep;
     for (int i = 0; i < 100000; ++i)
         deep += "[s]{";
-    TdfDocument doc = ReadTdf(deep);
+    const TdfDocument doc = ReadTdf(deep);
     int depth = 0;
     for (const TdfSection* s = &doc.root; !s->sections.empty(); s = &s->sections[0])
         ++depth;
     EXPECT_EQ(depth, TdfMaxDepth);
     EXPECT_LE(doc.problems.size(), TdfMaxProblems + 1);
-
-    // Ten megabytes of entries, and a megabyte of junk, read in one pass.
-    std::string big = "[GlobalHeader]{";
-    while (big.size() < 10'000'000)
-        big += "missiondescription=a long story;\r\n";
-    big += "}";
-    doc = ReadTdf(big);
-    ASSERT_EQ(doc.root.sections.size(), 1u);
-    EXPECT_GT(doc.root.sections[0].entries.size(), 250'000u);
-    doc = ReadTdf(std::string(1'000'000, 'x') + "\n" + std::string(1'000'000, '}'));
-    EXPECT_EQ(doc.problems.size(), TdfMaxProblems + 1);
+    EXPECT_EQ(ReadTdf(std::string(1000, '}')).problems.size(), TdfMaxProblems + 1);
 }
 
 } // namespace

@@ -35,88 +35,49 @@ std::string ZlibCompress(std::string_view data) {
     return out;
 }
 
-class Lz77Encoder {
-  public:
-    explicit Lz77Encoder(std::string_view in) : in_(in), prev_(in.size(), -1) {
-        head_.assign(HashSize, -1);
-    }
-
-    std::string Run() {
-        std::size_t pos = 0;
-        while (pos < in_.size()) {
-            std::size_t bestLen = 0, bestSrc = 0;
-            if (pos + MinMatch <= in_.size()) {
-                int cand = head_[Hash(pos)];
-                for (int depth = 0; cand >= 0 && depth < 64; ++depth, cand = prev_[cand]) {
-                    const auto src = static_cast<std::size_t>(cand);
-                    if (pos - src > 4095) break;
-                    if (((src + 1) & 0xFFF) == 0) continue; // offset 0 is the end mark
-                    std::size_t len = 0;
-                    while (len < MaxMatch && pos + len < in_.size() &&
-                           in_[src + len] == in_[pos + len])
-                        ++len;
-                    if (len > bestLen) {
-                        bestLen = len;
-                        bestSrc = src;
-                        if (len == MaxMatch) break;
-                    }
-                }
-            }
-            if (bestLen >= MinMatch) {
-                Match(((bestSrc + 1) & 0xFFF) << 4 | (bestLen - 2));
-                for (std::size_t k = 0; k < bestLen; ++k)
-                    Insert(pos + k);
-                pos += bestLen;
-            } else {
-                Literal(static_cast<std::uint8_t>(in_[pos]));
-                Insert(pos);
-                ++pos;
-            }
+// A greedy LZ77 encoder for one chunk in the format the reader decodes: each
+// position looks back to the last place its first three bytes were seen.
+std::string EncodeLz77(std::string_view in) {
+    std::string out;
+    std::vector<int> last(1 << 14, -1);
+    std::size_t tag = 0;
+    int bit = 8;
+    auto item = [&](bool isMatch) {
+        if (bit == 8) {
+            tag = out.size();
+            out.push_back('\0');
+            bit = 0;
         }
-        Match(0);
-        return out_;
-    }
-
-  private:
-    static constexpr std::size_t HashSize = 1 << 14;
-    static constexpr std::size_t MinMatch = 3, MaxMatch = 17;
-
-    std::size_t Hash(std::size_t p) const {
-        const auto a = static_cast<std::uint8_t>(in_[p]), b = static_cast<std::uint8_t>(in_[p + 1]),
-                   c = static_cast<std::uint8_t>(in_[p + 2]);
-        return ((a << 16 | b << 8 | c) * 2654435761u >> 10) & (HashSize - 1);
-    }
-    void Insert(std::size_t p) {
-        if (p + MinMatch > in_.size()) return;
-        const std::size_t h = Hash(p);
-        prev_[p] = head_[h];
-        head_[h] = static_cast<int>(p);
-    }
-    void NextItem(bool isMatch) {
-        if (bit_ == 8) {
-            tagPos_ = out_.size();
-            out_.push_back('\0');
-            bit_ = 0;
+        if (isMatch) out[tag] = static_cast<char>(out[tag] | (1 << bit));
+        ++bit;
+    };
+    for (std::size_t pos = 0; pos < in.size();) {
+        std::size_t len = 0, src = 0;
+        if (pos + 3 <= in.size()) {
+            const std::uint32_t key = static_cast<std::uint8_t>(in[pos]) << 16 |
+                                      static_cast<std::uint8_t>(in[pos + 1]) << 8 |
+                                      static_cast<std::uint8_t>(in[pos + 2]);
+            int& seen = last[(key * 2654435761u >> 10) & 0x3FFF];
+            src = static_cast<std::size_t>(seen);
+            // Window offset 0 is the end mark, so that source is not used.
+            if (seen >= 0 && pos - src <= 4095 && ((src + 1) & 0xFFF) != 0)
+                while (len < 17 && pos + len < in.size() && in[src + len] == in[pos + len])
+                    ++len;
+            seen = static_cast<int>(pos);
         }
-        if (isMatch) out_[tagPos_] = static_cast<char>(out_[tagPos_] | (1 << bit_));
-        ++bit_;
+        item(len >= 3);
+        if (len >= 3) {
+            const std::size_t word = ((src + 1) & 0xFFF) << 4 | (len - 2);
+            out.push_back(static_cast<char>(word & 0xFF));
+            out.push_back(static_cast<char>(word >> 8));
+            pos += len;
+        } else {
+            out.push_back(in[pos++]);
+        }
     }
-    void Literal(std::uint8_t b) {
-        NextItem(false);
-        out_.push_back(static_cast<char>(b));
-    }
-    void Match(std::size_t word) {
-        NextItem(true);
-        out_.push_back(static_cast<char>(word & 0xFF));
-        out_.push_back(static_cast<char>(word >> 8));
-    }
-
-    std::string_view in_;
-    std::vector<int> head_, prev_;
-    std::string out_;
-    std::size_t tagPos_ = 0;
-    int bit_ = 8;
-};
+    item(true);
+    return out.append(2, '\0');
+}
 
 // One whole chunk: header and data, `method` 0, 1 or 2.
 std::string EncodeChunk(std::string_view data, std::uint8_t method, bool encrypt) {
@@ -142,10 +103,6 @@ std::string EncodeChunk(std::string_view data, std::uint8_t method, bool encrypt
 }
 
 } // namespace
-
-std::string EncodeLz77(std::string_view data) {
-    return Lz77Encoder(data).Run();
-}
 
 HpiWriter::Node& HpiWriter::Folder(const std::string& path) {
     Node* node = &root_;
@@ -274,22 +231,6 @@ void PatchU32(std::string& archive, std::uint32_t offset, std::uint32_t value,
               std::uint32_t headerKey) {
     for (std::uint32_t i = 0; i < 4; ++i)
         PatchByte(archive, offset + i, static_cast<std::uint8_t>(value >> (8 * i)), headerKey);
-}
-
-std::map<std::string, std::string> HpiSeedArchives() {
-    std::map<std::string, std::string> seeds;
-    const char* methods[] = {"stored", "lz77", "zlib"};
-    for (std::uint8_t m = 0; m < 3; ++m)
-        for (std::uint32_t key : {0u, 0x7Bu}) {
-            HpiWriter writer(HpiWriterOptions{key, key != 0});
-            writer.AddFile("units/ARMCOM.FBI", SampleData(300, m), m);
-            writer.AddFile("unitpics/armcom.pcx", std::string(200, 'p'), m);
-            writer.AddFile("units/sub/x.fbi", "x", m);
-            std::string name =
-                std::string("seed-") + methods[m] + (key ? "-encrypted" : "") + ".hpi";
-            seeds[name] = writer.Build().bytes;
-        }
-    return seeds;
 }
 
 std::string SampleData(std::size_t size, std::uint32_t seed) {

@@ -1,4 +1,4 @@
-// Builds archives in the game's format for tests, fuzz seeds and benchmarks:
+// Builds archives in the game's format for tests and benchmarks:
 // stored, LZ77 and zlib files, optional whole-file and chunk encryption, and
 // the offsets of every record so that tests can damage them on purpose.
 #pragma once
@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <map>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace vantrel::testing {
@@ -52,10 +51,6 @@ class HpiWriter {
     Node root_{"", true, {}, 0, {}};
 };
 
-// A greedy LZ77 encoder for one chunk (at most 65536 bytes) in the format
-// the reader decodes, ending with the end mark.
-std::string EncodeLz77(std::string_view data);
-
 // Writes a 32-bit value or a byte into an archive at `offset`, encrypted as
 // the archive's whole-file key requires.
 void PatchU32(std::string& archive, std::uint32_t offset, std::uint32_t value,
@@ -67,10 +62,6 @@ void PatchByte(std::string& archive, std::uint32_t offset, std::uint8_t value,
 // size and method), as a bomb repeats one large stream under many names.
 void ShareFileData(BuiltArchive& built, const std::string& file,
                    const std::vector<std::string>& others, std::uint32_t headerKey = 0);
-
-// A few small archives covering every compression and encryption, named for
-// a fuzz corpus (seed-*.hpi); each is a few hundred bytes.
-std::map<std::string, std::string> HpiSeedArchives();
 
 // Mixed test content: text-like runs and noise, the same for the same seed.
 std::string SampleData(std::size_t size, std::uint32_t seed);

@@ -2,10 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <stdexcept>
-
 namespace vantrel::test {
 
 std::array<demo::Rgb, 256> TestPalette() {

@@ -12,6 +12,8 @@ namespace vantrel::testing {
 using ScratchFolder = vantrel::test::TempDir;
 
 // Every name in `dir` (files and folders, hidden ones too), sorted.
-std::vector<std::string> FolderContent(const std::string& dir);
+inline std::vector<std::string> FolderContent(const std::string& dir) {
+    return test::FolderEntries(dir);
+}
 
 } // namespace vantrel::testing

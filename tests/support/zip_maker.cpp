@@ -3,10 +3,7 @@
 #include <zip.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <stdexcept>
 
 namespace vantrel::testing {
 
@@ -50,10 +47,6 @@ bool WriteZip(const std::string& path, const std::vector<ZipItem>& items) {
         return false;
     }
     return ok;
-}
-
-void WriteBytes(const std::string& path, const std::string& data) {
-    test::WriteText(path, data);
 }
 
 std::vector<std::string> FilesBelow(const std::string& root) {

@@ -24,7 +24,9 @@ bool WriteZip(const std::string& path, const std::vector<ZipItem>& items);
 bool CanEncryptZipEntries();
 
 // Writes `data` to `path` (creating or truncating it).
-void WriteBytes(const std::string& path, const std::string& data);
+inline void WriteBytes(const std::string& path, const std::string& data) {
+    test::WriteText(path, data);
+}
 // Every regular file below `root`, as paths relative to it, sorted.
 Files FilesBelow(const std::string& root);
 
