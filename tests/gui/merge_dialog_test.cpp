@@ -14,36 +14,37 @@
 using namespace vantrel;
 using namespace vantrel::testing;
 
-namespace {
-class MergeDialogTest : public GuiTest {
-  protected:
-    void SetUp() override {
-        armKbot = AddUnit(defs, "ARM", "Peewee", "KBOT", 1, 2);
-        coreKbot = AddUnit(defs, "CORE", "AK", "KBOT", 1, 2);
-        AddUnit(defs, "GOK", "Grunt", "KBOT", 1, 2);
-        SetSavedValues(defs, 8, 40);
-        defs.Profile.LoadedAIName = "Rush";
-        defs.Profile.ParentAIs = "Turtle, ";
-        auto* banner = new QLabel("Turtle AI", &mainWindow);
-        banner->setObjectName("lblAIName");
-    }
+// The rows and what a merge takes are pinned by the merge rules tests; here
+// the dialog's list, buttons and progress form.
+TEST(MergeDialogTest, OkMergesCheckedRowsOnTheProgressFormAndCancelChangesNothing) {
+    GuiApp();
     Definitions defs;
+    const int armKbot = AddUnit(defs, "ARM", "Peewee", "KBOT", 1, 2);
+    const int coreKbot = AddUnit(defs, "CORE", "AK", "KBOT", 1, 2);
+    AddUnit(defs, "GOK", "Grunt", "KBOT", 1, 2);
+    SetSavedValues(defs, 8, 40);
+    defs.Profile.LoadedAIName = "Rush";
+    defs.Profile.ParentAIs = "Turtle, ";
     QWidget mainWindow;
-    int armKbot = 0, coreKbot = 0;
-};
-} // namespace
+    (new QLabel("Turtle AI", &mainWindow))->setObjectName("lblAIName");
 
-TEST_F(MergeDialogTest, OkMergesCheckedRowsOnTheProgressForm) {
+    RecordingProgress unused;
+    frmMerge cancelled(defs, unused, &mainWindow);
+    cancelled.show();
+    cancelled.lstMain->item(13)->setCheckState(Qt::Checked);
+    cancelled.cmdCancel->click();
+    EXPECT_EQ(cancelled.result(), QDialog::Rejected);
+    EXPECT_FLOAT_EQ(defs.Units[coreKbot].Weight, 1);
+    EXPECT_TRUE(unused.calls.empty());
+
     frmLoad progress;
     frmMerge dlg(defs, progress, &mainWindow);
     // The label names the banner the main window shows.
     EXPECT_NE(dlg.lblLoad->text().indexOf("with Turtle AI."), -1);
-    QListWidget* list = dlg.lstMain;
-    ASSERT_EQ(list->count(), 30); // twenty fixed rows and ten for GOK
-    EXPECT_EQ(list->item(13)->text(), "Core Kbots");
-
+    ASSERT_EQ(dlg.lstMain->count(), 30); // twenty fixed rows and ten for GOK
+    EXPECT_EQ(dlg.lstMain->item(13)->text(), "Core Kbots");
     dlg.show();
-    list->item(13)->setCheckState(Qt::Checked);
+    dlg.lstMain->item(13)->setCheckState(Qt::Checked);
     dlg.cmdOK->click();
     EXPECT_EQ(dlg.result(), QDialog::Accepted);
     EXPECT_FALSE(dlg.isVisible());
@@ -52,16 +53,4 @@ TEST_F(MergeDialogTest, OkMergesCheckedRowsOnTheProgressForm) {
     EXPECT_EQ(progress.lblStatus->text(), "Merging Hybrid AI...");
     EXPECT_EQ(progress.prbMain->value(), 30);
     EXPECT_FALSE(progress.isVisible());
-}
-
-TEST_F(MergeDialogTest, CancelChangesNothing) {
-    RecordingProgress progress;
-    frmMerge dlg(defs, progress, &mainWindow);
-    dlg.show();
-    dlg.lstMain->item(13)->setCheckState(Qt::Checked);
-    dlg.cmdCancel->click();
-    EXPECT_EQ(dlg.result(), QDialog::Rejected);
-    EXPECT_FALSE(dlg.isVisible());
-    EXPECT_FLOAT_EQ(defs.Units[coreKbot].Weight, 1);
-    EXPECT_TRUE(progress.calls.empty());
 }
