@@ -8,13 +8,13 @@
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QSlider>
-#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
 using namespace vantrel;
 using vantrel::testing::PressKey;
 using vantrel::testing::ShowActive;
+using vantrel::testing::Wheel;
 
 namespace {
 
@@ -43,13 +43,6 @@ struct BoardFixture : vantrel::testing::GuiTest {
         return card ? card->findChild<W*>(QString::fromLatin1(name)) : nullptr;
     }
     std::string Title(int row) { return Part<QLabel>(row, "lblUnitName")->text().toStdString(); }
-    void Wheel(QWidget* w, int notchesDown) {
-        QWheelEvent e(QPointF(5, 5), w->mapToGlobal(QPointF(5, 5)), QPoint(),
-                      QPoint(0, -120 * notchesDown), Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-        QApplication::sendEvent(w, &e);
-        QApplication::processEvents();
-    }
     // K10, K11 ...; the one at `excluded` is excluded.
     void AddKbots(int count, int excluded = -1) {
         for (int i = 0; i < count; ++i)
@@ -123,7 +116,7 @@ TEST_F(BoardFixture, AWheelNotchScrollsWheelScrollLinesCardsUnlessASliderHasTheF
     // Over an inactive card's slider the wheel scrolls the board.
     QSlider* inactive = Part<QSlider>(1, "sldPriority");
     ASSERT_NE(inactive, nullptr);
-    Wheel(inactive, 1);
+    Wheel(inactive, -1);
     EXPECT_EQ(Bar()->value(),
               std::min(QApplication::wheelScrollLines() * pitch, Bar()->pageStep()));
     EXPECT_FALSE(defs.Profile.Changed);
@@ -133,7 +126,7 @@ TEST_F(BoardFixture, AWheelNotchScrollsWheelScrollLinesCardsUnlessASliderHasTheF
     QSlider* focused = Part<QSlider>(1, "sldPriority");
     ASSERT_EQ(QApplication::focusWidget(), focused);
     const int scrolled = Bar()->value();
-    Wheel(focused, -1);
+    Wheel(focused, 1);
     EXPECT_EQ(Bar()->value(), scrolled);
     EXPECT_FLOAT_EQ(defs.Units[board->UnitIndexAt(1)].Weight, 2.1f);
 }

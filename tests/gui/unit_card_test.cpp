@@ -7,7 +7,6 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QSlider>
-#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
@@ -18,6 +17,7 @@ using namespace vantrel;
 using vantrel::testing::PressKey;
 using vantrel::testing::ShowActive;
 using vantrel::testing::TypeText;
+using vantrel::testing::Wheel;
 
 namespace {
 
@@ -146,15 +146,10 @@ TEST_F(CardFixture, KeysAndTheWheelStepTheFocusedSliderAndStepsShareAGestureWhil
         EXPECT_EQ(slider->value(), value) << key;
     }
     EXPECT_EQ(Limit()->text(), "15");
-    auto wheel = [](QWidget* w) {
-        QWheelEvent e(QPointF(5, 5), w->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, 120),
-                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(w, &e);
-    };
     Priority()->setFocus();
-    wheel(Priority());
+    Wheel(Priority(), 1);
     EXPECT_EQ(Priority()->value(), 370) << "a notch is a small step";
-    wheel(Numbers());
+    Wheel(Numbers(), 1);
     EXPECT_EQ(Numbers()->value(), 15) << "a slider without the focus leaves the wheel alone";
 
     commits.clear();
