@@ -6,6 +6,7 @@
 #include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QString>
+#include <QWheelEvent>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -53,6 +54,14 @@ inline void PressKey(QWidget* w, int key, const QString& text = {},
     QApplication::sendEvent(w, &press);
     QKeyEvent release(QEvent::KeyRelease, key, modifiers, text);
     QApplication::sendEvent(w, &release);
+}
+
+// Turns the wheel over `w` by `notches` (positive: away from the user, up).
+inline void Wheel(QWidget* w, int notches) {
+    QWheelEvent e(QPointF(5, 5), w->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, 120 * notches),
+                  Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(w, &e);
+    QApplication::processEvents();
 }
 
 // Types each character of `text` into `w`. Qt's key code for a printable
