@@ -30,21 +30,6 @@ class RecordingZips : public ZipSteps {
     Log& log_;
 };
 
-class RecordingProgress : public Progress {
-  public:
-    explicit RecordingProgress(Log& log) : log_(log) {}
-    void Show() override { log_.push_back("show"); }
-
-  protected:
-    void OnChange() override {
-        if (Status() != status_) log_.push_back("status " + (status_ = Status()));
-    }
-
-  private:
-    Log& log_;
-    std::string status_ = Status();
-};
-
 class StartUp : public ::testing::Test {
   protected:
     StartUp() {
@@ -70,9 +55,9 @@ class StartUp : public ::testing::Test {
     std::string Unit(const std::string& name) const {
         return JoinPath(UnitsDir(defs.AppDir), name);
     }
-    Log Events(const std::string& prefix) const {
+    static Log Starting(const Log& events, const std::string& prefix) {
         Log out;
-        for (const std::string& e : log)
+        for (const std::string& e : events)
             if (e.starts_with(prefix)) out.push_back(e.substr(prefix.size()));
         return out;
     }
@@ -81,7 +66,7 @@ class StartUp : public ::testing::Test {
     std::string game = tmp / "game";
     Definitions defs;
     Log log;
-    RecordingProgress progress{log};
+    test::RecordingProgress progress;
     test::ScriptedMessages messages;
     MemorySettingsStore settings;
     test::RecordingShell shell;
@@ -121,11 +106,11 @@ TEST_F(StartUp, CountThenExtractEveryArchiveFamilyIntoUnits) {
                    "b.ccx: a\\b.fbi: unsafe name", "b.ccx: C:x.fbi: unsafe name",
                    "b.ccx: /abs.fbi: unsafe name"}));
     // Zip count first, unpacking last; each written file is named.
-    EXPECT_EQ(Log(log.begin(), log.begin() + 3),
-              (Log{"zip count", "show", "status Reading Total Annihilation Directory..."}));
-    EXPECT_EQ(log.back(), "status " + failures.Summary());
-    EXPECT_EQ(log[log.size() - 2], "zip unpack");
-    EXPECT_EQ(Events("status Extracting "),
+    EXPECT_EQ(log, (Log{"zip count", "zip unpack"}));
+    EXPECT_EQ(progress.shows, 1);
+    EXPECT_EQ(progress.statuses[1], "Reading Total Annihilation Directory...");
+    EXPECT_EQ(progress.statuses.back(), failures.Summary());
+    EXPECT_EQ(Starting(progress.statuses, "Extracting "),
               (Log{"units/ARMCOM.FBI from TOTALA1.HPI", "units/arm.fbi.bak from TOTALA1.HPI",
                    "units/corcom.fbi from TOTALA1.HPI", "units/corcom.fbi from b.ccx",
                    "units/gp3unit.fbi from x.gp3", "units/swx.fbi from y.swx",
@@ -180,7 +165,7 @@ TEST_F(StartUp, MainExtractsOnlyWhenTheOptionIsOn) {
         settings.Set("Extract", on ? "-1" : "0");
         Definitions loaded;
         ASSERT_EQ(Main(loaded, ports, tmp / "app"), LoadOutcome::Loaded);
-        EXPECT_EQ(Events("zip ").size(), on ? 2u : 0u);
+        EXPECT_EQ(log.size(), on ? 2u : 0u);
         EXPECT_EQ(loaded.Units.UBound(), on ? 2 : 1);
     }
 }
@@ -202,8 +187,8 @@ TEST_F(StartUp, EmptyUnitsFolderRestartsWithExtractOnThenEndsWithTheMessage) {
                                       "to your '" +
                                           defs.AppDir + "Units/' folder.");
     EXPECT_EQ(shell.restarts, 1);
-    EXPECT_EQ(Events("zip "), (Log{"count", "unpack"})); // only the zip steps ran
-    EXPECT_TRUE(Events("status Extracting").empty());
+    EXPECT_EQ(log, (Log{"zip count", "zip unpack"})); // only the zip steps ran
+    EXPECT_TRUE(Starting(progress.statuses, "Extracting").empty());
 }
 
 // The window shown over an empty Units folder decides how start-up goes on;
