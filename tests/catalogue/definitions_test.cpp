@@ -26,14 +26,6 @@ TEST(Catalogue, RecordArraysGrowOnlyThroughDimAndPreserve) {
     EXPECT_EQ(defs.Units[2].Name, "");
 }
 
-TEST(Catalogue, BoardAndBuildSetAllListsAgree) {
-    // Both "All" lists agree on every keyword of the table.
-    for (std::string_view kw : {"COMMANDER", "VTOL", "FORT", "KBOT", "PLANT", "ENERGY", "METAL",
-                                "SHIP", "WATER", "SPECIAL", "TANK", "CNSTR"})
-        EXPECT_EQ(InCategory(kw, CategoryKeywords("All")), InCategory(kw, AllKeywordsBuildSet))
-            << kw;
-}
-
 TEST(Text, ProperCaseStartsWordsAfterEveryBlankKind) {
     EXPECT_EQ(ProperCase("a\tb\nc\vd\fe\rf"), "A\tB\nC\vD\fE\rF");
     EXPECT_EQ(ProperCase(std::string("x\0y", 3)), std::string("X\0Y", 3));

@@ -109,12 +109,6 @@ TEST(UnitCardRules, NamesCompareWithoutCaseAndDigitRunsAsNumbers) {
         EXPECT_EQ(NaturalCompare(a, b), expected) << a << " : " << b;
         EXPECT_EQ(NaturalCompare(b, a), -expected) << b << " : " << a;
     }
-    vtUnit first, second;
-    first.Name = second.Name = "Commander";
-    first.UnitName = "ARMCOM";
-    second.UnitName = "ARMCOM2";
-    EXPECT_TRUE(UnitOrderLess(first, second));
-    EXPECT_FALSE(UnitOrderLess(second, first));
 }
 
 TEST(UnitCardRules, TextKeepsItsColourOnlyWhereItReads) {
