@@ -79,49 +79,33 @@ class FileCommandsTest : public ::testing::Test {
     }
 };
 
-TEST_F(FileCommandsTest, SavePromptAsksOnceAndCancelStopsTheCaller) {
+// Cancel, or Yes and then Cancel in the save dialog, stops New, Open and
+// closing: nothing is reset and the changes stay unsaved (a failed save:
+// FailuresAreShownAndChangeNothing).
+TEST_F(FileCommandsTest, SaveQuestionCancelOrACancelledSaveStopsTheCommand) {
     EXPECT_TRUE(commands.Closing()); // nothing changed: no question
     EXPECT_TRUE(messages.shown.empty());
-
-    defs.Profile.Changed = true;
-    messages.answers = {MsgAnswer::Cancel};
-    EXPECT_FALSE(commands.Closing());
-    ASSERT_EQ(messages.shown.size(), 1u);
-    EXPECT_EQ(messages.shown[0].text, "Save Changes to New AI now?");
-    EXPECT_EQ(messages.shown[0].buttons, MsgButtons::YesNoCancel);
-
-    // Cancel leaves the changes unsaved, so a second close asks again.
-    messages.answers = {MsgAnswer::No};
-    EXPECT_TRUE(commands.Closing());
-    EXPECT_EQ(messages.shown.size(), 2u);
-
-    // New stops at Cancel too.
-    defs.Profile.Changed = true;
-    defs.Profile.ParentAIs = "Old;Parents";
-    messages.answers = {MsgAnswer::Cancel};
-    commands.New();
-    EXPECT_EQ(defs.Profile.ParentAIs, "Old;Parents");
-    EXPECT_TRUE(window.events.empty());
-}
-
-// Yes followed by Cancel in the save dialog cancels the command: nothing is
-// reset, the changes stay unsaved (a failed save: FailuresAreShownAndChangeNothing).
-TEST_F(FileCommandsTest, CancelledOrFailedSaveInsideThePromptCancelsTheCommand) {
     defs.Profile.Changed = true;
     defs.Profile.ParentAIs = "Old;Parents";
     fields.SetAIName("Mine");
-    messages.answers = {MsgAnswer::Yes};
-    commands.New(); // the save dialog is cancelled (nothing scripted)
-    EXPECT_EQ(dialogs.saveCalls.size(), 1u);
+    for (MsgAnswer answer : {MsgAnswer::Cancel, MsgAnswer::Yes}) {
+        messages.answers = {answer, answer, answer};
+        commands.New();
+        commands.Open();
+        EXPECT_FALSE(commands.Closing());
+    }
+    ASSERT_EQ(messages.shown.size(), 6u);
+    EXPECT_EQ(messages.shown[0].text, "Save Changes to New AI now?");
+    EXPECT_EQ(messages.shown[0].buttons, MsgButtons::YesNoCancel);
+    EXPECT_EQ(dialogs.saveCalls.size(), 3u);
+    EXPECT_TRUE(dialogs.openCalls.empty());
     EXPECT_EQ(defs.Profile.ParentAIs, "Old;Parents");
     EXPECT_EQ(fields.AIName(), "Mine");
     EXPECT_TRUE(window.events.empty());
     EXPECT_TRUE(defs.Profile.Changed);
 
-    messages.answers = {MsgAnswer::Yes};
-    commands.Open();
-    EXPECT_TRUE(dialogs.openCalls.empty());
-
+    messages.answers = {MsgAnswer::No};
+    EXPECT_TRUE(commands.Closing());
     // A successful save counts as saved: closing then asks nothing.
     messages.answers = {MsgAnswer::Yes};
     dialogs.saves = {Chosen(defs.AppDir + "Mine.txt")};
