@@ -170,7 +170,7 @@ TEST_F(StartUp, MainExtractsOnlyWhenTheOptionIsOn) {
     }
 }
 
-TEST_F(StartUp, EmptyUnitsFolderRestartsWithExtractOnThenEndsWithTheMessage) {
+TEST_F(StartUp, EmptyUnitsFolderRestartsOnceWithExtractOnThenEndsWithTheMessage) {
     archives.gameDir = ""; // no game: the archive passes are skipped, start-up goes on
     EXPECT_EQ(Main(defs, ports, tmp / "app"), LoadOutcome::Restarted);
     EXPECT_TRUE(IsDirectory(UnitsDir(defs.AppDir))); // created
@@ -189,6 +189,26 @@ TEST_F(StartUp, EmptyUnitsFolderRestartsWithExtractOnThenEndsWithTheMessage) {
     EXPECT_EQ(shell.restarts, 1);
     EXPECT_EQ(log, (Log{"zip count", "zip unpack"})); // only the zip steps ran
     EXPECT_TRUE(Starting(progress.statuses, "Extracting").empty());
+
+    // Only once: Extract reads as off in a restarted instance, and still no restart.
+    settings.Set("Extract", "0");
+    shell.restarted = true;
+    EXPECT_EQ(Main(defs, ports, tmp / "app"), LoadOutcome::Abort);
+    EXPECT_EQ(shell.restarts, 1);
+    ASSERT_EQ(messages.shown.size(), 2u);
+    EXPECT_TRUE(messages.shown[1].text.starts_with("No units found."));
+
+    // Only when Extract sticks.
+    struct RefusingStore : MemorySettingsStore {
+        void Set(const std::string&, const std::string&) override {}
+        std::string Location() override { return "/ro/vantrel.conf"; }
+    } refusing;
+    shell.restarted = false;
+    StartupPorts refused{progress, messages, refusing, shell, random, archives, zips};
+    EXPECT_EQ(Main(defs, refused, tmp / "app"), LoadOutcome::Abort);
+    EXPECT_EQ(shell.restarts, 1);
+    EXPECT_NE(messages.shown.back().text.find("cannot store its settings in '/ro/vantrel.conf'"),
+              std::string::npos);
 }
 
 // The window shown over an empty Units folder decides how start-up goes on;
@@ -284,28 +304,6 @@ TEST_F(StartUp, TheArchiveCapSpansThePasses) {
     EXPECT_EQ(failures.files,
               Log{"TOTALA1.HPI: A.PCX: past the archive's cap of 10000 bytes"});
     EXPECT_EQ(FolderContent(UnitsDir(defs.AppDir)), (Log{"A.FBI", "B.PCX"}));
-}
-
-// Restarting is the cure for an empty Units folder only when Extract sticks
-// and only once.
-TEST_F(StartUp, NoRestartWhenSettingsCannotBeStoredOrAfterARestart) {
-    struct RefusingStore : MemorySettingsStore {
-        void Set(const std::string&, const std::string&) override {}
-        std::string Location() override { return "/ro/vantrel.conf"; }
-    } refusing;
-    archives.gameDir = "";
-    StartupPorts refused{progress, messages, refusing, shell, random, archives, zips};
-    EXPECT_EQ(Main(defs, refused, tmp / "app"), LoadOutcome::Abort);
-    EXPECT_EQ(shell.restarts, 0);
-    ASSERT_EQ(messages.shown.size(), 1u);
-    EXPECT_NE(messages.shown[0].text.find("cannot store its settings in '/ro/vantrel.conf'"),
-              std::string::npos);
-
-    shell.restarted = true; // Extract reads as off in a restarted instance: still no restart
-    EXPECT_EQ(Main(defs, ports, tmp / "app"), LoadOutcome::Abort);
-    EXPECT_EQ(shell.restarts, 0);
-    ASSERT_EQ(messages.shown.size(), 2u);
-    EXPECT_TRUE(messages.shown[1].text.starts_with("No units found."));
 }
 
 TEST(GameFolder, StoredOptionThenWinePrefixThenUsualFolders) {
