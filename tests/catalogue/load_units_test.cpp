@@ -1,7 +1,6 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "catalogue/load_units.h"
-#include "demo/demo_units.h"
 #include "support/test_support.h"
 
 #include <gtest/gtest.h>
@@ -135,20 +134,4 @@ TEST(LoadUnits, RandomStartingValues) {
     EXPECT_EQ(defs.Units[2].Weight, 0.0f);
     EXPECT_EQ(defs.Units[2].Limit, 4.0f);
     EXPECT_TRUE(random.seeds.empty()); // never seeded at start-up
-}
-
-TEST(LoadUnits, DemoDataLoadsEveryCategory) {
-    test::TempDir dir;
-    int written = demo::WriteDemoProgramFolder(dir.path());
-    Definitions defs;
-    LoadUnitsFromFolder(defs, UnitsDir(dir.path()), nullptr, nullptr);
-    ASSERT_EQ(defs.Units.UBound(), written);
-    ASSERT_GE(written, 40);
-    for (const Category& c : Categories) {
-        int n = 0;
-        for (int i = 1; i <= defs.Units.UBound(); ++i)
-            if (!defs.Units[i].TEDClass.empty() && InCategory(defs.Units[i].TEDClass, c.Keywords))
-                ++n;
-        EXPECT_GT(n, 0) << c.Caption;
-    }
 }

@@ -52,10 +52,6 @@ std::string ReadFile(const std::string& path) {
     return ReadWholeFile(path).value_or("");
 }
 
-std::string StripPathOf(std::string path) {
-    return StripPath(path);
-}
-
 class FileCommandsTest : public ::testing::Test {
   protected:
     test::TempDir app;
@@ -83,58 +79,34 @@ class FileCommandsTest : public ::testing::Test {
     }
 };
 
-TEST_F(FileCommandsTest, SavePromptAsksOnceAndCancelStopsTheCaller) {
+// Cancel, or Yes and then Cancel in the save dialog, stops New, Open and
+// closing: nothing is reset and the changes stay unsaved (a failed save:
+// FailuresAreShownAndChangeNothing).
+TEST_F(FileCommandsTest, SaveQuestionCancelOrACancelledSaveStopsTheCommand) {
     EXPECT_TRUE(commands.Closing()); // nothing changed: no question
     EXPECT_TRUE(messages.shown.empty());
-
-    defs.Profile.Changed = true;
-    messages.answers = {MsgAnswer::Cancel};
-    EXPECT_FALSE(commands.Closing());
-    ASSERT_EQ(messages.shown.size(), 1u);
-    EXPECT_EQ(messages.shown[0].text, "Save Changes to New AI now?");
-    EXPECT_EQ(messages.shown[0].buttons, MsgButtons::YesNoCancel);
-
-    // Cancel leaves the changes unsaved, so a second close asks again.
-    messages.answers = {MsgAnswer::No};
-    EXPECT_TRUE(commands.Closing());
-    EXPECT_EQ(messages.shown.size(), 2u);
-
-    // New stops at Cancel too.
-    defs.Profile.Changed = true;
-    defs.Profile.ParentAIs = "Old;Parents";
-    messages.answers = {MsgAnswer::Cancel};
-    commands.New();
-    EXPECT_EQ(defs.Profile.ParentAIs, "Old;Parents");
-    EXPECT_TRUE(window.events.empty());
-}
-
-// Yes followed by Cancel in the save dialog, or by a failed save, cancels
-// the command: nothing is reset, the changes stay unsaved. The same holds for
-// Open over changes and for closing.
-TEST_F(FileCommandsTest, CancelledOrFailedSaveInsideThePromptCancelsTheCommand) {
     defs.Profile.Changed = true;
     defs.Profile.ParentAIs = "Old;Parents";
     fields.SetAIName("Mine");
-    messages.answers = {MsgAnswer::Yes};
-    commands.New(); // the save dialog is cancelled (nothing scripted)
-    EXPECT_EQ(dialogs.saveCalls.size(), 1u);
+    for (MsgAnswer answer : {MsgAnswer::Cancel, MsgAnswer::Yes}) {
+        messages.answers = {answer, answer, answer};
+        commands.New();
+        commands.Open();
+        EXPECT_FALSE(commands.Closing());
+    }
+    ASSERT_EQ(messages.shown.size(), 6u);
+    EXPECT_EQ(messages.shown[0].text, "Save Changes to New AI now?");
+    EXPECT_EQ(messages.shown[0].buttons, MsgButtons::YesNoCancel);
+    EXPECT_EQ(dialogs.saveCalls.size(), 3u);
+    EXPECT_TRUE(dialogs.openCalls.empty());
     EXPECT_EQ(defs.Profile.ParentAIs, "Old;Parents");
     EXPECT_EQ(fields.AIName(), "Mine");
     EXPECT_TRUE(window.events.empty());
     EXPECT_TRUE(defs.Profile.Changed);
 
-    messages.answers = {MsgAnswer::Yes};
-    commands.Open();
-    EXPECT_TRUE(dialogs.openCalls.empty());
-
-    profiles.failure = "disk full";
-    messages.answers = {MsgAnswer::Yes};
-    dialogs.saves = {Chosen(defs.AppDir + "Mine.txt")};
-    EXPECT_FALSE(commands.Closing());
-    EXPECT_TRUE(defs.Profile.Changed);
-
+    messages.answers = {MsgAnswer::No};
+    EXPECT_TRUE(commands.Closing());
     // A successful save counts as saved: closing then asks nothing.
-    profiles.failure.clear();
     messages.answers = {MsgAnswer::Yes};
     dialogs.saves = {Chosen(defs.AppDir + "Mine.txt")};
     EXPECT_TRUE(commands.Closing());
@@ -293,24 +265,8 @@ TEST_F(FileCommandsTest, SaveWritesBackOnlyACurrentFileOfOurOwn) {
     EXPECT_EQ(SavedStatus(defs, "/p/A.txt"), "Saved /p/A.txt (0 units, 0 excluded)");
 }
 
-// A read-only profile or build-set file is refused, naming the file, and
-// neither file changes; a link is followed and stays a link.
-TEST_F(FileCommandsTest, ReadOnlyTargetsAreRefusedAndLinksFollowed) {
-    const std::string txt = defs.AppDir + "Old.txt", set = defs.AppDir + "Old.set";
-    std::ofstream(txt) << "old profile";
-    std::ofstream(set) << "old set";
-    for (const std::string& readOnly : {txt, set}) {
-        ASSERT_EQ(::chmod(readOnly.c_str(), 0444), 0);
-        dialogs.saves = {Chosen(txt)};
-        EXPECT_FALSE(commands.Save());
-        ASSERT_FALSE(messages.shown.empty());
-        EXPECT_NE(messages.shown.back().text.find(StripPathOf(readOnly)), std::string::npos);
-        EXPECT_NE(messages.shown.back().text.find("read-only"), std::string::npos);
-        EXPECT_EQ(ReadFile(txt), "old profile");
-        EXPECT_EQ(ReadFile(set), "old set");
-        ASSERT_EQ(::chmod(readOnly.c_str(), 0644), 0);
-    }
-
+// A link is followed and stays a link.
+TEST_F(FileCommandsTest, SaveFollowsALink) {
     test::TempDir real;
     const std::string link = defs.AppDir + "Linked.txt", pointee = real.path() + "/Real.txt";
     std::ofstream(pointee) << "old";
@@ -344,41 +300,61 @@ TEST_F(FileCommandsTest, OpeningSomethingElseAsksFirst) {
     EXPECT_EQ(messages.shown[1].title, "Merge");
     EXPECT_EQ(profiles.calls.size(), 1u);
 
-    struct Case {
-        const char* text;
-        bool profile;
-    } cases[] = {
-        {"Name: Rush AI\r\n", true},
-        {"\r\n  weight armcom 1.5\r\n", true},
-        {"[ARMCOM;]\r\nLimit=3\r\n", true},
-        {"MZ\x90\0\x03 WEIGHTLESS LIMITS", false},
-        {"", false},
-        {"a weight 3\r\n", false},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(LooksLikeAIProfile(c.text), c.profile) << c.text;
+    const std::pair<const char*, bool> cases[] = {
+        {"Name: Rush AI\r\n", true},        {"\r\n  weight armcom 1.5\r\n", true},
+        {"[ARMCOM;]\r\nLimit=3\r\n", true}, {"MZ\x90\0\x03 WEIGHTLESS LIMITS", false},
+        {"", false},                         {"a weight 3\r\n", false}};
+    for (const auto& [text, profile] : cases)
+        EXPECT_EQ(LooksLikeAIProfile(text), profile) << text;
     EXPECT_EQ(WithoutControlCharacters("Ru\x01sh\t\x7f\x85 \xe9"), "Rush \xe9");
 }
 
-TEST_F(FileCommandsTest, FailedReadOrWriteIsShownAndTheWindowIsBackInUse) {
-    const std::string target = defs.AppDir + "Old.txt";
-    std::ofstream(target) << "old profile";
-    profiles.failure = "disk full";
-    dialogs.saves = {Chosen(target)};
-    commands.Save();
-    ASSERT_EQ(messages.shown.size(), 1u);
-    EXPECT_NE(messages.shown[0].text.find("Old.txt"), std::string::npos);
-    EXPECT_NE(messages.shown[0].text.find("disk full"), std::string::npos);
-    EXPECT_FALSE(progress.visible);
-    EXPECT_TRUE(window.inUse);
-    EXPECT_FALSE(settings.Has("LastDir"));
-    EXPECT_EQ(ReadFile(target), "old profile");
-
-    dialogs.opens = {Chosen("/m/Broken.txt")};
-    commands.Merge();
-    EXPECT_EQ(messages.shown.size(), 2u);
-    // No Merge dialog over a failed read.
-    EXPECT_EQ(std::count(window.events.begin(), window.events.end(), "merge"), 0);
+// A read-only target, a failed write or read: the message names the file and
+// the reason, neither file on disk changes, the changes stay unsaved, nothing
+// is opened or merged over it and the window is back in use.
+TEST_F(FileCommandsTest, FailuresAreShownAndChangeNothing) {
+    const std::string txt = defs.AppDir + "Old.txt", set = defs.AppDir + "Old.set";
+    test::TempDir scratch;
+    enum Command { Save, Close, Merge, External };
+    const struct {
+        const char* readOnly; // "": every profile read and write fails instead
+        Command command;
+        const char* names;
+    } cases[] = {{"Old.txt", Save, "Old.txt"}, {"Old.set", Save, "Old.set"},
+                 {"", Save, "Old.txt"},        {"", Close, "Old.txt"},
+                 {"", Merge, "Broken.txt"},    {"", External, "AI.txt"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(::testing::Message() << c.names << " " << c.command);
+        std::ofstream(txt) << "old profile";
+        std::ofstream(set) << "old set";
+        ::chmod(txt.c_str(), 0644);
+        ::chmod(set.c_str(), 0644);
+        const bool readOnly = *c.readOnly;
+        if (readOnly) ::chmod((app / c.readOnly).c_str(), 0444);
+        profiles.failure = readOnly ? "" : "disk full";
+        defs.Profile.Changed = true;
+        messages.answers = {MsgAnswer::Yes};
+        dialogs.saves = {Chosen(txt)};
+        dialogs.opens = {Chosen("/m/Broken.txt")};
+        switch (c.command) {
+            case Save: EXPECT_FALSE(commands.Save()); break;
+            case Close: EXPECT_FALSE(commands.Closing()); break;
+            case Merge: commands.Merge(); break;
+            case External: commands.External(scratch.path()); break;
+        }
+        ASSERT_FALSE(messages.shown.empty());
+        EXPECT_NE(messages.shown.back().text.find(c.names), std::string::npos);
+        EXPECT_NE(messages.shown.back().text.find(readOnly ? "read-only" : "disk full"),
+                  std::string::npos);
+        EXPECT_EQ(ReadFile(txt), "old profile");
+        EXPECT_EQ(ReadFile(set), "old set");
+        EXPECT_TRUE(defs.Profile.Changed);
+        EXPECT_FALSE(progress.visible);
+        EXPECT_TRUE(window.inUse);
+        EXPECT_FALSE(settings.Has("LastDir"));
+        EXPECT_EQ(std::count(window.events.begin(), window.events.end(), "merge"), 0);
+        EXPECT_TRUE(shell.opened.empty());
+    }
 }
 
 // Install copies the current file under its own name: unsaved changes are
@@ -440,12 +416,6 @@ TEST_F(FileCommandsTest, ExternalWritesAiTxtInTheFolderItIsGivenAndOpensIt) {
     commands.External(scratch.path());
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_NE(messages.shown[0].text.find(path), std::string::npos);
-
-    profiles.failure = "read-only";
-    commands.External(scratch.path());
-    EXPECT_EQ(shell.opened.size(), 2u); // nothing opened after a failed write
-    ASSERT_EQ(messages.shown.size(), 2u);
-    EXPECT_TRUE(window.inUse);
 }
 
 TEST(SideMenuRules, FurtherSidesSkipTheFirstAndAnyPartOfArmCore) {

@@ -82,29 +82,14 @@ TEST(MapText, OnlyTheProfileValuesChange) {
                              "[Schema 0]{ Type=A; AIProfile =  DEFAULT ; /* aiprofile=x; */ }\n"
                              "[schema 1]{aiprofile=;}\n[Schema 2]{Type=B;}\n"
                              "[Other]{aiprofile=KEEP;}}";
-    struct Case {
-        std::optional<int> schema;
-        std::string expected; // "" when the change is refused
-    } cases[] = {
-        {std::nullopt,
-         "// aiprofile=KEEP;\r\n[GlobalHeader]{ aiprofile=TOP;\n"
-         "[Schema 0]{ Type=A; AIProfile =  mine ; /* aiprofile=x; */ }\n"
-         "[schema 1]{aiprofile=mine;}\n[Schema 2]{Type=B;}\n[Other]{aiprofile=KEEP;}}"},
-        {1, "// aiprofile=KEEP;\r\n[GlobalHeader]{ aiprofile=TOP;\n"
-            "[Schema 0]{ Type=A; AIProfile =  DEFAULT ; /* aiprofile=x; */ }\n"
-            "[schema 1]{aiprofile=mine;}\n[Schema 2]{Type=B;}\n[Other]{aiprofile=KEEP;}}"},
-        {2, ""}, // names no profile
-        {7, ""}, // no such schema
-    };
-    for (const Case& c : cases) {
-        if (c.expected.empty()) {
-            EXPECT_THROW(WithAiProfile(text, "mine", c.schema), MapError);
-            continue;
-        }
-        const std::string changed = WithAiProfile(text, "mine", c.schema);
-        EXPECT_EQ(changed, c.expected);
-        EXPECT_TRUE(DiffersOnlyInAiProfile(changed, text));
-    }
+    const std::string one = ReplaceAll(text, "aiprofile=;", "aiprofile=mine;");
+    const std::string every = ReplaceAll(one, "=  DEFAULT ", "=  mine ");
+    EXPECT_EQ(WithAiProfile(text, "mine"), every);
+    EXPECT_EQ(WithAiProfile(text, "mine", 1), one);
+    EXPECT_TRUE(DiffersOnlyInAiProfile(every, text));
+    EXPECT_TRUE(DiffersOnlyInAiProfile(one, text));
+    EXPECT_THROW(WithAiProfile(text, "mine", 2), MapError); // names no profile
+    EXPECT_THROW(WithAiProfile(text, "mine", 7), MapError); // no such schema
     EXPECT_THROW(WithAiProfile("[GlobalHeader]{}", "mine"), MapError);
     EXPECT_FALSE(DiffersOnlyInAiProfile(text, ReplaceAll(text, "Type=A", "Type=C")));
     EXPECT_FALSE(DiffersOnlyInAiProfile(text, ReplaceAll(text, "TOP", "TIP")));

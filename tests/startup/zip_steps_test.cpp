@@ -2,6 +2,7 @@
 
 #include "base/paths.h"
 #include "base/text.h"
+#include "support/test_support.h"
 #include "support/zip_maker.h"
 
 #include <gtest/gtest.h>
@@ -13,28 +14,6 @@ namespace vantrel {
 namespace {
 
 using namespace vantrel::testing; // zip packages, scratch folders, Files
-
-// A progress form that remembers what it was asked to do.
-class RecordingProgress : public Progress {
-  public:
-    void Show() override { log.push_back("show"); }
-    void Repaint() override { ++repaints; }
-    void ProcessEvents() override { log.push_back("events"); }
-
-    std::vector<std::string> log; // "show", "events", "max N", "value N", "status S"
-    int repaints = 0;
-
-  protected:
-    void OnChange() override {
-        if (Maximum() != max_) log.push_back("max " + std::to_string(max_ = Maximum()));
-        if (Value() != value_) log.push_back("value " + std::to_string(value_ = Value()));
-        if (Status() != status_) log.push_back("status " + (status_ = Status()));
-    }
-
-  private:
-    int max_ = 100, value_ = 0;
-    std::string status_ = "Loading....";
-};
 
 class ZipStepsTest : public ::testing::Test {
   protected:
@@ -58,7 +37,7 @@ class ZipStepsTest : public ::testing::Test {
     ScratchFolder scratch;
     Definitions defs;
     std::string units;
-    RecordingProgress progress;
+    test::RecordingProgress progress;
     LibzipSteps steps;
 };
 
@@ -66,30 +45,32 @@ TEST_F(ZipStepsTest, CountingAddsEveryEntryThenUnpackingShowsEachFile) {
     MakePackages();
     WriteBytes(JoinPath(units, "CORY.FBI"), "kept");
     steps.CountZipFiles(defs, progress);
-    // Folder entries count as entries.
-    EXPECT_EQ(progress.log, (Files{"max 103", "events", "max 106", "events", "events"}));
+    EXPECT_EQ(progress.Maximum(), 106); // folder entries count too
     EXPECT_GE(progress.repaints, 3);
     EXPECT_EQ(FilesBelow(units), Files{"CORY.FBI"});
 
-    progress.log.clear();
     steps.UnpackZips(defs, progress);
     EXPECT_EQ(FilesBelow(units),
               (Files{"ARMCOM.PCX", "CORX.FBI", "CORY.FBI", "Z.PCX", "armcom.fbi"}));
     EXPECT_EQ(ReadWholeFile(JoinPath(units, "CORY.FBI")), "kept");
     EXPECT_EQ(steps.Failures().files,
               Files{"broken.zip: damaged zip package (Not a zip archive)"});
-    EXPECT_EQ(progress.log, (Files{"show", "status Unpacking 'Armcom.fbi' from 'a.zip' ...",
-                                   "value 1", "status Unpacking 'Armcom.pcx' from 'a.zip' ...",
-                                   "value 2", "status Unpacking 'Corx.fbi' from 'B.ZIP' ...",
-                                   "value 3", "status Unpacking 'Z.pcx' from 'B.ZIP' ...",
-                                   "value 4", "status Processing units..."}));
+    EXPECT_EQ(progress.shows, 1);
+    EXPECT_EQ(progress.statuses,
+              (Files{"Loading....", "Unpacking 'Armcom.fbi' from 'a.zip' ...",
+                     "Unpacking 'Armcom.pcx' from 'a.zip' ...",
+                     "Unpacking 'Corx.fbi' from 'B.ZIP' ...", "Unpacking 'Z.pcx' from 'B.ZIP' ...",
+                     "Processing units..."}));
+    EXPECT_EQ(progress.values, (std::vector<int>{0, 0, 0, 0, 1, 2, 3, 4}));
 }
 
 TEST_F(ZipStepsTest, WithoutPackagesOnlyTheFormAndTheLastStatusChange) {
     WriteBytes(App("readme.txt"), "x");
     steps.CountZipFiles(defs, progress);
     steps.UnpackZips(defs, progress);
-    EXPECT_EQ(progress.log, (Files{"show", "status Processing units..."}));
+    EXPECT_EQ(progress.shows, 1);
+    EXPECT_EQ(progress.statuses, Files{"Processing units..."});
+    EXPECT_EQ(progress.Maximum(), 100);
 }
 
 TEST_F(ZipStepsTest, AnUnusableUnitsFolderDoesNotStopStartUp) {
