@@ -29,28 +29,6 @@ class Reader : public ::testing::Test {
     test::ProfileRig rig;
 };
 
-TEST_F(Reader, SavedProfileOpensAgainWithItsBuildSet) {
-    Units({{"ARMCOM", "COMMANDER", true, 1.5f, 1},
-           {"ARMCK", "CNSTR", true, 2, 10},
-           {"ARMSOLAR", "ENERGY", false, 1, 5},
-           {"ARMLLT", "FORT", true, 0.75f, 25}});
-    rig.fields.SetBanner("Test AI");
-    SaveAI(rig.ctx, dir / "Test.txt");
-    for (int i = 1; i <= 4; ++i)
-        U(i) = {U(i).Name, U(i).UnitName, U(i).TEDClass, "", "", 9, 9, true, true};
-    ReadAI(rig.ctx, dir / "Test.txt", false);
-    EXPECT_EQ(U(1).Weight, 1.5f);
-    EXPECT_EQ(U(1).Limit, 1.0f);
-    EXPECT_EQ(U(2).Weight, 2.0f);
-    EXPECT_EQ(U(2).Limit, 10.0f);
-    EXPECT_EQ(U(3).Weight, 0.0f); // excluded: in no section, but still excluded
-    EXPECT_EQ(U(3).Limit, 0.0f);
-    EXPECT_FALSE(U(3).Include);
-    EXPECT_TRUE(U(4).Include);
-    EXPECT_EQ(U(4).Limit, 25.0f);
-    EXPECT_EQ(rig.fields.Banner(), "Test AI");
-}
-
 // Values above the maxima are kept as read (the searches below keep every
 // value) and counted, in both modes.
 TEST_F(Reader, ValuesAboveTheMaximaAreCounted) {

@@ -11,6 +11,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <tuple>
 #include <unistd.h>
 
 namespace vantrel {
@@ -87,6 +88,19 @@ TEST(SaveAI, WritesTheWorkedExampleByteForByte) {
     EXPECT_EQ(rig.progress.closes, 2);
     EXPECT_EQ(rig.defs.Units[3].Weight, 1.0f);
     EXPECT_FALSE(rig.defs.Units[3].Include);
+
+    // Opened again, it gives back the values of the units it lists, and the
+    // build set the flags; an excluded unit is in no section and reads 0.
+    for (vtUnit& u : rig.defs.Units)
+        u = {u.Name, u.UnitName, u.TEDClass, "", "", 9, 9, true, !u.Include};
+    ReadAI(rig.ctx, dir / "Test.txt", false);
+    std::vector<std::tuple<float, float, bool>> read;
+    for (int i = 1; i <= 4; ++i)
+        read.emplace_back(rig.defs.Units[i].Weight, rig.defs.Units[i].Limit,
+                          rig.defs.Units[i].Include);
+    EXPECT_EQ(read, (std::vector<std::tuple<float, float, bool>>{
+                        {1.5f, 1, true}, {2, 10, true}, {0, 0, false}, {0.75f, 25, true}}));
+    EXPECT_EQ(rig.fields.Banner(), "Test AI");
 }
 
 TEST(ProfileFileText, EmptyCatalogueGivesTheSkeletonAndParentsLine) {
