@@ -8,15 +8,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 namespace vantrel {
 namespace {
 
 using testing::HpiWriter;
 using testing::ScratchFolder;
 
-using RunResult = test::CliResult;
+using test::CliResult;
 using test::RunCli;
 
 std::string Q(const std::string& s) {
@@ -26,7 +24,6 @@ std::string Q(const std::string& s) {
 class HpiCli : public ::testing::Test {
   protected:
     void SetUp() override {
-        if (!std::getenv("VANTREL_CLI")) GTEST_SKIP() << "VANTREL_CLI is not set";
         HpiWriter writer(testing::HpiWriterOptions{0x99, true});
         writer.AddFile("units/ARMCOM.FBI", "armcom", hpi::Lz77);
         writer.AddFile("units/readme.txt", "readme!", hpi::Zlib);
@@ -38,7 +35,7 @@ class HpiCli : public ::testing::Test {
 };
 
 TEST_F(HpiCli, ListPrintsPathsAndSizesExtractWritesTheTreeBadInputFails) {
-    RunResult r = RunCli("hpi list " + Q(tmp / "game/totala1.hpi"));
+    CliResult r = RunCli("hpi list " + Q(tmp / "game/totala1.hpi"));
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.out, "units/ARMCOM.FBI\t6\nunits/readme.txt\t7\nunitpics/armcom.pcx\t3\n");
     r = RunCli("hpi extract " + Q(tmp / "game/totala1.hpi") + " " + Q(tmp / "out"));
@@ -65,7 +62,7 @@ TEST_F(HpiCli, ListPrintsPathsAndSizesExtractWritesTheTreeBadInputFails) {
 
 TEST_F(HpiCli, ExtractRunsTheStartUpPassesThenTheZipSteps) {
     ASSERT_TRUE(testing::WriteZip(tmp / "app/extra.zip", {{"units/gokx.fbi", "gok"}}));
-    const RunResult r = RunCli("extract " + Q(tmp / "game") + " " + Q(tmp / "app"));
+    const CliResult r = RunCli("extract " + Q(tmp / "game") + " " + Q(tmp / "app"));
     EXPECT_EQ(r.status, 0);
     EXPECT_EQ(r.out, "Reading Total Annihilation Directory...\n"
                      "Extracting units/ARMCOM.FBI from totala1.hpi\n"
@@ -80,7 +77,7 @@ TEST_F(HpiCli, ExtractRunsTheStartUpPassesThenTheZipSteps) {
     // A file that cannot be written is named on stderr and fails the run.
     ASSERT_TRUE(MakeDirectory(tmp / "app2") && MakeDirectory(tmp / "app2/Units") &&
                 MakeDirectory(tmp / "app2/Units/ARMCOM.FBI"));
-    const RunResult bad = RunCli("extract " + Q(tmp / "game") + " " + Q(tmp / "app2"));
+    const CliResult bad = RunCli("extract " + Q(tmp / "game") + " " + Q(tmp / "app2"));
     EXPECT_EQ(bad.status, 1);
     EXPECT_NE(bad.err.find("vantrel-cli: not written: totala1.hpi: ARMCOM.FBI: Is a directory\n"),
               std::string::npos)
@@ -91,7 +88,7 @@ TEST_F(HpiCli, ExtractRunsTheStartUpPassesThenTheZipSteps) {
     const std::string archive = ReadWholeFile(tmp / "game/totala1.hpi").value_or("");
     ASSERT_TRUE(demo::WriteFile(tmp / "game/cut.hpi", archive.substr(0, 40)));
     ASSERT_TRUE(demo::WriteFile(tmp / "app/junk.zip", "junk"));
-    const RunResult damaged = RunCli("extract " + Q(tmp / "game") + " " + Q(tmp / "app"));
+    const CliResult damaged = RunCli("extract " + Q(tmp / "game") + " " + Q(tmp / "app"));
     EXPECT_EQ(damaged.status, 1);
     for (const char* line : {"not written: cut.hpi: data ends early\n",
                              "not written: junk.zip: damaged zip package (Not a zip archive)\n"})

@@ -11,6 +11,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <tuple>
 #include <unistd.h>
 
 namespace vantrel {
@@ -87,6 +88,19 @@ TEST(SaveAI, WritesTheWorkedExampleByteForByte) {
     EXPECT_EQ(rig.progress.closes, 2);
     EXPECT_EQ(rig.defs.Units[3].Weight, 1.0f);
     EXPECT_FALSE(rig.defs.Units[3].Include);
+
+    // Opened again, it gives back the values of the units it lists, and the
+    // build set the flags; an excluded unit is in no section and reads 0.
+    for (vtUnit& u : rig.defs.Units)
+        u = {u.Name, u.UnitName, u.TEDClass, "", "", 9, 9, true, !u.Include};
+    ReadAI(rig.ctx, dir / "Test.txt", false);
+    std::vector<std::tuple<float, float, bool>> read;
+    for (int i = 1; i <= 4; ++i)
+        read.emplace_back(rig.defs.Units[i].Weight, rig.defs.Units[i].Limit,
+                          rig.defs.Units[i].Include);
+    EXPECT_EQ(read, (std::vector<std::tuple<float, float, bool>>{
+                        {1.5f, 1, true}, {2, 10, true}, {0, 0, false}, {0.75f, 25, true}}));
+    EXPECT_EQ(rig.fields.Banner(), "Test AI");
 }
 
 TEST(ProfileFileText, EmptyCatalogueGivesTheSkeletonAndParentsLine) {
@@ -141,33 +155,30 @@ TEST(ProfileSection, EveryKeywordExactlyAndNothingElse) {
         EXPECT_EQ(ProfileSection(tedClass), section) << tedClass;
 }
 
-TEST(NumberForms, WeightsUseSevenSignificantDigits) {
-    EXPECT_EQ(WeightText(2, "."), "2");
-    EXPECT_EQ(WeightText(1.5f, "."), "1.5");
-    EXPECT_EQ(WeightText(0.75f, "."), "0.75");
-    EXPECT_EQ(WeightText(0.1f, "."), "0.1");
-    EXPECT_EQ(WeightText(3.33f, "."), "3.33");
-    EXPECT_EQ(WeightText(1234567.8f, "."), "1234568");
-    EXPECT_EQ(WeightText(-0.0f, "."), "0");
-    EXPECT_EQ(WeightText(1.5f, ","), "1,5");
-    EXPECT_EQ(WeightText(1e20f, ","), "1e+20");
-}
-
-TEST(NumberForms, PlanLimitsRoundDownOrKeepFifteenDigits) {
-    EXPECT_EQ(EasyLimitText(58, 50, "."), "28"); // 28.999999999999996
-    EXPECT_EQ(HardLimitText(58, 50, "."), "29");
-    EXPECT_EQ(HardLimitText(90, 25, "."), "22.5");
-    EXPECT_EQ(HardLimitText(90, 25, ","), "22,5");
-    EXPECT_EQ(EasyLimitText(50, 1, "."), "0");
-    EXPECT_EQ(EasyLimitText(50, 25, "."), "12");
-    EXPECT_EQ(EasyLimitText(75, 25, "."), "18");
-    EXPECT_EQ(EasyLimitText(50, -3, "."), "-2"); // toward minus infinity
-    EXPECT_EQ(HardLimitText(90, 9, "."), "8.1");
-    EXPECT_EQ(HardLimitText(100, 8.1f, "."), "8.10000038146973");
-    EXPECT_EQ(HardLimitText(0, 7, "."), "0");
-}
-
-TEST(NumberForms, CurrentLocaleSeparator) {
+// Weights keep seven significant digits; plan limits are rounded down, the
+// hard plan's kept to fifteen digits; the separator is the one given.
+TEST(NumberForms, WeightsAndPlanLimits) {
+    const std::pair<std::string, const char*> cases[] = {
+        {WeightText(2, "."), "2"},
+        {WeightText(1.5f, "."), "1.5"},
+        {WeightText(0.1f, "."), "0.1"},
+        {WeightText(3.33f, "."), "3.33"},
+        {WeightText(1234567.8f, "."), "1234568"},
+        {WeightText(-0.0f, "."), "0"},
+        {WeightText(1.5f, ","), "1,5"},
+        {WeightText(1e20f, ","), "1e+20"},
+        {EasyLimitText(58, 50, "."), "28"}, // 28.999999999999996
+        {HardLimitText(58, 50, "."), "29"},
+        {HardLimitText(90, 25, "."), "22.5"},
+        {HardLimitText(90, 25, ","), "22,5"},
+        {EasyLimitText(50, 1, "."), "0"},
+        {EasyLimitText(50, 25, "."), "12"},
+        {EasyLimitText(50, -3, "."), "-2"}, // toward minus infinity
+        {HardLimitText(90, 9, "."), "8.1"},
+        {HardLimitText(100, 8.1f, "."), "8.10000038146973"},
+        {HardLimitText(0, 7, "."), "0"}};
+    for (const auto& [got, want] : cases)
+        EXPECT_EQ(got, want);
     // Tests run in the C locale unless the environment says otherwise.
     EXPECT_EQ(DecimalSeparator(), ".");
     EXPECT_EQ(ProfileDate(test::FixedClock(2026, 1, 5).Now()), "01-05-2026");
@@ -225,12 +236,10 @@ TEST_F(FailedSave, MissingFolderParentFileOrTargetFolder) {
     EXPECT_EQ(rig.progress.closes, 1);
 
     WriteBytes(dir / "plain", "x");
-    EXPECT_THROW(SaveAI(rig.ctx, dir / "plain/AI.txt"), ProfileError);
     ASSERT_EQ(::mkdir((dir / "Folder.txt").c_str(), 0777), 0);
-    EXPECT_THROW(SaveAI(rig.ctx, dir / "Folder.txt"), ProfileError);
-    // Names whose build-set file would land on the profile or outside its folder.
-    EXPECT_THROW(SaveAI(rig.ctx, dir / "AI.SET"), ProfileError);
-    EXPECT_THROW(SaveAI(rig.ctx, dir / "x.b"), ProfileError);
+    // The last two: names whose build-set file would land on the profile or outside its folder.
+    for (const char* name : {"plain/AI.txt", "Folder.txt", "AI.SET", "x.b"})
+        EXPECT_THROW(SaveAI(rig.ctx, dir / name), ProfileError) << name;
     EXPECT_EQ(dir.Entries(), (std::vector<std::string>{"Folder.txt", "plain"}));
 }
 
@@ -248,37 +257,29 @@ TEST_F(FailedSave, BuildSetFailureKeepsTheOldProfileToo) {
     EXPECT_EQ(dir.Entries(), (std::vector<std::string>{"AI.set", "AI.txt"}));
 }
 
-// The second file's name is taken by a folder only after both were staged,
-// so the first rename succeeds and the second fails: the first is put back.
+// The second file's name is taken by a (non-empty) folder only after both
+// were staged, so the first rename succeeds and the second fails: the first
+// is put back, or removed again when it did not exist before.
 TEST(CommitTogether, SecondFailurePutsTheFirstBack) {
     test::ScratchDir dir;
+    auto commit = [&](const std::string& first, const std::string& second, bool blocked) {
+        StagedFile a(dir / first, "new profile");
+        StagedFile b(dir / second, "new set");
+        if (blocked) {
+            ASSERT_EQ(::mkdir((dir / second).c_str(), 0777), 0);
+            ASSERT_EQ(::mkdir((dir / (second + "/x")).c_str(), 0777), 0);
+            EXPECT_THROW(CommitTogether(a, b), ProfileError);
+        } else {
+            CommitTogether(a, b);
+        }
+    };
     WriteBytes(dir / "AI.txt", "old profile");
-    {
-        StagedFile first(dir / "AI.txt", "new profile");
-        StagedFile second(dir / "AI.set", "new set");
-        ASSERT_EQ(::mkdir((dir / "AI.set").c_str(), 0777), 0);
-        ASSERT_EQ(::mkdir((dir / "AI.set/x").c_str(), 0777), 0); // not empty: no rename over it
-        EXPECT_THROW(CommitTogether(first, second), ProfileError);
-    }
+    commit("AI.txt", "AI.set", true);
     EXPECT_EQ(ReadBytes(dir / "AI.txt"), "old profile");
-    EXPECT_EQ(dir.Entries(), (std::vector<std::string>{"AI.set", "AI.txt"}));
-
-    // A first file that did not exist before is removed again.
-    {
-        StagedFile first(dir / "New.txt", "new profile");
-        StagedFile second(dir / "C.set", "new set");
-        ASSERT_EQ(::mkdir((dir / "C.set").c_str(), 0777), 0);
-        ASSERT_EQ(::mkdir((dir / "C.set/x").c_str(), 0777), 0);
-        EXPECT_THROW(CommitTogether(first, second), ProfileError);
-    }
+    commit("New.txt", "C.set", true);
     EXPECT_EQ(dir.Entries(), (std::vector<std::string>{"AI.set", "AI.txt", "C.set"}));
-
     // When both succeed, nothing but the two files is left.
-    {
-        StagedFile first(dir / "AI.txt", "new profile");
-        StagedFile second(dir / "B.set", "new set");
-        CommitTogether(first, second);
-    }
+    commit("AI.txt", "B.set", false);
     EXPECT_EQ(ReadBytes(dir / "AI.txt"), "new profile");
     EXPECT_EQ(dir.Entries(), (std::vector<std::string>{"AI.set", "AI.txt", "B.set", "C.set"}));
 }

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <sstream>
 #include <stdexcept>
 #include <stdlib.h>
@@ -51,12 +52,16 @@ std::string ReadText(const std::string& path) {
     return s.str();
 }
 
-CliResult RunCli(const std::string& args) {
+CliResult RunCli(const std::string& args, const std::string& prefix) {
+    CliResult r;
     const char* cli = std::getenv("VANTREL_CLI");
+    if (!cli) {
+        ADD_FAILURE() << "VANTREL_CLI is not set: it names the vantrel-cli under test";
+        return r;
+    }
     TempDir scratch;
     const std::string errFile = scratch / "stderr";
-    std::string cmd = std::string(cli ? cli : "vantrel-cli") + " " + args + " 2>'" + errFile + "'";
-    CliResult r;
+    const std::string cmd = prefix + "'" + cli + "' " + args + " 2>'" + errFile + "'";
     FILE* p = ::popen(cmd.c_str(), "r");
     if (!p) return r;
     char buf[4096];

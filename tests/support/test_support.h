@@ -25,13 +25,14 @@ class TempDir {
     std::string path_;
 };
 
-// Runs vantrel-cli (path from $VANTREL_CLI) with `args`; stdout and exit status.
+// Runs the vantrel-cli that $VANTREL_CLI names (a test failure when it is unset)
+// with `args`, through the shell, `prefix` put before the program (e.g. "timeout 20 ").
 struct CliResult {
     int status = -1;
     std::string out;
     std::string err;
 };
-CliResult RunCli(const std::string& args);
+CliResult RunCli(const std::string& args, const std::string& prefix = "");
 
 // Names of the entries of a folder (files and folders, hidden ones too), sorted.
 std::vector<std::string> FolderEntries(const std::string& dir);
