@@ -1,7 +1,5 @@
 #include "formats/ini_file.h"
 
-#include "base/paths.h"
-#include "base/staged_file.h"
 #include "base/text.h"
 
 #include <algorithm>
@@ -140,14 +138,6 @@ std::optional<std::string> IniIndex::Find(std::string_view section, std::string_
     }
     if (!found) return std::nullopt;
     return std::string(Unquoted(found->value));
-}
-
-std::string ReadIniValue(const std::string& section, const std::string& key,
-                         const std::string& file, const std::string& fallback) {
-    // The same ceiling as a profile file (256 MiB).
-    FileText text = ReadFileText(file, 256u * 1024u * 1024u);
-    if (!text.ok()) return fallback;
-    return IniIndex(std::move(text.data)).Get(section, key, fallback);
 }
 
 } // namespace vantrel

@@ -52,9 +52,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         vantrel::ReadTessalyAI(ctx, ScratchFile(), merge);
         break;
     case 2: {
-        vantrel::ReadIniValue("ARMCOM;", "Weight", ScratchFile());
+        const vantrel::IniIndex ini(bytes);
+        ini.Get("ARMCOM;", "Weight", "0");
         std::size_t cut = std::min<std::size_t>(8, bytes.size());
-        vantrel::ReadIniValue(bytes.substr(0, cut), bytes.substr(cut, 8), ScratchFile());
+        ini.Get(bytes.substr(0, cut), bytes.substr(cut, 8), "0");
         break;
     }
     default: {

@@ -76,9 +76,5 @@ std::string AboveMaximaText(int count);
 std::string BuildSetPath(const std::string& profilePath);
 // Applies the build set that belongs to `profilePath`, when there is one.
 void ReadBuildSet(Definitions& defs, const std::string& profilePath);
-// A value as the platform's INI service reads it (at most 254 characters);
-// `fallback` when the file, section or key is missing.
-std::string ReadIniValue(const std::string& section, const std::string& key,
-                         const std::string& file, const std::string& fallback = "0");
 
 } // namespace vantrel

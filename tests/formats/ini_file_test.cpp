@@ -1,6 +1,4 @@
 #include "formats/ini_file.h"
-#include "profile/profile.h"
-#include "support/profile_support.h"
 
 #include <gtest/gtest.h>
 
@@ -53,15 +51,6 @@ TEST(IniIndex, LongValuesAndOddBytes) {
     EXPECT_EQ(IniIndex("").Get("S", "K", "0"), "0");
     EXPECT_EQ(IniIndex("[").Get("[", "K", "0"), "0");
     EXPECT_EQ(IniIndex("[]\nK=1").Get("", "K", "0"), "1");
-}
-
-TEST(ReadIniValue, ReadsFilesAndFallsBack) {
-    test::ScratchDir dir;
-    test::WriteBytes(dir / "a.set", "[BUILD SET]\r\nAiName=X AI;\r\n[ARMCOM]\r\nSet=Build;\r\n");
-    EXPECT_EQ(ReadIniValue("armcom", "set", dir / "a.set"), "Build;");
-    EXPECT_EQ(ReadIniValue("ARMCK", "Set", dir / "a.set"), "0");
-    EXPECT_EQ(ReadIniValue("ARMCOM", "Set", dir / "none.set"), "0");
-    EXPECT_EQ(ReadIniValue("ARMCOM", "Set", dir.path(), "x"), "x");
 }
 
 } // namespace
