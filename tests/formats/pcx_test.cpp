@@ -12,7 +12,7 @@ using test::Bytes;
 using test::Fields;
 using test::Pcx24;
 using test::Pcx256;
-using test::RecordingMessages;
+using test::ScriptedMessages;
 
 std::vector<int> RowOf(const PcxImage& img, int y) {
     return std::vector<int>(img.Row(y), img.Row(y) + img.BytesPerRow());
@@ -26,7 +26,7 @@ TEST(PcxWriterTest, WriterOutputDecodesToItsColours) {
         rgb.push_back({static_cast<std::uint8_t>(i * 11), static_cast<std::uint8_t>(250 - i),
                        static_cast<std::uint8_t>(i < 4 ? 0xC8 : i)});
     }
-    RecordingMessages msgs;
+    ScriptedMessages msgs;
     const PcxResult indexed = DecodePCX(demo::EncodePcx256(5, 3, px, test::TestPalette()), msgs);
     const PcxResult rgb24 = DecodePCX(demo::EncodePcx24(5, 3, rgb), msgs);
     ASSERT_TRUE(indexed && rgb24);
@@ -78,7 +78,7 @@ TEST(PcxStreamTest, HandMadeStreamsDecodeToTheseRows) {
     };
     for (const Row& c : cases) {
         SCOPED_TRACE(c.label);
-        RecordingMessages msgs;
+        ScriptedMessages msgs;
         PcxResult r = DecodePCX(c.file, msgs);
         ASSERT_TRUE(r) << r.reason;
         ASSERT_EQ(r.image->height, static_cast<int>(c.rows.size()));
@@ -121,7 +121,7 @@ TEST(PcxStreamTest, BrokenOrUnsupportedFilesGiveNoPictureAndNoMessage) {
         {"24-bit width beyond the bytes per line would read outside the planes",
          Pcx24(Fields(4, 1, 3, 2), Bytes({1, 2, 3, 4, 5, 6})), PcxFailure::BadSize, ""},
     };
-    RecordingMessages msgs;
+    ScriptedMessages msgs;
     for (const Row& c : cases) {
         SCOPED_TRACE(c.label);
         PcxResult r = DecodePCX(c.file, msgs);
@@ -144,7 +144,7 @@ TEST(PcxStreamTest, BrokenOrUnsupportedFilesGiveNoPictureAndNoMessage) {
 
 TEST(Pcx256Test, MissingPaletteMarkerShowsTheMessageOncePerCall) {
     const std::string file = Pcx256(Fields(2, 1, 1, 2), Bytes({1, 2}), 11);
-    RecordingMessages msgs;
+    ScriptedMessages msgs;
     PcxResult r = DecodePCX(file, msgs);
     EXPECT_FALSE(r);
     EXPECT_EQ(r.failure, PcxFailure::NoPalette);
@@ -161,7 +161,7 @@ TEST(Pcx256Test, MissingPaletteMarkerShowsTheMessageOncePerCall) {
 }
 
 TEST(PcxRejectTest, AbsurdSizesGiveNoPictureWithoutAllocating) {
-    RecordingMessages msgs;
+    ScriptedMessages msgs;
     const std::string data(64, '\1');
     auto check = [&](demo::PcxHeaderFields f, const char* what) {
         f.planes = 1;
@@ -189,7 +189,7 @@ TEST(PcxFileTest, LoadPcxPicksTheDecoderFromTheHeaderOrFindsNothing) {
     const demo::DemoUnit& unit = demo::DemoUnits().front();
     ASSERT_TRUE(demo::WriteFile(dir.File("a.pcx"), demo::DemoPicture256(unit, 64, 64)));
     ASSERT_TRUE(demo::WriteFile(dir.File("b.pcx"), demo::DemoPicture24(unit, 33, 20)));
-    RecordingMessages msgs;
+    ScriptedMessages msgs;
 
     PcxResult a = LoadPCX(dir.File("a.pcx"), msgs);
     ASSERT_TRUE(a) << a.reason;

@@ -1,11 +1,11 @@
 #include "forms/build_rules.h"
 
-#include "support/dialog_fixtures.h"
+#include "support/unit_fixtures.h"
 
 #include <gtest/gtest.h>
 
 using namespace vantrel;
-using vantrel::testing::AddUnit;
+using vantrel::test::AddUnit;
 
 namespace {
 std::vector<std::string> RowTexts(const Definitions& defs, std::string_view caption) {
@@ -34,6 +34,7 @@ TEST(BuildSetRows, RowsOfACategory) {
     Definitions defs;
     AddUnit(defs, "ARM", "COMMANDER", "COMMANDER");
     const int lab = AddUnit(defs, "CORE", "kbot lab", "PLANT");
+    defs.Units[lab].UnitName = "kbot lab"; // shown as it stands, unlike the name
     const int solar = AddUnit(defs, "ARM", "Solar", "ENERGY");
     AddUnit(defs, "CORE", "Commander", "COMMANDER");
     AddUnit(defs, "ARM", "Flash", "tank");
@@ -46,16 +47,16 @@ TEST(BuildSetRows, RowsOfACategory) {
     const auto all = BuildSetRows(defs, "All");
     // Everything but the lower-case tank, by side, then name and UnitName.
     ASSERT_EQ(all.size(), 8u);
-    EXPECT_EQ(all[0].Text, "Arm Commander (COMMANDER)");
-    EXPECT_EQ(all[3].Text, "Arm Solar (Solar)");
+    EXPECT_EQ(all[0].Text, "Arm Commander (U1)");
+    EXPECT_EQ(all[3].Text, "Arm Solar (U3)");
     EXPECT_FALSE(all[3].Checked);
     EXPECT_EQ(all[6].Text, "Core Kbot Lab (kbot lab)");
     EXPECT_EQ(all[6].Unit, lab);
     EXPECT_TRUE(all[6].Checked);
-    EXPECT_EQ(RowTexts(defs, "Vehicles"), (std::vector<std::string>{"Gok Odd (Odd)"}));
+    EXPECT_EQ(RowTexts(defs, "Vehicles"), (std::vector<std::string>{"Gok Odd (U6)"}));
     EXPECT_EQ(RowTexts(defs, "Resources"),
-              (std::vector<std::string>{"Arm Extractor (Extractor)", "Arm Solar (Solar)",
-                                        "Gok Odd (Odd)"}));
+              (std::vector<std::string>{"Arm Extractor (U9)", "Arm Solar (U3)",
+                                        "Gok Odd (U6)"}));
     // An unknown caption lists nothing, not even the unit without a class.
     EXPECT_TRUE(BuildSetRows(defs, "Tanks").empty());
 }

@@ -1,11 +1,11 @@
 #include "forms/merge_rules.h"
 
-#include "support/dialog_fixtures.h"
+#include "support/unit_fixtures.h"
 
 #include <gtest/gtest.h>
 
 using namespace vantrel;
-using namespace vantrel::testing;
+using namespace vantrel::test;
 
 TEST(MergeRows, FixedRowsThenTenPerFurtherSide) {
     Definitions defs;
@@ -77,7 +77,8 @@ TEST(Merge, CheckedTraitsTakeOnlyWeightAndLimit) {
     EXPECT_EQ(progress.Maximum(), 40);
     EXPECT_EQ(progress.Value(), 40);
     EXPECT_EQ(progress.repaints, 40);
-    EXPECT_EQ(progress.calls, (std::vector<std::string>{"Show", "Close"}));
+    EXPECT_EQ(progress.shows, 1);
+    EXPECT_FALSE(progress.visible);
 }
 
 TEST(Merge, ResourcesAndNavyKeywords) {

@@ -44,7 +44,7 @@ TEST(UnitCardRules, SlidersStepAHundredthAndATenthOfTheirRangeAndPositionsAreCla
 
 TEST(UnitCardRules, EditsWriteOnlyAChangedValueAndThenSetChanged) {
     Definitions defs;
-    int a = test::AddUnit(defs, "A", "ARM", "KBOT", 0.125f, 3.0f);
+    int a = test::AddUnit(defs, "ARM", "A", "KBOT", 0.125f, 3.0f);
     EXPECT_FALSE(ApplyNumbersPosition(defs, defs.Units[a], 3));
     EXPECT_FALSE(defs.Profile.Changed) << "the same value is no change";
     EXPECT_TRUE(ApplyPriorityPosition(defs, defs.Units[a], 12));

@@ -11,9 +11,9 @@ namespace {
 struct UnitEditsFixture : ::testing::Test {
     Definitions defs;
     void SetUp() override {
-        test::AddUnit(defs, "Arm Commander", "ARM", "COMMANDER", 1.5f, 1);
-        test::AddUnit(defs, "Thud", "CORE", "KBOT", 2, 6);
-        test::AddUnit(defs, "Goliath", "core", "TANK", 3, 9, false);
+        test::AddUnit(defs, "ARM", "Arm Commander", "COMMANDER", 1.5f, 1);
+        test::AddUnit(defs, "CORE", "Thud", "KBOT", 2, 6);
+        test::AddUnit(defs, "core", "Goliath", "TANK", 3, 9, false);
         defs.Units[3].Description = "kbot killer"; // descriptions are not searched
     }
 };

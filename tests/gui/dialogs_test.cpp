@@ -7,7 +7,7 @@
 #include "gui/gui_app.h"
 #include "startup/frmLoad.h"
 #include "support/command_fakes.h"
-#include "support/dialog_fixtures.h"
+#include "support/unit_fixtures.h"
 #include "support/test_support.h"
 
 #include <QCheckBox>
@@ -23,6 +23,7 @@
 
 using namespace vantrel;
 using namespace vantrel::testing;
+using namespace vantrel::test;
 
 namespace {
 class BuildDialogTest : public GuiTest {
@@ -61,13 +62,13 @@ TEST_F(BuildDialogTest, TicksWriteThroughAtOnceAndCancelKeepsThem) {
 TEST_F(BuildDialogTest, ListFollowsTheCategoryWithCurrentFlags) {
     frmBuild dlg(defs);
     // By side, then name; each row says its UnitName.
-    EXPECT_EQ(dlg.lstMain->item(1)->text(), "Arm Solar Collector (solar collector)");
+    EXPECT_EQ(dlg.lstMain->item(1)->text(), "Arm Solar Collector (U3)");
     EXPECT_EQ(dlg.RowUnits, (std::vector<std::int32_t>{0, commander, energy, kbot, plant}));
     dlg.show();
     dlg.lstMain->item(2)->setCheckState(Qt::Unchecked); // Core Ak
     dlg.cboType->setCurrentText("Kbots");
     EXPECT_EQ(dlg.RowUnits, (std::vector<std::int32_t>{0, kbot}));
-    EXPECT_EQ(dlg.lstMain->item(0)->text(), "Core Ak (AK)");
+    EXPECT_EQ(dlg.lstMain->item(0)->text(), "Core Ak (U4)");
     EXPECT_EQ(dlg.lstMain->item(0)->checkState(), Qt::Unchecked);
     dlg.cmdOK->click();
     EXPECT_EQ(dlg.result(), QDialog::Accepted);
@@ -93,7 +94,7 @@ TEST(MergeDialogTest, OkMergesCheckedRowsOnTheProgressFormAndCancelChangesNothin
     cancelled.cmdCancel->click();
     EXPECT_EQ(cancelled.result(), QDialog::Rejected);
     EXPECT_FLOAT_EQ(defs.Units[coreKbot].Weight, 1);
-    EXPECT_TRUE(unused.calls.empty());
+    EXPECT_EQ(unused.shows, 0);
 
     frmLoad progress;
     frmMerge dlg(defs, progress, &mainWindow);

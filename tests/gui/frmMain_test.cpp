@@ -348,8 +348,8 @@ class TableTest : public MainWindowTest {
   protected:
     void SetUp() override {
         MainWindowTest::SetUp();
-        test::AddUnit(defs, "Thud", "CORE", "KBOT", 1, 5);      // 4
-        test::AddUnit(defs, "Goliath", "CORE", "TANK", 7.5, 2); // 5
+        test::AddUnit(defs, "CORE", "Thud", "KBOT", 1, 5);      // 4
+        test::AddUnit(defs, "CORE", "Goliath", "TANK", 7.5, 2); // 5
         Load();
         ASSERT_TRUE(ShowActive(*window));
     }

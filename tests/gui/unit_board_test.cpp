@@ -46,7 +46,7 @@ struct BoardFixture : vantrel::testing::GuiTest {
     // K10, K11 ...; the one at `excluded` is excluded.
     void AddKbots(int count, int excluded = -1) {
         for (int i = 0; i < count; ++i)
-            test::AddUnit(defs, "K" + std::to_string(10 + i), "ARM", "KBOT", 1, 1, i != excluded);
+            test::AddUnit(defs, "ARM", "K" + std::to_string(10 + i), "KBOT", 1, 1, i != excluded);
     }
     // The row's card is on screen whole.
     bool InView(int row) {
@@ -61,7 +61,7 @@ struct BoardFixture : vantrel::testing::GuiTest {
 
 TEST_F(BoardFixture, RowsAreCardsAndTheScrollBarStepsACardAndAPage) {
     AddKbots(12);
-    test::AddUnit(defs, "Solo", "ARM", "VTOL");
+    test::AddUnit(defs, "ARM", "Solo", "VTOL");
     board->BuildForCategory("&Kbots");
     QApplication::processEvents(); // the bar shows
     const int pitch = board->RowHeight();
@@ -88,7 +88,7 @@ TEST_F(BoardFixture, RowsAreCardsAndTheScrollBarStepsACardAndAPage) {
 
 TEST_F(BoardFixture, LargeBoardsMakeWidgetsOnlyForRowsInViewAndShowUnitsWithoutWritingThem) {
     for (int i = 0; i < 2000; ++i)
-        test::AddUnit(defs, "U" + std::to_string(100000 + i), "ARM", "KBOT", 8, 40, i != 2);
+        test::AddUnit(defs, "ARM", "U" + std::to_string(100000 + i), "KBOT", 8, 40, i != 2);
     defs.Options.WeightMax = 5;
     board->BuildForCategory("&Kbots");
     ASSERT_EQ(board->CardCount(), 2000);
@@ -110,7 +110,7 @@ TEST_F(BoardFixture, LargeBoardsMakeWidgetsOnlyForRowsInViewAndShowUnitsWithoutW
 
 TEST_F(BoardFixture, AWheelNotchScrollsWheelScrollLinesCardsUnlessASliderHasTheFocus) {
     for (int i = 0; i < 300; ++i)
-        test::AddUnit(defs, "U" + std::to_string(1000 + i), "ARM", "KBOT", 2, 4);
+        test::AddUnit(defs, "ARM", "U" + std::to_string(1000 + i), "KBOT", 2, 4);
     board->BuildForCategory("&Kbots");
     const int pitch = board->RowHeight();
     // Over an inactive card's slider the wheel scrolls the board.

@@ -49,7 +49,7 @@ struct CardFixture : vantrel::testing::GuiTest {
     }
     // A filled card, shown; activated through the focus unless excluded.
     void Open(float weight, float limit, bool include = true) {
-        unit = test::AddUnit(defs, "Flash", "ARM", "TANK", weight, limit, include);
+        unit = test::AddUnit(defs, "ARM", "Flash", "TANK", weight, limit, include);
         card->Show(unit, QPixmap(), "Flash");
         ASSERT_TRUE(ShowActive(host));
         if (!include) return;

@@ -28,8 +28,8 @@ TEST(BoardRules, CandidatesOfTheSideInNaturalOrderThenUnitNameAndSharedNamesTitl
     const char* names[] = {"Unit 10", "Peewee Vulcan", "commander", "Unit 2", "Peewee",
                            "Commander", "Rogue II", "Rogue", "Zeus"};
     for (const char* name : names)
-        AddUnit(defs, name, "ARM", "KBOT");
-    AddUnit(defs, "Ak", "CORE", "KBOT");
+        AddUnit(defs, "ARM", name, "KBOT");
+    AddUnit(defs, "CORE", "Ak", "KBOT");
     defs.Units[9].Side = "arm";
     const std::vector<int> units = CollectCandidates(defs, "KBOT", "ARM");
     std::vector<std::string> titles = BoardTitles(defs, units);
@@ -50,10 +50,10 @@ TEST(BoardRules, MenuCaptionsGetTheFirstFreeLetter) {
 
 TEST(BoardRules, MembershipIsASubstringOfTheKeywordList) {
     Definitions defs;
-    int empty = AddUnit(defs, "Blank", "ARM", "");
-    int tan = AddUnit(defs, "Tan", "ARM", "TAN");
-    int energy = AddUnit(defs, "Solar", "ARM", "ENERGY");
-    AddUnit(defs, "Low", "ARM", "kbot");
+    int empty = AddUnit(defs, "ARM", "Blank", "");
+    int tan = AddUnit(defs, "ARM", "Tan", "TAN");
+    int energy = AddUnit(defs, "ARM", "Solar", "ENERGY");
+    AddUnit(defs, "ARM", "Low", "kbot");
     auto indices = [&](std::string_view caption) {
         std::vector<int> out;
         for (int unit : CollectCandidates(defs, KeywordsForMenuCaption(caption), "ARM"))
@@ -72,11 +72,11 @@ TEST(BoardRules, MembershipIsASubstringOfTheKeywordList) {
 
 TEST_F(BuildFixture, OnlyTheCurrentSideInAnyCaseGetsCards) {
     defs.CurrentSide = "ARM";
-    int a = AddUnit(defs, "Flash", "ARM", "TANK", 2.5f, 4);
-    int lower = AddUnit(defs, "Lower", "arm", "TANK", 1, 1);
-    AddUnit(defs, "Other", "CORE", "TANK", 1, 1);
-    int b = AddUnit(defs, "Bulldog", "Arm", "TANK");
-    AddUnit(defs, "Peewee", "ARM", "KBOT");
+    int a = AddUnit(defs, "ARM", "Flash", "TANK", 2.5f, 4);
+    int lower = AddUnit(defs, "arm", "Lower", "TANK", 1, 1);
+    AddUnit(defs, "CORE", "Other", "TANK", 1, 1);
+    int b = AddUnit(defs, "Arm", "Bulldog", "TANK");
+    AddUnit(defs, "ARM", "Peewee", "KBOT");
     BoardBuild build = Build("&Vehicles");
     EXPECT_EQ(build.unitIndices, (std::vector<int>{b, a, lower}));
     EXPECT_FALSE(build.stoppedEarly);
@@ -91,7 +91,7 @@ TEST_F(BuildFixture, OnlyTheCurrentSideInAnyCaseGetsCards) {
 TEST_F(BuildFixture, LowResourcesAskNoHalvesTheThresholdAndYesStops) {
     defs.CurrentSide = "ARM";
     for (int i = 0; i < 8; ++i)
-        AddUnit(defs, "U" + std::to_string(i), "ARM", "KBOT");
+        AddUnit(defs, "ARM", "U" + std::to_string(i), "KBOT");
     gauge.free = 1;
     // 20, 10, 5 and 2 are above 1: four questions, then the threshold is 1
     // and the figure is at it: a fifth; then 0 stops the asking.

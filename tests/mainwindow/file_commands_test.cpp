@@ -23,7 +23,7 @@ using namespace vantrel::testing;
 // The window as the commands see it: records what they asked for, in order.
 class RecordingWindow : public MainWindowHooks {
   public:
-    explicit RecordingWindow(CountingProgress& progress) : progress_(progress) {}
+    explicit RecordingWindow(RecordingProgress& progress) : progress_(progress) {}
     std::vector<std::string> events;
     bool inUse = true;
     bool mergeAnswersOK = false;
@@ -45,7 +45,7 @@ class RecordingWindow : public MainWindowHooks {
     std::string status;
 
   private:
-    CountingProgress& progress_;
+    RecordingProgress& progress_;
 };
 
 std::string ReadFile(const std::string& path) {
@@ -59,7 +59,7 @@ class FileCommandsTest : public ::testing::Test {
     test::ScriptedMessages messages;
     MemorySettingsStore settings;
     test::RecordingShell shell;
-    CountingProgress progress;
+    RecordingProgress progress;
     PlainSettingsFields fields;
     FixedClock clock;
     ScriptedFileDialogs dialogs;

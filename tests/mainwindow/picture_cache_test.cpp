@@ -11,7 +11,7 @@ namespace vantrel {
 namespace {
 
 namespace fs = std::filesystem;
-using test::RecordingMessages;
+using test::ScriptedMessages;
 
 class PictureCacheTest : public ::testing::Test {
   protected:
@@ -23,7 +23,7 @@ class PictureCacheTest : public ::testing::Test {
         return path;
     }
     test::ScratchDir dir;
-    RecordingMessages msgs;
+    ScriptedMessages msgs;
 };
 
 TEST_F(PictureCacheTest, SecondLoadDoesNotDecodeAgainUnlessTheFileChanged) {

@@ -20,7 +20,7 @@ struct RandomizeFixture : ::testing::Test {
 
     void AddUnits(int n) {
         for (int i = 0; i < n; ++i)
-            test::AddUnit(defs, "U" + std::to_string(i), i % 3 ? "ARM" : "CORE",
+            test::AddUnit(defs, i % 3 ? "ARM" : "CORE", "U" + std::to_string(i),
                           i % 2 ? "KBOT" : "NOTHING", 0.0f, 0.0f, i % 5 != 0);
     }
 };

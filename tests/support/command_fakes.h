@@ -93,20 +93,7 @@ class FakeProfileIO : public ProfileIO {
     }
 };
 
-class FixedClock : public Clock {
-  public:
-    double seconds = 4321.5; // tests move it on
-    std::time_t Now() override { return 1700000000; }
-    double SecondsSinceMidnight() override { return seconds; }
-};
-
-// The progress form: counts how often it was shown and closed.
-class CountingProgress : public Progress {
-  public:
-    int shows = 0, closes = 0;
-    bool visible = false;
-    void Show() override { ++shows, visible = true; }
-    void Close() override { ++closes, visible = false; }
-};
+using test::FixedClock;
+using test::RecordingProgress;
 
 } // namespace vantrel::testing

@@ -43,7 +43,7 @@ std::string Bytes(std::initializer_list<int> values) {
 }
 
 PcxImage DecodedImage(const std::string& file) {
-    RecordingMessages msgs;
+    ScriptedMessages msgs;
     PcxResult r = DecodePCX(file, msgs);
     EXPECT_TRUE(r) << r.reason;
     return r ? *r.image : PcxImage{};

@@ -13,21 +13,6 @@
 
 namespace vantrel::test {
 
-struct ShownMessage {
-    std::string text, title;
-    MsgIcon icon;
-};
-
-class RecordingMessages : public Messages {
-  public:
-    MsgAnswer Show(const std::string& text, const std::string& title, MsgButtons,
-                   MsgIcon icon) override {
-        shown.push_back({text, title, icon});
-        return MsgAnswer::OK;
-    }
-    std::vector<ShownMessage> shown;
-};
-
 // Palette entry i is (i, 255 - i, 7 * i mod 256).
 std::array<demo::Rgb, 256> TestPalette();
 std::uint32_t TestColour(int index); // the same entry as 0x00RRGGBB

@@ -44,13 +44,4 @@ void FillCatalogue(Definitions& defs, const std::vector<UnitSpec>& units) {
     defs.SavedUnits.Dim(defs.Units.UBound());
 }
 
-FixedClock::FixedClock(int year, int month, int day) {
-    std::tm t{};
-    t.tm_year = year - 1900;
-    t.tm_mon = month - 1;
-    t.tm_mday = day;
-    t.tm_hour = 12;
-    when_ = timegm(&t);
-}
-
 } // namespace vantrel::test

@@ -30,18 +30,6 @@ struct UnitSpec {
 // A catalogue of the given units (Build true, Name = UnitName, Side "ARM").
 void FillCatalogue(Definitions& defs, const std::vector<UnitSpec>& units);
 
-// Noon UTC of the given date, so the local date is the same in every zone
-// within eleven hours of UTC.
-class FixedClock : public Clock {
-  public:
-    FixedClock(int year, int month, int day);
-    std::time_t Now() override { return when_; }
-    double SecondsSinceMidnight() override { return 0; }
-
-  private:
-    std::time_t when_;
-};
-
 // A complete context over its own ports.
 struct ProfileRig {
     Definitions defs;

@@ -73,6 +73,15 @@ CliResult RunCli(const std::string& args, const std::string& prefix) {
     return r;
 }
 
+FixedClock::FixedClock(int year, int month, int day) {
+    std::tm t{};
+    t.tm_year = year - 1900;
+    t.tm_mon = month - 1;
+    t.tm_mday = day;
+    t.tm_hour = 12;
+    when = timegm(&t);
+}
+
 MsgAnswer ScriptedMessages::Show(const std::string& text, const std::string& title,
                                  MsgButtons buttons, MsgIcon icon) {
     shown.push_back({text, title, buttons, icon});

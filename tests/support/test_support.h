@@ -3,6 +3,7 @@
 
 #include "base/ports.h"
 
+#include <ctime>
 #include <string>
 #include <vector>
 
@@ -63,8 +64,9 @@ class RecordingProgress : public Progress {
     std::vector<std::string> statuses;
     std::vector<int> values;
     int shows = 0, closes = 0, repaints = 0;
-    void Show() override { ++shows; }
-    void Close() override { ++closes; }
+    bool visible = false;
+    void Show() override { ++shows, visible = true; }
+    void Close() override { ++closes, visible = false; }
     void Repaint() override {
         ++repaints;
         values.push_back(Value());
@@ -91,6 +93,18 @@ class RecordingShell : public Shell {
         opened.push_back(target);
         return openResult;
     }
+};
+
+// A clock that stands still: at `when` (by default noon UTC of the given date, so the local
+// date is the same in every zone within eleven hours of UTC) and `seconds` past midnight.
+class FixedClock : public Clock {
+  public:
+    FixedClock() = default;
+    FixedClock(int year, int month, int day);
+    std::time_t when = 1700000000;
+    double seconds = 4321.5; // tests move it on
+    std::time_t Now() override { return when; }
+    double SecondsSinceMidnight() override { return seconds; }
 };
 
 // A generator that returns a fixed sequence (then repeats it).
