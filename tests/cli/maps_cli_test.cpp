@@ -37,12 +37,12 @@ TEST(MapsCli, ListPointAtAProfileAndRestore) {
     EXPECT_EQ(r.status, 1);
     EXPECT_FALSE(IsDirectory(game + "/maps"));
 
-    r = RunCli("use-profile " + Q(game) + " urban two#rivers --schema 1");
+    r = RunCli("use-profile " + Q(game) + " urban two#rivers --schema 0");
     EXPECT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(r.out, game + "/maps/Two#Rivers.ota\n");
     EXPECT_EQ(RunCli("maps " + Q(game)).out,
-              "Two#Rivers\t0\tNetwork 1\tDEFAULT\ttotala1.hpi#ai/DEFAULT.TXT\n"
-              "Two#Rivers\t1\tEasy\turban\tai/urban.txt\n");
+              "Two#Rivers\t0\tNetwork 1\turban\tai/urban.txt\n"
+              "Two#Rivers\t1\tEasy\tBack\\\\slash\tmissing\n");
 
     r = RunCli("use-profile " + Q(game) + " --restore Two#Rivers");
     EXPECT_EQ(r.status, 0) << r.err;

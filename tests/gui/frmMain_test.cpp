@@ -283,8 +283,10 @@ TEST_F(MainWindowTest, SettingsRenameIsAnUndoableStep) {
     Load();
     script = [](QDialog& d) {
         static_cast<frmSettings&>(d).txtAIname->setText("Flash");
+        static_cast<frmSettings&>(d).txtAuthor->setText("Someone else");
         PressOk(d);
     };
+    const std::string author = window->Settings().Author();
     defs.Units[2].Weight = 1.5f;
     window->mnuViewSettings->trigger();
     window->mnuViewSettings->trigger();
@@ -293,6 +295,7 @@ TEST_F(MainWindowTest, SettingsRenameIsAnUndoableStep) {
     EXPECT_EQ(defs.Units[2].Weight, 1.5f); // Settings only renames
     window->mnuEditUndo->trigger();
     EXPECT_EQ(window->Settings().AIName(), "New");
+    EXPECT_EQ(window->Settings().Author(), author);
     EXPECT_EQ(window->lblAIName->text(), "New AI");
     EXPECT_FALSE(defs.Profile.Changed);
     window->mnuEditRedo->trigger();
@@ -495,6 +498,7 @@ TEST(TablePlacement, BesideWhereThereIsRoomElseClearOfTheActiveCard) {
         QPoint expected;
     } rows[] = {
         {QRect(100, 50, 820, 600), card, QPoint(920, 50)},        // room on the right
+        {QRect(100, 50, 920, 600), card, QPoint(1020, 50)},       // just room on the right
         {QRect(1000, 50, 820, 600), card, QPoint(100, 50)},       // room on the left only
         {screen, card, QPoint(32, 390)},                          // full screen: below the card
         {screen, QRect(0, 900, 800, 90), QPoint(32, 400)},        // little room below: above

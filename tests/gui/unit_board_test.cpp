@@ -67,6 +67,8 @@ TEST_F(BoardFixture, RowsAreCardsAndTheScrollBarStepsACardAndAPage) {
     const int pitch = board->RowHeight();
     const int view = board->viewport()->height();
     ASSERT_EQ(board->CardCount(), 12);
+    EXPECT_EQ(progress.shows, 1);
+    EXPECT_FALSE(progress.visible);
     EXPECT_EQ(Bar()->maximum(), 12 * pitch - view);
     EXPECT_EQ(Bar()->singleStep(), pitch);
     EXPECT_EQ(Bar()->pageStep(), view);

@@ -127,7 +127,7 @@ TEST(BoardRules, RowsInViewAndTheScrollThatShowsARow) {
     };
     const Row cases[] = {{0, 400, 100, 0, 4},     {90, 90, 100, 1, 1},
                          {8700, 400, 100, 96, 99}, {0, 400, 0, 0, -1},
-                         {9000, 400, 100, 0, -1}};
+                         {9000, 400, 100, 0, -1}, {0, 0, 100, 0, -1}};
     for (const Row& c : cases) {
         RowSpan s = VisibleRows(c.top, c.height, 90, c.rows);
         EXPECT_EQ(s.first, c.first) << c.top << ", " << c.rows;

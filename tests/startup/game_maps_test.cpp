@@ -136,5 +136,17 @@ TEST_F(GameMaps, MapsFolderThatCannotBeWrittenChangesNothing) {
     EXPECT_EQ(ListGameMaps(dir.path()).skipped.back(), "maps: is a file, not a folder");
 }
 
+TEST(GameMapNotes, ASchemaWithoutItsNumberIsSkippedAndNoted) {
+    test::ScratchDir dir;
+    std::filesystem::create_directories(dir / "maps");
+    WriteBytes(dir / "maps/Odd.ota",
+               "[GlobalHeader]{[Schema x]{aiprofile=a;}[Schema 0]{aiprofile=b;}}");
+    const MapListing listing = ListGameMaps(dir.path());
+    ASSERT_EQ(listing.maps.size(), 1u);
+    EXPECT_EQ(listing.maps[0].schemas.size(), 1u);
+    EXPECT_EQ(listing.maps[0].notes,
+              std::vector<std::string>{"[Schema x] has no schema number: skipped"});
+}
+
 } // namespace
 } // namespace vantrel

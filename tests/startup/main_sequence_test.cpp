@@ -323,6 +323,10 @@ TEST(GameFolder, StoredOptionThenWinePrefixThenUsualFolders) {
     EXPECT_EQ(FindGameDirectory(env), prefix.path() + "/dosdevices/c:/Cavedog/TotalA");
     env.winePrefix = "";
     EXPECT_EQ(FindGameDirectory(env), "");
+    // Without a prefix named, the one in the home folder.
+    std::filesystem::create_directory_symlink(prefix.path(), home / ".wine");
+    EXPECT_EQ(FindGameDirectory(env), home / ".wine/dosdevices/c:/Cavedog/TotalA");
+    std::filesystem::remove(home / ".wine");
     std::filesystem::create_directories(home /
                                         ".local/share/Steam/steamapps/common/Total Annihilation");
     EXPECT_EQ(FindGameDirectory(env),
